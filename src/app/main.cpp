@@ -1,0 +1,42 @@
+#include "app/applicationicon.h"
+#include "app/commandline.h"
+#include "engine/installerengine.h"
+#include "product/product.h"
+#include "system/installation.h"
+#include "theme/thememanager.h"
+#include "widgets/paintedaccessibility.h"
+#include "wizard/installerwizard.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+
+using namespace Qt::Literals::StringLiterals;
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(Product::kSetupName.toString());
+    QApplication::setOrganizationName(Product::kPublisher.toString());
+    // The wizard ends the process itself: it may still have a program to start when its window is gone.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    if (const QIcon icon = applicationIcon(); !icon.isNull())
+        QApplication::setWindowIcon(icon);
+    for (const QString &font : { u":/fonts/SpaceGrotesk.ttf"_s, u":/fonts/JetBrainsMono-Regular.ttf"_s,
+                                 u":/fonts/JetBrainsMono-Medium.ttf"_s })
+        QFontDatabase::addApplicationFont(font);
+    installPaintedAccessibility();
+    ThemeManager::instance().setDarkMode(false);
+
+    const CommandLine commandLine = parseCommandLine(QApplication::arguments());
+    InstallerEngine engine;
+    engine.setSetupExecutable(commandLine.setupExecutable);
+
+    // Declared after the engine, so that the window goes first and the engine then cleans up.
+    InstallerWizard wizard;
+    wizard.setEngine(&engine);
+    wizard.setUninstallerPath(commandLine.uninstaller);
+    wizard.setRunMode(commandLine.runMode.value_or(isInstalled() ? RunMode::Update : RunMode::Install));
+    wizard.show();
+    return QApplication::exec();
+}

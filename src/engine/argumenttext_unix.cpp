@@ -1,0 +1,8 @@
+#include "engine/argumenttext.h"
+
+#include <QProcess>
+
+void setArgumentText(QProcess &process, const QString &text)
+{
+    process.setArguments(QProcess::splitCommand(text));
+}

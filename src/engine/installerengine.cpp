@@ -1,0 +1,188 @@
+#include "engine/installerengine.h"
+
+#include "engine/argumenttext.h"
+#include "engine/enginearguments.h"
+#include "engine/exitcode.h"
+#include "engine/installpath.h"
+#include "engine/logsummary.h"
+#include "engine/regularfile.h"
+#include "engine/statusfile.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QUuid>
+
+#include <chrono>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kPollInterval = 50ms;
+constexpr auto kKillTimeout = 2000ms;
+
+/// Progress steps up to this size are not worth a repaint.
+constexpr double kSmallestStep = 0.0001;
+
+/// A status file holds three short lines; one that is longer is not read to its end.
+constexpr qint64 kStatusFileLimit = 64 * 1024;
+
+} // namespace
+
+InstallerEngine::InstallerEngine(QObject *parent)
+    : QObject(parent)
+{
+    m_pollTimer.setInterval(kPollInterval);
+    connect(&m_pollTimer, &QTimer::timeout, this, &InstallerEngine::poll);
+}
+
+InstallerEngine::~InstallerEngine()
+{
+    stop();
+}
+
+void InstallerEngine::startInstall(const QString &folder, const QStringList &tasks)
+{
+    if (m_setupExecutable.isEmpty()) {
+        Q_EMIT finished(false, tr("No setup engine was supplied."));
+        return;
+    }
+    beginRun(u"varnel_setup_%1.ini"_s);
+    m_logFilePath = m_statusFilePath + ".log"_L1;
+    QFile::remove(m_logFilePath);
+    m_arguments = installArguments(installFolder(folder), tasks, m_statusFilePath, m_logFilePath);
+    launch(m_setupExecutable);
+}
+
+void InstallerEngine::startUninstall(const QString &uninstallerPath)
+{
+    if (!QFileInfo(uninstallerPath).isFile()) {
+        Q_EMIT finished(false, tr("The uninstaller could not be found."));
+        return;
+    }
+    beginRun(u"varnel_uninst_%1.ini"_s);
+    m_arguments = uninstallArguments(m_statusFilePath);
+    launch(uninstallerPath);
+}
+
+void InstallerEngine::stop()
+{
+    m_pollTimer.stop();
+    if (QProcess *process = std::exchange(m_process, nullptr)) {
+        process->disconnect(this);
+        if (process->state() != QProcess::NotRunning) {
+            process->kill();
+            process->waitForFinished(int(kKillTimeout.count()));
+        }
+        process->deleteLater();
+    }
+    for (QString *path : { &m_statusFilePath, &m_logFilePath }) {
+        if (!path->isEmpty())
+            QFile::remove(*path);
+        path->clear();
+    }
+    m_logTail = {};
+}
+
+void InstallerEngine::beginRun(const QString &statusFileName)
+{
+    stop();
+    const QString runId = QUuid::createUuid().toString(QUuid::Id128);
+    m_statusFilePath = QDir::temp().absoluteFilePath(statusFileName.arg(runId));
+    QFile::remove(m_statusFilePath);
+}
+
+void InstallerEngine::launch(const QString &program)
+{
+    m_hasEnded = false;
+    m_lastFraction = 0.0;
+    m_currentFile.clear();
+    m_status.clear();
+    m_logTail = LogTail(m_logFilePath);
+
+    m_process = new QProcess(this);
+    m_process->setProgram(program);
+    setArgumentText(*m_process, m_arguments);
+    // Nobody reads what the engine prints. Through pipes it would pile up in our memory.
+    m_process->setStandardOutputFile(QProcess::nullDevice());
+    m_process->setStandardErrorFile(QProcess::nullDevice());
+    connect(m_process, &QProcess::errorOccurred, this, &InstallerEngine::onProcessError);
+    connect(m_process, &QProcess::finished, this, &InstallerEngine::onProcessFinished);
+    m_process->start();
+
+    // Where a failed start is reported inside start(), the run is over by now.
+    if (!m_hasEnded)
+        m_pollTimer.start();
+}
+
+void InstallerEngine::poll()
+{
+    if (m_statusFilePath.isEmpty())
+        return;
+    QFile file(m_statusFilePath);
+    if (!openRegularFile(file))
+        return;
+    const StatusFile report = parseStatusFile(file.read(kStatusFileLimit));
+    file.close();
+
+    if (report.fraction && *report.fraction > m_lastFraction + kSmallestStep) {
+        m_lastFraction = *report.fraction;
+        Q_EMIT progress(m_lastFraction);
+    }
+    setCurrentFile(report.file);
+    if (!report.status.isEmpty() && report.status != m_status) {
+        m_status = report.status;
+        Q_EMIT statusChanged(m_status);
+    }
+    // After the status file: of two names for the same moment the log's is the one that stays.
+    setCurrentFile(m_logTail.readNewestFile());
+}
+
+void InstallerEngine::setCurrentFile(const QString &path)
+{
+    if (path.isEmpty() || path == m_currentFile)
+        return;
+    m_currentFile = path;
+    Q_EMIT currentFile(m_currentFile);
+}
+
+void InstallerEngine::onProcessError()
+{
+    if (std::exchange(m_hasEnded, true))
+        return;
+    m_pollTimer.stop();
+    Q_EMIT finished(false, m_process ? m_process->errorString() : tr("Setup failed to start."));
+}
+
+void InstallerEngine::onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus)
+{
+    poll();
+    m_pollTimer.stop();
+    if (std::exchange(m_hasEnded, true))
+        return;
+    if (exitStatus == QProcess::NormalExit && exitCode == 0) {
+        Q_EMIT progress(1.0);
+        Q_EMIT finished(true, QString());
+        return;
+    }
+    QString message = exitCodeMessage(exitCode);
+    if (const QString detail = keepAndSummarizeLog(); !detail.isEmpty())
+        message += "  "_L1 + detail;
+    Q_EMIT finished(false, message);
+}
+
+QString InstallerEngine::keepAndSummarizeLog()
+{
+    if (m_logFilePath.isEmpty() || !QFileInfo(m_logFilePath).isFile())
+        return {};
+    m_lastLogPath = QDir::temp().absoluteFilePath(u"varnel_setup_last.log"_s);
+    QFile::remove(m_lastLogPath);
+    QFile::copy(m_logFilePath, m_lastLogPath);
+
+    QFile log(m_logFilePath);
+    const QString reason = openRegularFile(log) ? failureReason(log) : QString();
+    const QString keptLog = QDir::toNativeSeparators(m_lastLogPath);
+    return reason.isEmpty() ? u"Log: %1"_s.arg(keptLog) : u"%1  (log: %2)"_s.arg(reason, keptLog);
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "engine/logtail.h"
+
+#include <QObject>
+#include <QProcess>
+#include <QStringList>
+#include <QTimer>
+
+/// Runs the silent setup engine as a child process and tells how far it is and how it ended.
+///
+/// The engine program reports through two temporary files, a small status file that it keeps
+/// rewriting and a log that only grows; a timer polls both. The files of an ended run stay until the
+/// next run starts or this object goes: whoever shows a failure may still want to read them.
+class InstallerEngine : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit InstallerEngine(QObject *parent = nullptr);
+    ~InstallerEngine() override;
+
+    /// Program that installs and updates; empty if none was given.
+    [[nodiscard]] QString setupExecutable() const { return m_setupExecutable; }
+    void setSetupExecutable(const QString &path) { m_setupExecutable = path; }
+
+    /// Starts an installation or an update into `folder` (a bare drive gets the product's folder
+    /// appended). Without a setup executable the run ends at once and a previous one stays as it is.
+    void startInstall(const QString &folder, const QStringList &tasks);
+
+    /// Starts a removal by the uninstaller at `uninstallerPath`. If there is no such file the run ends
+    /// at once and a previous one stays as it is.
+    void startUninstall(const QString &uninstallerPath);
+
+    /// Ends a run without a word: kills the process, waits up to two seconds for it, and deletes the
+    /// run's temporary files. The kept copy of a failed run's log stays.
+    void stop();
+
+    /// Argument text of the latest run, exactly as the process got it.
+    [[nodiscard]] QString arguments() const { return m_arguments; }
+    /// Absolute path of the run's status file; empty if there is no run.
+    [[nodiscard]] QString statusFilePath() const { return m_statusFilePath; }
+    /// Absolute path of the run's log; empty for a removal.
+    [[nodiscard]] QString logFilePath() const { return m_logFilePath; }
+    /// Absolute path of the copy of the last failed run's log; empty if no run failed with a log.
+    [[nodiscard]] QString lastLogPath() const { return m_lastLogPath; }
+
+public Q_SLOTS:
+    /// Reads what the engine program has reported since the last poll. Failures to read are silent:
+    /// the next poll tries again.
+    void poll();
+
+Q_SIGNALS:
+    /// The run's progress, 0 to 1, each time it has grown by more than a ten-thousandth; exactly 1
+    /// right before a successful end.
+    void progress(double fraction);
+    /// The file the engine program is working on, each time it is another one.
+    void currentFile(const QString &path);
+    /// The engine program's own words on what it is doing, each time they change.
+    void statusChanged(const QString &status);
+    /// Exactly once per run. `error` is a sentence for the user, empty on success.
+    void finished(bool ok, const QString &error);
+
+private:
+    void beginRun(const QString &statusFileName);
+    void launch(const QString &program);
+    void onProcessError();
+    void onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus);
+    void setCurrentFile(const QString &path);
+    /// Keeps a copy of the run's log and returns what it says about the failure; empty without a log.
+    [[nodiscard]] QString keepAndSummarizeLog();
+
+    QString m_setupExecutable;
+    QString m_arguments;
+    QString m_statusFilePath;
+    QString m_logFilePath;
+    QString m_lastLogPath;
+    double m_lastFraction = 0.0;
+    QString m_currentFile;
+    QString m_status;
+    LogTail m_logTail;
+    QProcess *m_process = nullptr; ///< owned; deleted through the event loop, it may be its own sender
+    QTimer m_pollTimer;
+    bool m_hasEnded = false;
+};

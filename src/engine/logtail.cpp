@@ -1,0 +1,76 @@
+#include "engine/logtail.h"
+
+#include "engine/regularfile.h"
+
+#include <QByteArray>
+#include <QFileInfo>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QByteArrayView kMarker = "Dest filename: ";
+
+/// What is looked at in one piece. A line that is longer, which no path is, is looked at in pieces.
+constexpr qint64 kBlockSize = 64 * 1024;
+
+/// The text after the line's first marker. Trimming goes first, so that a marker with nothing behind
+/// it is none.
+QString fileNamedBy(QByteArrayView rawLine)
+{
+    const QString line = QString::fromUtf8(rawLine).trimmed();
+    const qsizetype marker = line.indexOf(QLatin1StringView(kMarker));
+    return marker < 0 ? QString() : line.sliced(marker + kMarker.size()).trimmed();
+}
+
+/// The file named by the last line of `lines` that names one.
+QString lastFileIn(QByteArrayView lines)
+{
+    while (true) {
+        const qsizetype marker = lines.lastIndexOf(kMarker);
+        if (marker < 0)
+            return {};
+        const qsizetype lineStart = lines.lastIndexOf('\n', marker) + 1;
+        const qsizetype lineEnd = lines.indexOf('\n', marker);
+        const QByteArrayView line = lines.sliced(lineStart, (lineEnd < 0 ? lines.size() : lineEnd) - lineStart);
+        if (const QString file = fileNamedBy(line); !file.isEmpty())
+            return file;
+        lines = lines.first(lineStart);
+    }
+}
+
+} // namespace
+
+LogTail::LogTail(const QString &path)
+    : m_path(path)
+{
+}
+
+QString LogTail::readNewestFile()
+{
+    if (m_path.isEmpty())
+        return {};
+    const qint64 size = QFileInfo(m_path).size();
+    if (size <= m_position)
+        return {};
+    QFile log(m_path);
+    if (!openRegularFile(log))
+        return {};
+
+    const qint64 begin = m_position;
+    m_position = size;
+    QByteArray block;
+    for (qint64 end = size; end > begin;) {
+        const qint64 start = qMax(begin, end - kBlockSize);
+        block.resize(end - start);
+        if (!log.seek(start) || log.read(block.data(), block.size()) != block.size())
+            return {}; // cut short under our hands: the next poll looks again
+
+        // The block's first line may have begun before it; it then belongs to the next block.
+        const qsizetype firstLine = start > begin ? block.indexOf('\n') + 1 : 0;
+        if (const QString file = lastFileIn(QByteArrayView(block).sliced(firstLine)); !file.isEmpty())
+            return file;
+        end = start + firstLine;
+    }
+    return {};
+}

@@ -1,0 +1,8 @@
+#include "engine/regularfile.h"
+
+#include <QFileInfo>
+
+bool openRegularFile(QFile &file)
+{
+    return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+}

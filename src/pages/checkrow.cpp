@@ -1,0 +1,91 @@
+#include "pages/checkrow.h"
+
+#include "pages/pagelabels.h"
+#include "theme/themed.h"
+
+#include <QPainter>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kSlide = 5; // px
+constexpr int kRowHeight = 26;
+constexpr double kBadgeSize = 16.0;
+constexpr int kLabelLeft = 16 + 11;
+constexpr double kLabelColumn = 0.55; // of the row's width
+constexpr int kLabelValueGap = 10;
+
+constexpr QPointF kCheckMark[] = { { 0.27, 0.52 }, { 0.43, 0.68 }, { 0.75, 0.32 } };
+constexpr double kCheckWidth = 1.7;
+
+QString readAloud(const CheckResult &result)
+{
+    return result.label + ": "_L1 + result.value;
+}
+
+} // namespace
+
+SystemCheckPage::CheckRow::CheckRow(const CheckResult &result, QWidget *parent)
+    : RevealRow(kSlide, readAloud(result), parent), m_result(result)
+{
+    setFixedHeight(kRowHeight);
+}
+
+void SystemCheckPage::CheckRow::setResult(const CheckResult &result)
+{
+    m_result = result;
+    setAccessibleName(readAloud(result));
+    update();
+}
+
+QSize SystemCheckPage::CheckRow::sizeHint() const
+{
+    return { 0, kRowHeight };
+}
+
+void SystemCheckPage::CheckRow::paintBadge(QPainter &painter, const QRectF &badge) const
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(themedColor(m_result.ok ? u"@INS_OK"_s : u"@INS_WARN"_s));
+    painter.drawEllipse(badge);
+
+    painter.setBrush(Qt::NoBrush);
+    if (m_result.ok) {
+        QPolygonF mark;
+        for (const QPointF &point : kCheckMark)
+            mark << badge.topLeft() + point * kBadgeSize;
+        painter.setPen(QPen(Qt::white, kCheckWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.drawPolyline(mark);
+    } else {
+        QFont font = painter.font();
+        font.setPixelSize(10);
+        font.setWeight(QFont::Bold);
+        painter.setFont(font);
+        painter.setPen(Qt::white);
+        painter.drawText(badge, Qt::AlignCenter, u"!"_s);
+    }
+}
+
+void SystemCheckPage::CheckRow::paintRow(QPainter &painter)
+{
+    paintBadge(painter, QRectF(0.0, (height() - kBadgeSize) * 0.5, kBadgeSize, kBadgeSize));
+
+    QFont labelFont = font();
+    labelFont.setPixelSize(12);
+    painter.setFont(labelFont);
+    painter.setPen(themedColor(u"@INS_TX"_s));
+    QRect labelRect;
+    painter.drawText(QRect(kLabelLeft, 0, int(width() * kLabelColumn), height()),
+                     Qt::AlignLeft | Qt::AlignVCenter, m_result.label, &labelRect);
+
+    painter.setFont(monospacedFont(11));
+    painter.setPen(themedColor(m_result.ok ? u"@INS_TX2"_s : u"@INS_WARN"_s));
+    const int valueLeft = labelRect.right() + kLabelValueGap;
+    const QRect valueRect(valueLeft, 0, width() - valueLeft, height());
+    painter.drawText(valueRect, Qt::AlignRight | Qt::AlignVCenter,
+                     painter.fontMetrics().elidedText(m_result.value, Qt::ElideRight,
+                                                      valueRect.width()));
+
+    painter.fillRect(0, height() - 1, width(), 1, themedColor(u"@INS_LINE"_s));
+}

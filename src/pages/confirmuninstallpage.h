@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class ToggleCheckbox;
+
+/// Names what will be removed, warns that it is final, and offers to remove the preferences too.
+class ConfirmUninstallPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ConfirmUninstallPage(QWidget *parent = nullptr);
+
+    /// `version` of the installed copy; may be empty.
+    void setVersion(const QString &version);
+
+    [[nodiscard]] bool deletePreferences() const;
+
+private:
+    QLabel *m_body;
+    ToggleCheckbox *m_deletePreferences;
+};

@@ -1,0 +1,101 @@
+#include "pages/destinationpage.h"
+
+#include "engine/installpath.h"
+#include "pages/pagelabels.h"
+#include "system/installation.h"
+#include "system/probes.h"
+#include "theme/themed.h"
+#include "widgets/themedbutton.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QHBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kPathHeight = 34;
+constexpr int kButtonHeight = 30;
+constexpr double kButtonRadius = 8.0;
+constexpr double kCaptionSpacing = 110.0; // percent
+
+} // namespace
+
+DestinationPage::DestinationPage(QWidget *parent)
+    : QWidget(parent)
+{
+    QVBoxLayout *layout = pageLayout(this);
+    addPageHead(layout, tr("Select Destination Location"),
+                tr("Setup will install Varnel Schematics into the following folder."));
+    layout->addSpacing(20);
+
+    QLabel *caption = pageCaptionLabel(tr("INSTALL TO"), this);
+    QFont captionFont = caption->font();
+    captionFont.setPixelSize(10);
+    captionFont.setLetterSpacing(QFont::PercentageSpacing, kCaptionSpacing);
+    caption->setFont(captionFont);
+    layout->addWidget(caption);
+    layout->addSpacing(8);
+
+    m_pathLabel = new QLabel(this);
+    m_pathLabel->setTextFormat(Qt::PlainText);
+    m_pathLabel->setFixedHeight(kPathHeight);
+    m_pathLabel->setFont(monospacedFont(11));
+    // However long the path is, the button beside it stays where it is.
+    m_pathLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    setThemedStyleSheet(m_pathLabel,
+                        u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
+                        "padding:0 11px;color:@INS_TX;"_s);
+
+    auto *change = new ThemedButton(tr("Change"), kButtonRadius, this);
+    change->setFixedHeight(kButtonHeight);
+    setThemedStyleSheet(change,
+                        u"QPushButton{padding:0 14px;border-radius:8px;background:@INS_BG;"
+                        "border:1px solid @INS_LINE2;color:@INS_TX;}"
+                        "QPushButton:hover{background:@INS_PANEL;border-color:@INS_TX3;}"_s);
+    connect(change, &QPushButton::clicked, this, &DestinationPage::chooseFolder);
+
+    auto *row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addWidget(m_pathLabel, 1);
+    row->addWidget(change);
+    layout->addLayout(row);
+    layout->addSpacing(7);
+    m_diskSpace = pageCaptionLabel({}, this);
+    layout->addWidget(m_diskSpace);
+    layout->addStretch();
+
+    setPath(defaultInstallDir());
+}
+
+void DestinationPage::setPath(const QString &path)
+{
+    m_path = QDir::toNativeSeparators(path);
+    m_pathLabel->setText(m_path);
+    m_pathLabel->setToolTip(u"<p style=\"white-space:pre\">%1</p>"_s.arg(m_path.toHtmlEscaped()));
+    if (isVisible())
+        refreshDiskSpace();
+}
+
+void DestinationPage::showEvent(QShowEvent *)
+{
+    // Asked for when it is seen, not when the page is built: a slow drive must not hold up the start,
+    // and the figure is the one of this moment.
+    refreshDiskSpace();
+}
+
+void DestinationPage::refreshDiskSpace()
+{
+    m_diskSpace->setText(checkDiskSpace(m_path).value);
+}
+
+void DestinationPage::chooseFolder()
+{
+    const QString chosen = QFileDialog::getExistingDirectory(
+        this, tr("Select install location"), m_path, QFileDialog::ShowDirsOnly);
+    if (chosen.isEmpty())
+        return;
+    // A folder that the user picks is taken literally; only a bare drive gets the product's folder.
+    setPath(QDir(installFolder(chosen)).absolutePath());
+}

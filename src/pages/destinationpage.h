@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+
+/// Shows and changes the folder to install into. Judges nothing: the caption only tells how much room
+/// there is.
+class DestinationPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit DestinationPage(QWidget *parent = nullptr);
+
+    /// Destination folder, with native separators.
+    [[nodiscard]] QString path() const { return m_path; }
+    void setPath(const QString &path);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void chooseFolder();
+    void refreshDiskSpace();
+
+    QString m_path;
+    QLabel *m_pathLabel;
+    QLabel *m_diskSpace;
+};

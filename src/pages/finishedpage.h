@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class SealCheck;
+
+/// Last page of a successful installation.
+class FinishedPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FinishedPage(QWidget *parent = nullptr);
+
+    /// Says where the product went and whether there is a shortcut.
+    void setResult(const QString &path, bool desktopShortcut);
+
+    /// The seal, to be played, and for the celebration to start from.
+    [[nodiscard]] SealCheck *seal() const { return m_seal; }
+
+private:
+    SealCheck *m_seal;
+    QLabel *m_body;
+};

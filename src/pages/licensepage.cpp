@@ -1,0 +1,70 @@
+#include "pages/licensepage.h"
+
+#include "pages/licensetext.h"
+#include "pages/pagelabels.h"
+#include "theme/themed.h"
+#include "widgets/radiooption.h"
+
+#include <QButtonGroup>
+#include <QCoreApplication>
+#include <QPlainTextEdit>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kViewHeight = 150;
+
+QPlainTextEdit *licenseView(QWidget *page)
+{
+    auto *view = new QPlainTextEdit(page);
+    view->setReadOnly(true);
+    view->setTabChangesFocus(true);
+    view->setFixedHeight(kViewHeight);
+    view->setFrameShape(QFrame::NoFrame);
+    view->setFont(monospacedFont(11));
+    view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view->setAccessibleName(LicensePage::tr("License Agreement"));
+    setThemedStyleSheet(view, uR"(QPlainTextEdit{background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;padding:12px 13px;color:@INS_TX2;})"
+                              uR"(QScrollBar:vertical{background:transparent;width:10px;margin:6px 4px 6px 0;border:none;})"
+                              uR"(QScrollBar::handle:vertical{background:@INS_LINE2;border-radius:3px;min-height:28px;})"
+                              uR"(QScrollBar::handle:vertical:hover{background:@INS_TX3;})"
+                              uR"(QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height:0;border:none;background:none;})"
+                              uR"(QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background:none;})"
+                              uR"(QScrollBar:horizontal{height:0;background:transparent;})"_s);
+
+    // With the bar off while it loads, a long text is laid out once and not once more for the bar.
+    view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view->setPlainText(licenseText(QCoreApplication::applicationDirPath()));
+    view->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    return view;
+}
+
+} // namespace
+
+LicensePage::LicensePage(QWidget *parent)
+    : QWidget(parent)
+{
+    QVBoxLayout *layout = pageLayout(this);
+    addPageHead(layout, tr("License Agreement"),
+                tr("Please read the following important information before continuing."));
+    layout->addSpacing(14);
+    layout->addWidget(licenseView(this));
+    layout->addSpacing(12);
+
+    auto *decline = new RadioOption(tr("I do not accept the agreement"), this);
+    m_accept = new RadioOption(tr("I accept the license agreement"), this);
+    auto *answers = new QButtonGroup(this);
+    answers->addButton(decline);
+    answers->addButton(m_accept);
+    decline->setChecked(true);
+    connect(m_accept, &QAbstractButton::toggled, this, &LicensePage::acceptedChanged);
+    layout->addWidget(decline);
+    layout->addWidget(m_accept);
+    layout->addStretch();
+}
+
+bool LicensePage::isAccepted() const
+{
+    return m_accept->isChecked();
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QWidget>
+
+class RadioOption;
+
+/// Shows the licence and asks whether it is accepted; it is not until the user says so.
+class LicensePage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit LicensePage(QWidget *parent = nullptr);
+
+    [[nodiscard]] bool isAccepted() const;
+
+Q_SIGNALS:
+    /// Each time the answer changes, and only then.
+    void acceptedChanged(bool accepted);
+
+private:
+    RadioOption *m_accept;
+};

@@ -1,0 +1,33 @@
+#include "pages/licensetext.h"
+
+#include "engine/regularfile.h"
+#include "product/product.h"
+
+#include <QCoreApplication>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// A text this long takes a month to read; a longer one would only hold up the window.
+constexpr qint64 kLongestText = 1 << 20;
+
+} // namespace
+
+QString licenseText(const QString &programFolder)
+{
+    for (QLatin1StringView place : { "/LICENSE.txt"_L1, "/../LICENSE.txt"_L1 }) {
+        QFile file(programFolder + place);
+        if (!openRegularFile(file))
+            continue;
+        file.setTextModeEnabled(true);
+        const QString text = QString::fromUtf8(file.read(kLongestText)).trimmed();
+        if (!text.isEmpty())
+            return text;
+    }
+    return QCoreApplication::translate("LicensePage",
+                                       "%1 — License Agreement\n\n%2. All rights reserved.\n\n"
+                                       "This software is proprietary and confidential. Unauthorized "
+                                       "copying, distribution, or use is strictly prohibited.")
+        .arg(Product::kName, Product::kPublisherNotice);
+}

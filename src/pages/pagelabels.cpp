@@ -1,0 +1,97 @@
+#include "pages/pagelabels.h"
+
+#include "theme/themed.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QLabel *themedLabel(const QString &text, const QFont &font, const QString &styleSheet, QWidget *page)
+{
+    auto *label = new QLabel(text, page);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(font);
+    setThemedStyleSheet(label, styleSheet);
+    return label;
+}
+
+} // namespace
+
+QVBoxLayout *pageLayout(QWidget *page)
+{
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(22, 18, 22, 18);
+    layout->setSpacing(0);
+    return layout;
+}
+
+QLabel *addPageHead(QVBoxLayout *layout, const QString &title, const QString &body)
+{
+    QWidget *page = layout->parentWidget();
+    layout->addWidget(pageTitleLabel(title, page));
+    layout->addSpacing(5);
+    QLabel *bodyLabel = pageBodyLabel(body, page);
+    layout->addWidget(bodyLabel);
+    return bodyLabel;
+}
+
+QLabel *layOutFinishPage(QWidget *page, QWidget *emblem, const QString &title)
+{
+    QVBoxLayout *layout = pageLayout(page);
+    emblem->setFixedSize(emblem->sizeHint());
+    layout->addWidget(emblem, 0, Qt::AlignLeft);
+    layout->addSpacing(14);
+    QLabel *body = addPageHead(layout, title, {});
+    layout->addStretch();
+    return body;
+}
+
+QLabel *pageTitleLabel(const QString &text, QWidget *page)
+{
+    QLabel *label = themedLabel(text, displayFont(18, QFont::DemiBold), u"color:@INS_TX;"_s, page);
+    label->setWordWrap(true);
+    return label;
+}
+
+QLabel *pageBodyLabel(const QString &text, QWidget *page)
+{
+    QFont font = page->font();
+    font.setPixelSize(12);
+    QLabel *label = themedLabel(text, font, u"color:@INS_TX2;"_s, page);
+    label->setWordWrap(true);
+    return label;
+}
+
+QLabel *pageCaptionLabel(const QString &text, QWidget *page)
+{
+    return themedLabel(text, monospacedFont(10), u"color:@INS_TX3;"_s, page);
+}
+
+QLabel *pageSummaryBox(QWidget *page)
+{
+    constexpr int kHeight = 120;
+    QLabel *box = themedLabel({}, monospacedFont(11),
+                              u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
+                              "padding:12px 13px;color:@INS_TX2;"_s,
+                              page);
+    box->setTextFormat(Qt::RichText);
+    box->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    box->setFixedHeight(kHeight);
+    box->setWordWrap(true);
+    return box;
+}
+
+QFont monospacedFont(int pixelSize)
+{
+    QFont font(u"JetBrains Mono"_s);
+    font.setPixelSize(pixelSize);
+    return font;
+}
+
+QFont displayFont(int pixelSize, QFont::Weight weight)
+{
+    QFont font(u"Space Grotesk"_s);
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    return font;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+/// What every page is built of. The labels show their text literally, whatever is in it, and take
+/// their colour from the theme, now and on every change.
+
+/// The layout of a page: margins 22, 18, 22, 18, no spacing of its own.
+QVBoxLayout *pageLayout(QWidget *page);
+
+/// Adds the two labels that a page begins with, 5 px apart; returns the body.
+QLabel *addPageHead(QVBoxLayout *layout, const QString &title, const QString &body);
+
+/// The whole of a page that ends a run: `emblem`, the head below it, and air. Returns the body.
+QLabel *layOutFinishPage(QWidget *page, QWidget *emblem, const QString &title);
+
+/// Headline of a page.
+QLabel *pageTitleLabel(const QString &text, QWidget *page);
+/// Running text; a line break in it stays one.
+QLabel *pageBodyLabel(const QString &text, QWidget *page);
+/// Small print, in one line.
+QLabel *pageCaptionLabel(const QString &text, QWidget *page);
+/// The framed box with what is about to be done; rich text, so outside text must come escaped.
+QLabel *pageSummaryBox(QWidget *page);
+
+/// The monospaced face for paths, versions and figures.
+[[nodiscard]] QFont monospacedFont(int pixelSize);
+/// The display face of headlines.
+[[nodiscard]] QFont displayFont(int pixelSize, QFont::Weight weight);

@@ -1,0 +1,27 @@
+#include "pages/readypage.h"
+
+#include "pages/pagelabels.h"
+#include "theme/themed.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+ReadyPage::ReadyPage(QWidget *parent)
+    : QWidget(parent)
+{
+    QVBoxLayout *layout = pageLayout(this);
+    addPageHead(layout, tr("Ready to Install"),
+                tr("Setup is now ready to begin installing Varnel Schematics on your computer."));
+    layout->addSpacing(18);
+    m_summary = pageSummaryBox(this);
+    layout->addWidget(m_summary);
+    layout->addStretch();
+}
+
+void ReadyPage::setSummary(const QString &path, bool desktopShortcut)
+{
+    m_summary->setText(
+        tr("<span style=\"color:%1;font-weight:600;\">Destination location:</span><br>%2<br><br>"
+           "<span style=\"color:%1;font-weight:600;\">Additional tasks:</span><br>%3")
+            .arg(themed(u"@INS_TX"_s), path.toHtmlEscaped(),
+                 desktopShortcut ? tr("Create a desktop shortcut") : tr("(none)")));
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+
+/// Shows what is about to be done, before it is.
+class ReadyPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ReadyPage(QWidget *parent = nullptr);
+
+    /// Fills the summary; it keeps the colours of this moment until it is filled again.
+    void setSummary(const QString &path, bool desktopShortcut);
+
+private:
+    QLabel *m_summary;
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+
+/// Shows what an update is about to do, before it does.
+class ReadyToUpdatePage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ReadyToUpdatePage(QWidget *parent = nullptr);
+
+    /// An empty `folder` keeps the one shown before.
+    void setDetails(const QString &version, const QString &folder);
+
+private:
+    void rebuild();
+
+    QString m_version;
+    QString m_folder;
+    QLabel *m_body;
+    QLabel *m_summary;
+};

@@ -1,0 +1,111 @@
+#include "pages/systemcheckpage.h"
+
+#include "pages/checkrow.h"
+#include "pages/pagelabels.h"
+#include "system/probes.h"
+#include "theme/themed.h"
+#include "widgets/animation.h"
+
+#include <QDir>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kFirstRowDelay = 120;     // ms
+constexpr int kFirstWarningDelay = 160; // ms
+constexpr int kRowStagger = 110;        // ms
+constexpr int kWarningDuration = 400;   // ms
+
+} // namespace
+
+SystemCheckPage::SystemCheckPage(QWidget *parent)
+    : QWidget(parent)
+{
+    QVBoxLayout *layout = pageLayout(this);
+    addPageHead(layout, tr("Checking your system"),
+                tr("Verifying the requirements so you don't have to read them."));
+    layout->addSpacing(12);
+    m_rowContainer = new QWidget(this);
+    m_rowLayout = new QVBoxLayout(m_rowContainer);
+    m_rowLayout->setContentsMargins({});
+    m_rowLayout->setSpacing(0);
+    layout->addWidget(m_rowContainer);
+    layout->addSpacing(4);
+
+    m_warning = new QLabel(tr("Smart App Control will block Varnel Schematics from starting. Turn it "
+                              "off in Windows Security › App & Browser Control, then restart."),
+                           this);
+    m_warning->setTextFormat(Qt::PlainText);
+    m_warning->setWordWrap(true);
+    setThemedStyleSheet(m_warning,
+                        u"font-size:11.5px;color:@INS_TX2;border-left:2px solid @INS_WARN;"
+                        "padding-left:11px;"_s);
+    m_warningOpacity = new QGraphicsOpacityEffect(m_warning);
+    m_warningOpacity->setOpacity(0.0);
+    m_warning->setGraphicsEffect(m_warningOpacity);
+    layout->addWidget(m_warning);
+    layout->addStretch();
+    setWarningNeeded(false);
+
+    m_warningAnimation.setTargetObject(m_warningOpacity);
+    m_warningAnimation.setPropertyName("opacity");
+    m_warningAnimation.setDuration(kWarningDuration);
+    m_warningDelay.setSingleShot(true);
+    connect(&m_warningDelay, &QTimer::timeout, this, [this] { glideTo(m_warningAnimation, 1.0); });
+}
+
+void SystemCheckPage::runChecks(const QString &destinationPath)
+{
+    resetReveal();
+    m_smartAppControlRow = nullptr;
+    for (CheckRow *row : std::as_const(m_rows)) {
+        // Out of the layout and off the screen now; deleted when nobody is using it any more.
+        m_rowLayout->removeWidget(row);
+        row->hide();
+        row->deleteLater();
+    }
+    m_rows.clear();
+
+    const QString path = destinationPath.isEmpty() ? QDir::rootPath() : destinationPath;
+    for (const CheckResult &result : runSystemChecks(path)) {
+        auto *row = new CheckRow(result, m_rowContainer);
+        m_rowLayout->addWidget(row);
+        row->show();
+        m_rows.append(row);
+        if (result.label == kSmartAppControlLabel)
+            m_smartAppControlRow = row;
+    }
+    setWarningNeeded(isSmartAppControlOn());
+}
+
+void SystemCheckPage::startReveal()
+{
+    for (qsizetype i = 0; i < m_rows.size(); ++i)
+        m_rows[i]->revealAfter(kFirstRowDelay + kRowStagger * int(i));
+    if (m_warningNeeded)
+        m_warningDelay.start(kFirstWarningDelay + kRowStagger * int(m_rows.size()));
+}
+
+void SystemCheckPage::resetReveal()
+{
+    for (CheckRow *row : std::as_const(m_rows))
+        row->resetReveal();
+    m_warningDelay.stop();
+    m_warningAnimation.stop();
+    m_warningOpacity->setOpacity(0.0);
+}
+
+void SystemCheckPage::setSmartAppControlOn(bool on)
+{
+    setWarningNeeded(on);
+    if (m_smartAppControlRow)
+        m_smartAppControlRow->setResult(judgeSmartAppControl(on ? kSmartAppControlOn : 0));
+}
+
+void SystemCheckPage::setWarningNeeded(bool needed)
+{
+    m_warningNeeded = needed;
+    // Transparent is not silent: a warning that does not hold must not be read out either.
+    m_warning->setVisible(needed);
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QGraphicsOpacityEffect>
+#include <QLabel>
+#include <QList>
+#include <QPropertyAnimation>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <QWidget>
+
+/// Tells what the machine is like, row by row. It informs and never blocks the way on.
+class SystemCheckPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    class CheckRow;
+
+    explicit SystemCheckPage(QWidget *parent = nullptr);
+
+    /// Probes the machine and replaces the rows, all hidden. An empty path stands for the file
+    /// system's root.
+    void runChecks(const QString &destinationPath);
+    /// Shows the rows one after another, and after them the warning if there is cause for it.
+    void startReveal();
+    /// Hides the rows and the warning at once; no start that was still to come comes.
+    void resetReveal();
+
+    /// Says that Smart App Control is on or off, in its row and for the warning.
+    void setSmartAppControlOn(bool on);
+
+    /// Number of rows of the last run.
+    [[nodiscard]] int checkCount() const { return int(m_rows.size()); }
+
+private:
+    void setWarningNeeded(bool needed);
+
+    QWidget *m_rowContainer;
+    QVBoxLayout *m_rowLayout;
+    QList<CheckRow *> m_rows;
+    CheckRow *m_smartAppControlRow = nullptr;
+    QLabel *m_warning;
+    QGraphicsOpacityEffect *m_warningOpacity;
+    QPropertyAnimation m_warningAnimation;
+    QTimer m_warningDelay;
+    bool m_warningNeeded = false;
+};

@@ -1,0 +1,22 @@
+#include "pages/taskspage.h"
+
+#include "pages/pagelabels.h"
+#include "widgets/togglecheckbox.h"
+
+TasksPage::TasksPage(QWidget *parent)
+    : QWidget(parent)
+{
+    QVBoxLayout *layout = pageLayout(this);
+    addPageHead(layout, tr("Select Additional Tasks"),
+                tr("Which additional task should be performed while installing Varnel Schematics?"));
+    layout->addSpacing(16);
+    m_desktopShortcut = new ToggleCheckbox(tr("Create a desktop shortcut"), this);
+    m_desktopShortcut->setChecked(true);
+    layout->addWidget(m_desktopShortcut);
+    layout->addStretch();
+}
+
+bool TasksPage::desktopShortcut() const
+{
+    return m_desktopShortcut->isChecked();
+}

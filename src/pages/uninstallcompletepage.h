@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QWidget>
+
+class GifBadge;
+class QLabel;
+
+/// The farewell after a removal.
+class UninstallCompletePage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit UninstallCompletePage(QWidget *parent = nullptr);
+
+    void setPreferencesRemoved(bool removed);
+    /// Pops the badge in.
+    void start();
+
+private:
+    GifBadge *m_badge;
+    QLabel *m_body;
+};

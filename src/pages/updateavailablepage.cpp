@@ -1,0 +1,76 @@
+#include "pages/updateavailablepage.h"
+
+#include "pages/pagelabels.h"
+#include "theme/themed.h"
+
+#include <QHBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kChipHeight = 30;
+constexpr char kPrefixProperty[] = "chipPrefix";
+constexpr char kVersionProperty[] = "chipVersion";
+
+void restyleChip(QLabel *chip)
+{
+    const QString version = chip->property(kVersionProperty).toString();
+    chip->setText(u"%1 <span style=\"color:%2;font-weight:600;\">%3</span>"_s.arg(
+        chip->property(kPrefixProperty).toString(), themed(u"@INS_TX"_s), version.toHtmlEscaped()));
+    chip->setStyleSheet(themed(u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
+                               "padding:0 12px;color:@INS_TX2;"_s));
+}
+
+void setChipVersion(QLabel *chip, const QString &version)
+{
+    chip->setProperty(kVersionProperty, version);
+    restyleChip(chip);
+}
+
+/// A framed label with a caption and a version.
+QLabel *versionChip(const QString &prefix, QWidget *page)
+{
+    auto *chip = new QLabel(page);
+    chip->setTextFormat(Qt::RichText);
+    chip->setFixedHeight(kChipHeight);
+    chip->setFont(monospacedFont(11));
+    chip->setProperty(kPrefixProperty, prefix);
+    onThemeChange(chip, [chip] { restyleChip(chip); });
+    return chip;
+}
+
+} // namespace
+
+UpdateAvailablePage::UpdateAvailablePage(QWidget *parent)
+    : QWidget(parent)
+{
+    QVBoxLayout *layout = pageLayout(this);
+    addPageHead(layout, tr("Update Available for Varnel Schematics"),
+                tr("A newer version is ready to install.\n"
+                                       "Your settings and files will be kept."));
+    layout->addSpacing(16);
+
+    m_installed = versionChip(tr("Installed"), this);
+    m_available = versionChip(tr("Available"), this);
+    auto *arrow = new QLabel(u"→"_s, this);
+    QFont arrowFont = arrow->font();
+    arrowFont.setPixelSize(13);
+    arrow->setFont(arrowFont);
+    setThemedStyleSheet(arrow, u"color:@INS_TX3;"_s);
+
+    auto *row = new QHBoxLayout;
+    row->setSpacing(10);
+    row->addWidget(m_installed);
+    row->addWidget(arrow);
+    row->addWidget(m_available);
+    row->addStretch();
+    layout->addLayout(row);
+    layout->addStretch();
+}
+
+void UpdateAvailablePage::setVersions(const QString &installed, const QString &available)
+{
+    setChipVersion(m_installed, installed.isEmpty() ? tr("not found") : installed);
+    setChipVersion(m_available, available);
+}

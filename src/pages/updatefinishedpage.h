@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class SealCheck;
+
+/// Last page of a successful update.
+class UpdateFinishedPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit UpdateFinishedPage(QWidget *parent = nullptr);
+
+    void setVersion(const QString &version);
+
+    /// The seal, to be played, and for the celebration to start from.
+    [[nodiscard]] SealCheck *seal() const { return m_seal; }
+
+private:
+    SealCheck *m_seal;
+    QLabel *m_body;
+};

@@ -1,0 +1,51 @@
+#include "system/launch.h"
+
+#include "product/product.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace {
+
+/// Time the application gets to show its first window, in milliseconds.
+constexpr DWORD kInputIdleTimeout = 5000;
+
+const wchar_t *wide(const QString &text)
+{
+    return reinterpret_cast<const wchar_t *>(text.utf16());
+}
+
+} // namespace
+
+void launchApplication(const QString &folder)
+{
+    const QString program = QDir(folder).absoluteFilePath(Product::kExecutable.toString());
+    if (!QFileInfo::exists(program))
+        return;
+
+    // The wizard is in front now and about to go; without this the application would open behind.
+    AllowSetForegroundWindow(ASFW_ANY);
+
+    const QString nativeProgram = QDir::toNativeSeparators(program);
+    const QString nativeFolder = QDir::toNativeSeparators(folder);
+    SHELLEXECUTEINFOW info {};
+    info.cbSize = sizeof info;
+    info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC;
+    info.lpVerb = L"open";
+    info.lpFile = wide(nativeProgram);
+    info.lpDirectory = wide(nativeFolder);
+    info.nShow = SW_SHOWNORMAL;
+    if (!ShellExecuteExW(&info)) {
+        QProcess::startDetached(program, {}, folder);
+        return;
+    }
+    if (info.hProcess) {
+        WaitForInputIdle(info.hProcess, kInputIdleTimeout);
+        CloseHandle(info.hProcess);
+    }
+}

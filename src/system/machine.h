@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+/// Facts about this machine that no other interface of ours gives.
+
+/// Physical memory in bytes; nothing if the system does not tell.
+[[nodiscard]] std::optional<quint64> totalMemory();
+
+/// Processor name where it is not found in the registry; empty where it is.
+[[nodiscard]] QString processorName();
+
+/// Folder of the system's own libraries; empty where there is none.
+[[nodiscard]] QString systemFolder();
+
+/// True if the user asked the desktop not to move things about. Where the desktop has no such
+/// setting, the environment variable VARNEL_REDUCED_MOTION set to 1 stands for it.
+[[nodiscard]] bool prefersReducedMotion();

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMap>
+#include <QObject>
+#include <QString>
+
+/// Knows which theme is current and what colour every token has in it. One object for the process;
+/// widgets ask it when they paint or build their style sheets, and again on themeChanged().
+class ThemeManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Theme { Light = 0, Dark = 1 };
+    Q_ENUM(Theme)
+
+    [[nodiscard]] static ThemeManager &instance();
+
+    [[nodiscard]] Theme theme() const { return m_theme; }
+
+    /// Switches the theme and styles the application anew.
+    void setTheme(Theme theme);
+    /// Switches the theme for those who ask for colours; the application's style sheet and palette
+    /// stay as they are.
+    void setDarkMode(bool dark);
+    /// Gives the three primary tokens the colour text `hex`, until the theme is switched.
+    void setPrimaryColor(const QString &hex);
+
+    /// Colour text of `token` ("#RRGGBB", or "#AARRGGBB" if translucent); empty for no known token.
+    [[nodiscard]] QString color(const QString &token) const;
+    /// `text` with the colour in place of every token in it. An unknown word with "@" stays.
+    [[nodiscard]] QString resolve(const QString &text) const;
+
+    /// Makes the resolved base style sheet and the matching palette the application's. Warns and
+    /// changes nothing if the sheet or the application is missing.
+    void applyStyleSheet();
+
+Q_SIGNALS:
+    void themeChanged(ThemeManager::Theme newTheme);
+    void primaryColorChanged(const QString &hexColor);
+
+private:
+    using TokenTable = QMap<QString, QString>;
+
+    ThemeManager();
+    void useTheme(Theme theme);
+
+    Theme m_theme = Light;
+    TokenTable m_current; ///< shares one of the two source tables until a primary colour is set
+    TokenTable m_light;
+    TokenTable m_dark;
+};

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QPixmap>
+#include <QPropertyAnimation>
+#include <QTimer>
+#include <QWidget>
+
+#include <array>
+
+/// The product's mark, drawn live: it assembles itself from four parts, fills with a run's progress
+/// over a faint ghost of itself, and floats while there is nothing to do.
+///
+/// The parts are rasterised once per size and pixel ratio; every frame only moves, scales and fades
+/// those pictures.
+class AnimatedMark : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(double a1Progress READ a1Progress WRITE setA1Progress)
+    Q_PROPERTY(double a2Progress READ a2Progress WRITE setA2Progress)
+    Q_PROPERTY(double a3Progress READ a3Progress WRITE setA3Progress)
+    Q_PROPERTY(double a4Progress READ a4Progress WRITE setA4Progress)
+    Q_PROPERTY(double driftOffset READ driftOffset WRITE setDriftOffset)
+
+public:
+    explicit AnimatedMark(QWidget *parent = nullptr);
+
+    /// Plays the entrance from an empty widget, also in the middle of another.
+    void replay();
+
+    /// Height of the coloured part, 0 to 1 from the bottom; clamped.
+    [[nodiscard]] double fill() const { return m_fill; }
+    void setFill(double level);
+
+    /// The idle floating. Starting it twice does not start it over; stopping it puts the mark back.
+    void startIdle();
+    void stopIdle();
+    [[nodiscard]] bool isIdle() const { return m_idle; }
+
+    /// Entrance of each part: 0 gone, 1 in place, beyond 1 while it overshoots.
+    [[nodiscard]] double a1Progress() const { return m_entrance[0]; }
+    [[nodiscard]] double a2Progress() const { return m_entrance[1]; }
+    [[nodiscard]] double a3Progress() const { return m_entrance[2]; }
+    [[nodiscard]] double a4Progress() const { return m_entrance[3]; }
+    void setA1Progress(double progress) { setEntrance(0, progress); }
+    void setA2Progress(double progress) { setEntrance(1, progress); }
+    void setA3Progress(double progress) { setEntrance(2, progress); }
+    void setA4Progress(double progress) { setEntrance(3, progress); }
+
+    /// Vertical offset of the whole mark in pixels.
+    [[nodiscard]] double driftOffset() const { return m_driftOffset; }
+    void setDriftOffset(double offset);
+
+    [[nodiscard]] QSize sizeHint() const override { return { 136, 110 }; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    static constexpr size_t kParts = 4;
+
+    void setEntrance(size_t part, double progress);
+    void updateDrift();
+    void rasterize();
+    [[nodiscard]] QRectF targetRect() const;
+    void paintParts(QPainter &painter, double opacity) const;
+
+    std::array<double, kParts> m_entrance {};
+    double m_driftOffset = 0.0;
+    double m_fill = 1.0;
+    bool m_idle = false;
+    std::array<QPropertyAnimation, kParts> m_entranceAnimations;
+    std::array<QTimer, kParts> m_entranceDelays;
+    QPropertyAnimation m_driftAnimation;
+    std::array<QPixmap, kParts> m_pictures; ///< each as large as the widget
+};

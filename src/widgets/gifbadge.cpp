@@ -1,0 +1,88 @@
+#include "widgets/gifbadge.h"
+
+#include "theme/themed.h"
+#include "widgets/animation.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kPopDuration = 400; // ms
+constexpr double kRingWidth = 1.0;
+
+} // namespace
+
+GifBadge::GifBadge(const QString &fileName, int side, QWidget *parent)
+    : QWidget(parent), m_side(side), m_movie(fileName), m_popAnimation(this, "popProgress")
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_popAnimation.setDuration(kPopDuration);
+    m_popAnimation.setEasingCurve(QEasingCurve::OutBack);
+    m_popAnimation.setStartValue(0.0);
+    m_popAnimation.setEndValue(1.0);
+    m_movie.setCacheMode(QMovie::CacheAll);
+    connect(&m_movie, &QMovie::frameChanged, this, qOverload<>(&QWidget::update));
+    repaintOnThemeChange(this);
+    // It plays from now on, but out of sight it waits on its first frame.
+    m_movie.start();
+    m_movie.setPaused(true);
+}
+
+void GifBadge::setPopProgress(double progress)
+{
+    m_popProgress = progress;
+    update();
+}
+
+void GifBadge::pop()
+{
+    playOnce(m_popAnimation);
+}
+
+void GifBadge::showEvent(QShowEvent *)
+{
+    m_movie.setPaused(false);
+}
+
+void GifBadge::hideEvent(QHideEvent *)
+{
+    m_movie.setPaused(true);
+}
+
+void GifBadge::paintEvent(QPaintEvent *)
+{
+    if (m_popProgress <= kInvisible)
+        return;
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    const QRectF disc = rect();
+
+    painter.save();
+    painter.setOpacity(m_popProgress);
+    painter.translate(disc.center());
+    painter.scale(m_popProgress, m_popProgress);
+    painter.translate(-disc.center());
+    QPainterPath clip;
+    clip.addEllipse(disc);
+    painter.setClipPath(clip);
+    painter.fillRect(disc, Qt::white);
+    if (QPixmap frame = m_movie.currentPixmap(); !frame.isNull()) {
+        const double ratio = devicePixelRatio();
+        frame = frame.scaled(QSizeF(m_side * ratio, m_side * ratio).toSize(),
+                             Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+        frame.setDevicePixelRatio(ratio);
+        // Multiplying lets a white picture background melt into the disc.
+        painter.setCompositionMode(QPainter::CompositionMode_Multiply);
+        const QSizeF size = frame.deviceIndependentSize();
+        painter.drawPixmap(disc.center() - QPointF(size.width(), size.height()) / 2, frame);
+    }
+    painter.restore();
+
+    constexpr double kInset = kRingWidth / 2;
+    painter.setPen(QPen(themedColor(u"@INS_LINE"_s), kRingWidth));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(disc.adjusted(kInset, kInset, -kInset, -kInset));
+}

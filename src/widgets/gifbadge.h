@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QMovie>
+#include <QPropertyAnimation>
+#include <QWidget>
+
+/// A round badge that plays an animated GIF on a white disc and can pop in. A picture that cannot be
+/// read leaves the disc and its ring.
+class GifBadge : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(double popProgress READ popProgress WRITE setPopProgress)
+
+public:
+    /// Starts to play `fileName` at once; `side` in pixels.
+    GifBadge(const QString &fileName, int side, QWidget *parent = nullptr);
+
+    /// Opacity and scale, 0 to 1, beyond 1 while it overshoots. Starts at 1: a badge that is never
+    /// popped is simply there.
+    [[nodiscard]] double popProgress() const { return m_popProgress; }
+    void setPopProgress(double progress);
+
+    /// Pops the badge in from nothing.
+    void pop();
+
+    [[nodiscard]] QSize sizeHint() const override { return { m_side, m_side }; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    int m_side;
+    QMovie m_movie;
+    double m_popProgress = 1.0;
+    QPropertyAnimation m_popAnimation;
+};

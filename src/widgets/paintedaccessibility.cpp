@@ -1,0 +1,75 @@
+#include "widgets/paintedaccessibility.h"
+
+#include "widgets/animatedmark.h"
+#include "widgets/gifbadge.h"
+#include "widgets/progresstrack.h"
+#include "widgets/revealrow.h"
+#include "widgets/sealcheck.h"
+
+#include <QAccessibleWidget>
+
+namespace {
+
+class RevealRowInterface : public QAccessibleWidget
+{
+public:
+    explicit RevealRowInterface(RevealRow *row)
+        : QAccessibleWidget(row, QAccessible::ListItem), m_row(row)
+    {
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.invisible = state.invisible || !m_row->isRevealed();
+        state.readOnly = true;
+        return state;
+    }
+
+private:
+    RevealRow *m_row;
+};
+
+class ProgressTrackInterface : public QAccessibleWidget, public QAccessibleValueInterface
+{
+public:
+    explicit ProgressTrackInterface(ProgressTrack *track)
+        : QAccessibleWidget(track, QAccessible::ProgressBar), m_track(track)
+    {
+    }
+
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        if (type == QAccessible::ValueInterface)
+            return static_cast<QAccessibleValueInterface *>(this);
+        return QAccessibleWidget::interface_cast(type);
+    }
+
+    QVariant currentValue() const override { return m_track->target() * 100.0; }
+    void setCurrentValue(const QVariant &) override { }
+    QVariant maximumValue() const override { return 100.0; }
+    QVariant minimumValue() const override { return 0.0; }
+    QVariant minimumStepSize() const override { return 1.0; }
+
+private:
+    ProgressTrack *m_track;
+};
+
+QAccessibleInterface *createInterface(const QString &, QObject *object)
+{
+    if (auto *row = qobject_cast<RevealRow *>(object))
+        return new RevealRowInterface(row);
+    if (auto *track = qobject_cast<ProgressTrack *>(object))
+        return new ProgressTrackInterface(track);
+    if (qobject_cast<AnimatedMark *>(object) || qobject_cast<GifBadge *>(object)
+        || qobject_cast<SealCheck *>(object))
+        return new QAccessibleWidget(qobject_cast<QWidget *>(object), QAccessible::Graphic);
+    return nullptr;
+}
+
+} // namespace
+
+void installPaintedAccessibility()
+{
+    QAccessible::installFactory(createInterface);
+}

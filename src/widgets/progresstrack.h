@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QPropertyAnimation>
+#include <QWidget>
+
+/// The thin, rounded progress bar. It glides to each new figure and sweeps while there is none.
+class ProgressTrack : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(double value READ value WRITE setValue)
+    Q_PROPERTY(double indeterminatePhase READ indeterminatePhase WRITE setIndeterminatePhase)
+
+public:
+    explicit ProgressTrack(QWidget *parent = nullptr);
+
+    /// Filled fraction as it is shown, 0 to 1; the setter clamps.
+    [[nodiscard]] double value() const { return m_value; }
+    void setValue(double value);
+
+    /// Position of the sweeping segment, 0 to 1.
+    [[nodiscard]] double indeterminatePhase() const { return m_phase; }
+    void setIndeterminatePhase(double phase);
+
+    /// Where the bar stands or is gliding to, 0 to 1.
+    [[nodiscard]] double target() const { return m_target; }
+    /// Glides to `fraction`, clamped to 0 to 1, from wherever the bar is.
+    void setTarget(double fraction);
+    /// The same in percent, clamped to 0 to 100.
+    void setTargetPercent(int percent) { setTarget(percent / 100.0); }
+    /// Empties the bar at once.
+    void reset();
+
+    [[nodiscard]] bool isIndeterminate() const { return m_indeterminate; }
+    void setIndeterminate(bool indeterminate);
+
+    [[nodiscard]] QSize sizeHint() const override { return { 240, 4 }; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    double m_value = 0.0;
+    double m_target = 0.0;
+    bool m_indeterminate = false;
+    double m_phase = 0.0;
+    QPropertyAnimation m_valueAnimation;
+    QPropertyAnimation m_phaseAnimation;
+};

@@ -1,0 +1,61 @@
+#include "widgets/revealrow.h"
+
+#include "theme/themed.h"
+#include "widgets/animation.h"
+
+#include <QPainter>
+
+namespace {
+
+constexpr int kRevealDuration = 300; // ms
+
+} // namespace
+
+RevealRow::RevealRow(int slide, const QString &text, QWidget *parent)
+    : QWidget(parent), m_slide(slide), m_animation(this, "reveal")
+{
+    setAccessibleName(text);
+    m_animation.setDuration(kRevealDuration);
+    m_animation.setEasingCurve(QEasingCurve::OutCubic);
+    m_delay.setSingleShot(true);
+    connect(&m_delay, &QTimer::timeout, this, [this] { setRevealed(true); });
+    repaintOnThemeChange(this);
+}
+
+void RevealRow::setReveal(double reveal)
+{
+    m_reveal = reveal;
+    update();
+}
+
+void RevealRow::setRevealed(bool revealed)
+{
+    if (m_revealed == revealed)
+        return;
+    m_revealed = revealed;
+    glideTo(m_animation, revealed ? 1.0 : 0.0);
+}
+
+void RevealRow::revealAfter(int delay)
+{
+    m_delay.start(delay);
+}
+
+void RevealRow::resetReveal()
+{
+    m_delay.stop();
+    m_revealed = false;
+    m_animation.stop();
+    setReveal(0.0);
+}
+
+void RevealRow::paintEvent(QPaintEvent *)
+{
+    if (m_reveal <= kInvisible)
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(m_reveal);
+    painter.translate(0.0, (1.0 - m_reveal) * m_slide);
+    paintRow(painter);
+}

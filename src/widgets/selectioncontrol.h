@@ -1,0 +1,40 @@
+#pragma once
+
+#include "widgets/focusring.h"
+
+#include <QAbstractButton>
+#include <QPropertyAnimation>
+
+/// What the painted radio option and check box share: a full-width row with a plate that lights up
+/// under the pointer, a 16 px indicator at the left and the text beside it.
+class SelectionControl : public QAbstractButton
+{
+    Q_OBJECT
+    Q_PROPERTY(double hoverProgress READ hoverProgress WRITE setHoverProgress)
+
+public:
+    [[nodiscard]] double hoverProgress() const { return m_hoverProgress; }
+    void setHoverProgress(double progress);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    /// `verticalRoom` is added to the text's height. `selection` runs on a property of the derived
+    /// class and follows the checked state.
+    SelectionControl(const QString &text, int verticalRoom, QWidget *parent);
+    void followCheckedState(QPropertyAnimation &selection);
+
+    virtual void paintIndicator(QPainter &painter, const QRectF &box) = 0;
+
+    void paintEvent(QPaintEvent *event) override;
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    int m_verticalRoom;
+    double m_hoverProgress = 0.0;
+    QPropertyAnimation m_hoverAnimation;
+    FocusRing m_focusRing;
+};

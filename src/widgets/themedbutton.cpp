@@ -1,0 +1,40 @@
+#include "widgets/themedbutton.h"
+
+#include <QFocusEvent>
+#include <QPainter>
+
+namespace {
+
+/// The ring keeps this far inside the border, so that it shows on a filled button too.
+constexpr double kRingGap = 2.0;
+
+} // namespace
+
+ThemedButton::ThemedButton(const QString &text, double radius, QWidget *parent)
+    : QPushButton(text, parent), m_radius(radius)
+{
+    setCursor(Qt::PointingHandCursor);
+    // Return is the page's business, not the first button's in the window.
+    setAutoDefault(false);
+}
+
+void ThemedButton::focusInEvent(QFocusEvent *event)
+{
+    m_focusRing.update(*event);
+    QPushButton::focusInEvent(event);
+}
+
+void ThemedButton::focusOutEvent(QFocusEvent *event)
+{
+    m_focusRing.update(*event);
+    QPushButton::focusOutEvent(event);
+}
+
+void ThemedButton::paintEvent(QPaintEvent *event)
+{
+    QPushButton::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF ring = QRectF(rect()).adjusted(kRingGap, kRingGap, -kRingGap, -kRingGap);
+    m_focusRing.paint(painter, ring, qMax(m_radius - kRingGap, 0.0));
+}

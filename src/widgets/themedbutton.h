@@ -1,0 +1,24 @@
+#pragma once
+
+#include "widgets/focusring.h"
+
+#include <QPushButton>
+
+/// A push button styled by tokens that also shows keyboard focus, which its style sheet leaves out.
+class ThemedButton : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    /// `radius` is the corner radius of the button's style, for the focus ring to follow.
+    ThemedButton(const QString &text, double radius, QWidget *parent = nullptr);
+
+protected:
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    double m_radius;
+    FocusRing m_focusRing;
+};

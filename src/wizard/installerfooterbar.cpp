@@ -1,0 +1,103 @@
+#include "wizard/installerfooterbar.h"
+
+#include "theme/themed.h"
+#include "widgets/themedbutton.h"
+#include "wizard/windowshape.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kHeight = 48;
+constexpr int kButtonHeight = 30;
+constexpr double kButtonRadius = 8.0;
+constexpr char kVariantProperty[] = "insVariant";
+
+QString buttonStyle(const QString &variant)
+{
+    if (variant == "danger"_L1) {
+        // No hover rule: a destructive button does not light up under the pointer.
+        return u"QPushButton{padding:0 18px;border-radius:8px;font-weight:600;background:@INS_RED;"
+               "border:1px solid @INS_RED;color:#FFFFFF;}"
+               "QPushButton:disabled{background:@INS_LINE2;border-color:@INS_LINE2;color:@INS_TX3;}"_s;
+    }
+    if (variant == "primary"_L1) {
+        return u"QPushButton{padding:0 18px;border-radius:8px;font-weight:600;"
+               "background:@INS_ACCENT;border:1px solid @INS_ACCENT;color:#FFFFFF;}"
+               "QPushButton:hover{background:@INS_ACCENT_HOVER;border-color:@INS_ACCENT_HOVER;}"
+               "QPushButton:disabled{background:@INS_LINE2;border-color:@INS_LINE2;color:@INS_TX3;}"_s;
+    }
+    return u"QPushButton{padding:0 14px;border-radius:8px;background:@INS_BG;"
+           "border:1px solid @INS_LINE2;color:@INS_TX;}"
+           "QPushButton:hover{background:@INS_PANEL;border-color:@INS_TX3;}"
+           "QPushButton:disabled{color:@INS_TX3;}"_s;
+}
+
+} // namespace
+
+InstallerFooterBar::InstallerFooterBar(QWidget *parent)
+    : QWidget(parent), m_status(new QLabel(this)), m_buttonRow(new QHBoxLayout)
+{
+    setFixedHeight(kHeight);
+    m_status->setTextFormat(Qt::PlainText);
+    setThemedStyleSheet(m_status, u"color:@INS_TX3;font-size:11.5px;"_s);
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(18, 0, 18, 0);
+    layout->addWidget(m_status);
+    layout->addStretch();
+    m_buttonRow->setSpacing(8);
+    layout->addLayout(m_buttonRow);
+    repaintOnThemeChange(this);
+}
+
+QString InstallerFooterBar::statusText() const
+{
+    return m_status->text();
+}
+
+void InstallerFooterBar::setStatusText(const QString &text)
+{
+    m_status->setText(text);
+}
+
+QPushButton *InstallerFooterBar::addButton(const QString &text, bool primary, bool danger)
+{
+    auto *button = new ThemedButton(text, kButtonRadius, this);
+    button->setFixedHeight(kButtonHeight);
+    const QString variant = danger ? u"danger"_s : primary ? u"primary"_s : u"ghost"_s;
+    button->setProperty(kVariantProperty, variant);
+    setThemedStyleSheet(button, buttonStyle(variant));
+    m_buttonRow->addWidget(button);
+    m_buttons.append(button);
+    return button;
+}
+
+void InstallerFooterBar::clear()
+{
+    for (QPushButton *button : std::as_const(m_buttons)) {
+        // Perhaps it is this button's click that brought us here, so it goes later; but it is no part
+        // of the bar from now on.
+        m_buttonRow->removeWidget(button);
+        button->hide();
+        button->deleteLater();
+    }
+    m_buttons.clear();
+}
+
+void InstallerFooterBar::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath bar;
+    bar.setFillRule(Qt::WindingFill);
+    bar.addRoundedRect(rect(), kCornerRadius, kCornerRadius);
+    bar.addRect(rect().adjusted(0, 0, 0, -kCornerRadius));
+    painter.fillPath(bar, themedColor(u"@INS_PANEL"_s));
+    painter.fillRect(0, 0, width(), 1, themedColor(u"@INS_LINE"_s));
+}

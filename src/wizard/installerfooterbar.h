@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QList>
+#include <QWidget>
+
+class QHBoxLayout;
+class QLabel;
+class QPushButton;
+
+/// A word on where we are, and the buttons that lead on.
+class InstallerFooterBar : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit InstallerFooterBar(QWidget *parent = nullptr);
+
+    [[nodiscard]] QString statusText() const;
+    void setStatusText(const QString &text);
+
+    /// Adds a button at the right of those there are; danger wins over primary. It is the footer's
+    /// and goes with clear().
+    QPushButton *addButton(const QString &text, bool primary, bool danger);
+    /// Removes every button at once, also from within a click on one of them; the text stays.
+    void clear();
+
+    /// From left to right.
+    [[nodiscard]] QList<QPushButton *> buttons() const { return m_buttons; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QLabel *m_status;
+    QHBoxLayout *m_buttonRow;
+    QList<QPushButton *> m_buttons;
+};

@@ -1,0 +1,119 @@
+#include "wizard/installerpane.h"
+
+#include "system/machine.h"
+#include "theme/themed.h"
+
+#include <QGraphicsOpacityEffect>
+#include <QPainter>
+#include <QPropertyAnimation>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kSlide = 14;             // px
+constexpr int kIncomingDuration = 320; // ms
+constexpr int kOutgoingDuration = 200; // ms
+
+void addAnimation(QParallelAnimationGroup *group, QObject *target, const char *property, int duration,
+                  const QVariant &from, const QVariant &to)
+{
+    auto *animation = new QPropertyAnimation(target, property, group);
+    animation->setDuration(duration);
+    animation->setEasingCurve(QEasingCurve::OutCubic);
+    animation->setStartValue(from);
+    animation->setEndValue(to);
+}
+
+/// Fades `page` with an effect that the page owns from here on.
+void addFade(QParallelAnimationGroup *group, QWidget *page, int duration, double from, double to)
+{
+    auto *effect = new QGraphicsOpacityEffect(page);
+    effect->setOpacity(from);
+    page->setGraphicsEffect(effect);
+    addAnimation(group, effect, "opacity", duration, from, to);
+}
+
+} // namespace
+
+InstallerPane::InstallerPane(QWidget *parent)
+    : QWidget(parent)
+{
+    repaintOnThemeChange(this);
+}
+
+void InstallerPane::addPage(QWidget *page)
+{
+    page->setParent(this);
+    page->setGeometry(rect());
+    page->hide();
+    m_pages.append(page);
+}
+
+void InstallerPane::setCurrentPage(QWidget *page, bool animate)
+{
+    if (m_transition) {
+        m_transition->disconnect(this);
+        m_transition->stop();
+        settle();
+    }
+    QWidget *previous = std::exchange(m_current, page);
+    if (!animate || !previous || prefersReducedMotion()) {
+        m_outgoing = previous == page ? nullptr : previous;
+        page->show();
+        page->raise();
+        settle();
+        return;
+    }
+
+    m_transition = new QParallelAnimationGroup(this);
+    if (previous != page) {
+        m_outgoing = previous;
+        takeOut(previous, m_transition);
+    }
+    bringIn(page, m_transition);
+    connect(m_transition, &QParallelAnimationGroup::finished, this, &InstallerPane::settle);
+    m_transition->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+void InstallerPane::bringIn(QWidget *page, QParallelAnimationGroup *transition)
+{
+    const QRect away = rect().translated(kSlide, 0);
+    addFade(transition, page, kIncomingDuration, 0.0, 1.0);
+    page->setGeometry(away);
+    page->show();
+    page->raise();
+    addAnimation(transition, page, "geometry", kIncomingDuration, away, rect());
+}
+
+void InstallerPane::takeOut(QWidget *page, QParallelAnimationGroup *transition)
+{
+    const QRect place = page->geometry();
+    addFade(transition, page, kOutgoingDuration, 1.0, 0.0);
+    addAnimation(transition, page, "geometry", kOutgoingDuration, place,
+                 place.translated(-kSlide, 0));
+}
+
+void InstallerPane::settle()
+{
+    m_transition.clear();
+    if (QWidget *outgoing = std::exchange(m_outgoing, nullptr)) {
+        outgoing->hide();
+        outgoing->setGraphicsEffect(nullptr);
+    }
+    m_current->setGraphicsEffect(nullptr);
+    m_current->setGeometry(rect());
+}
+
+void InstallerPane::paintEvent(QPaintEvent *)
+{
+    QPainter(this).fillRect(rect(), themedColor(u"@INS_BG"_s));
+}
+
+void InstallerPane::resizeEvent(QResizeEvent *)
+{
+    for (QWidget *page : std::as_const(m_pages)) {
+        if (!page->graphicsEffect())
+            page->setGeometry(rect());
+    }
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QParallelAnimationGroup>
+#include <QPointer>
+#include <QWidget>
+
+/// Holds all pages, shows one, and slides and fades from one to the next.
+class InstallerPane : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit InstallerPane(QWidget *parent = nullptr);
+
+    /// Takes the page over, hidden.
+    void addPage(QWidget *page);
+
+    /// Shows `page`; ends a transition that is still running first. The page that is shown already
+    /// comes in once more, without going out.
+    void setCurrentPage(QWidget *page, bool animate);
+    [[nodiscard]] QWidget *currentPage() const { return m_current; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void bringIn(QWidget *page, QParallelAnimationGroup *transition);
+    void takeOut(QWidget *page, QParallelAnimationGroup *transition);
+    /// Leaves `m_current` as the one visible page, at rest.
+    void settle();
+
+    QList<QWidget *> m_pages;
+    QWidget *m_current = nullptr;
+    QWidget *m_outgoing = nullptr; ///< only while a transition runs, and not if a page follows itself
+    QPointer<QParallelAnimationGroup> m_transition;
+};

@@ -1,0 +1,72 @@
+#include "wizard/installerrail.h"
+
+#include "pages/pagelabels.h"
+#include "product/product.h"
+#include "theme/themed.h"
+#include "widgets/animatedmark.h"
+
+#include <QPainter>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kWidth = 196;
+constexpr int kMargin = 20;
+
+} // namespace
+
+InstallerRail::InstallerRail(QWidget *parent)
+    : QWidget(parent),
+      m_mark(new AnimatedMark(this)),
+      m_wordmark(new QLabel(this)),
+      m_versionLine(new QLabel(u"%1 · %2"_s.arg(Product::kVersion, Product::kRequiredSpace), this)),
+      m_legal(new QLabel(u"%1<br>%2"_s.arg(Product::kPublisherNotice,
+                                           tr("Proprietary and confidential")),
+                         this))
+{
+    setFixedWidth(kWidth);
+    m_mark->setFixedSize(m_mark->sizeHint());
+    m_wordmark->setTextFormat(Qt::RichText);
+    m_legal->setTextFormat(Qt::RichText);
+    m_legal->setWordWrap(true);
+    for (QLabel *label : { m_wordmark, m_versionLine, m_legal })
+        label->setAlignment(Qt::AlignCenter);
+
+    auto *block = new QVBoxLayout;
+    block->setContentsMargins({});
+    block->setSpacing(0);
+    block->addWidget(m_mark, 0, Qt::AlignHCenter);
+    block->addSpacing(14);
+    block->addWidget(m_wordmark);
+    block->addSpacing(5);
+    block->addWidget(m_versionLine);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    layout->setSpacing(0);
+    layout->addStretch();
+    layout->addLayout(block);
+    layout->addStretch();
+    layout->addWidget(m_legal);
+
+    onThemeChange(this, [this] { restyle(); });
+}
+
+void InstallerRail::restyle()
+{
+    m_wordmark->setText(themed(u"<span style=\"color:@INS_ACCENT;\">Varnel</span> "
+                               "<span style=\"color:@INS_TX;\">Schematics</span>"_s));
+    m_wordmark->setFont(displayFont(14, QFont::Bold));
+    m_versionLine->setFont(monospacedFont(10));
+    m_versionLine->setStyleSheet(themed(u"color:@INS_TX3;"_s));
+    m_legal->setStyleSheet(themed(u"color:@INS_TX3;font-size:10px;"_s));
+    update();
+}
+
+void InstallerRail::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), themedColor(u"@INS_RAIL"_s));
+    painter.fillRect(width() - 1, 0, 1, height(), themedColor(u"@INS_LINE"_s));
+}

@@ -1,0 +1,102 @@
+#include "wizard/installertitlebar.h"
+
+#include "theme/themed.h"
+#include "widgets/themedbutton.h"
+#include "wizard/windowshape.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kHeight = 36;
+constexpr QSize kButtonSize(40, 35);
+
+const QString kButtonStyle
+    = u"QPushButton{border:none;background:transparent;color:@INS_TX2;font-size:12px;}"
+      "QPushButton:hover{background:@INS_LINE;color:@INS_TX;}"_s;
+
+/// Red and white are no tokens: this button means the same in every theme.
+const QString kCloseButtonStyle = kButtonStyle
+    + u"QPushButton#insCloseBtn:hover{background:#D63B32;color:#FFFFFF;"
+      "border-top-right-radius:%1px;}"_s.arg(kCornerRadius);
+
+ThemedButton *titleButton(const QString &sign, const QString &name, const QString &style, QWidget *bar)
+{
+    auto *button = new ThemedButton(sign, 0.0, bar);
+    button->setAccessibleName(name);
+    button->setFixedSize(kButtonSize);
+    setThemedStyleSheet(button, style);
+    return button;
+}
+
+} // namespace
+
+InstallerTitleBar::InstallerTitleBar(const QString &title, QWidget *parent)
+    : QWidget(parent), m_title(new QLabel(title, this))
+{
+    setFixedHeight(kHeight);
+    QFont font = m_title->font();
+    font.setPixelSize(12);
+    font.setWeight(QFont::Medium);
+    m_title->setFont(font);
+    setThemedStyleSheet(m_title, u"color:@INS_TX;font-size:12px;background:transparent;"_s);
+
+    auto *minimize = titleButton(u"–"_s, tr("Minimize"), kButtonStyle, this);
+    auto *close = titleButton(u"✕"_s, tr("Close"), kCloseButtonStyle, this);
+    close->setObjectName("insCloseBtn"_L1);
+    connect(minimize, &QPushButton::clicked, this, &InstallerTitleBar::minimizeRequested);
+    connect(close, &QPushButton::clicked, this, &InstallerTitleBar::closeRequested);
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(14, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_title);
+    layout->addStretch();
+    layout->addWidget(minimize);
+    layout->addWidget(close);
+    repaintOnThemeChange(this);
+}
+
+QString InstallerTitleBar::title() const
+{
+    return m_title->text();
+}
+
+void InstallerTitleBar::setTitle(const QString &title)
+{
+    m_title->setText(title);
+}
+
+void InstallerTitleBar::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return QWidget::mousePressEvent(event);
+    m_dragOffset = event->globalPosition().toPoint() - window()->frameGeometry().topLeft();
+    event->accept();
+}
+
+void InstallerTitleBar::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!(event->buttons() & Qt::LeftButton))
+        return QWidget::mouseMoveEvent(event);
+    window()->move(event->globalPosition().toPoint() - m_dragOffset);
+    event->accept();
+}
+
+void InstallerTitleBar::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath bar;
+    bar.setFillRule(Qt::WindingFill);
+    bar.addRoundedRect(rect(), kCornerRadius, kCornerRadius);
+    bar.addRect(rect().adjusted(0, kCornerRadius, 0, 0));
+    painter.fillPath(bar, themedColor(u"@INS_PANEL"_s));
+    painter.fillRect(0, height() - 1, width(), 1, themedColor(u"@INS_LINE"_s));
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QPoint>
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+
+/// Title, minimise and close button of the frameless window, and the handle to drag it by.
+class InstallerTitleBar : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit InstallerTitleBar(const QString &title, QWidget *parent = nullptr);
+
+    [[nodiscard]] QString title() const;
+    void setTitle(const QString &title);
+
+Q_SIGNALS:
+    void minimizeRequested();
+    void closeRequested();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QLabel *m_title;
+    QPoint m_dragOffset; ///< from the window's frame to where it was taken hold of
+};

@@ -1,0 +1,435 @@
+#include "wizard/installerwizard.h"
+
+#include "engine/installerengine.h"
+#include "pages/confirmuninstallpage.h"
+#include "pages/destinationpage.h"
+#include "pages/finishedpage.h"
+#include "pages/licensepage.h"
+#include "pages/readypage.h"
+#include "pages/readytoupdatepage.h"
+#include "pages/systemcheckpage.h"
+#include "pages/taskspage.h"
+#include "pages/uninstallcompletepage.h"
+#include "pages/updateavailablepage.h"
+#include "pages/updatefinishedpage.h"
+#include "pages/welcomepage.h"
+#include "product/product.h"
+#include "system/installation.h"
+#include "system/launch.h"
+#include "system/userdata.h"
+#include "widgets/animatedmark.h"
+#include "widgets/confettioverlay.h"
+#include "widgets/sealcheck.h"
+#include "wizard/installerfooterbar.h"
+#include "wizard/installerpane.h"
+#include "wizard/installerrail.h"
+#include "wizard/installertitlebar.h"
+#include "wizard/installingpage.h"
+#include "wizard/runplan.h"
+#include "wizard/uninstallingpage.h"
+#include "wizard/updatingpage.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr QSize kWindowSize(680, 474);
+constexpr auto kFinishDelay = 500ms;
+constexpr auto kConfettiDelay = 300ms;
+constexpr auto kIdleDelay = 780ms;
+
+const QList<QColor> &confettiColours()
+{
+    static const QList<QColor> colours { QColor(0x064cad), QColor(0xff3131), QColor(0x0a5ec9),
+                                         QColor(0x545454), QColor(0xf3b23d), QColor(0x1f9d63) };
+    return colours;
+}
+
+} // namespace
+
+InstallerWizard::InstallerWizard(QWidget *parent)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint)
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+    setFixedSize(kWindowSize);
+    buildChrome();
+    buildPages();
+
+    connect(&m_simulation, &SimulatedRun::progress, this, &InstallerWizard::showProgress);
+    connect(&m_simulation, &SimulatedRun::currentFile, this,
+            [this](const QString &path) { progressPage()->setCurrentFile(path); });
+    connect(&m_simulation, &SimulatedRun::finished, this, &InstallerWizard::completeRun);
+
+    for (QTimer *delay : { &m_finishDelay, &m_confettiDelay, &m_idleDelay })
+        delay->setSingleShot(true);
+    m_finishDelay.setInterval(kFinishDelay);
+    m_confettiDelay.setInterval(kConfettiDelay);
+    m_idleDelay.setInterval(kIdleDelay);
+    connect(&m_finishDelay, &QTimer::timeout, this, &InstallerWizard::enterFinish);
+    connect(&m_idleDelay, &QTimer::timeout, m_rail->mark(), &AnimatedMark::startIdle);
+    connect(&m_confettiDelay, &QTimer::timeout, this, [this] {
+        const QPointF centre = QRectF(m_celebratedSeal->rect()).center();
+        m_confetti->burst(m_confetti->mapFromGlobal(m_celebratedSeal->mapToGlobal(centre)),
+                          confettiColours());
+    });
+}
+
+InstallerWizard::~InstallerWizard() = default;
+
+void InstallerWizard::buildChrome()
+{
+    const QString title = tr("Varnel Schematics setup");
+    m_titleBar = new InstallerTitleBar(title, this);
+    setWindowTitle(title);
+    connect(m_titleBar, &InstallerTitleBar::closeRequested, this, [this] { closeAndQuit(false); });
+    connect(m_titleBar, &InstallerTitleBar::minimizeRequested, this, &QWidget::showMinimized);
+
+    m_rail = new InstallerRail(this);
+    m_pane = new InstallerPane(this);
+    m_footer = new InstallerFooterBar(this);
+
+    auto *middle = new QHBoxLayout;
+    middle->setContentsMargins({});
+    middle->setSpacing(0);
+    middle->addWidget(m_rail);
+    middle->addWidget(m_pane, 1);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->setSpacing(0);
+    layout->addWidget(m_titleBar);
+    layout->addLayout(middle, 1);
+    layout->addWidget(m_footer);
+
+    m_confetti = new ConfettiOverlay(this);
+    m_confetti->setGeometry(rect());
+    m_confetti->lower();
+}
+
+void InstallerWizard::buildPages()
+{
+    m_pages = {
+        new WelcomePage,
+        m_license = new LicensePage,
+        m_systemCheck = new SystemCheckPage,
+        m_destination = new DestinationPage,
+        m_tasks = new TasksPage,
+        m_ready = new ReadyPage,
+        m_installing = new InstallingPage,
+        m_finished = new FinishedPage,
+        m_updateAvailable = new UpdateAvailablePage,
+        m_readyToUpdate = new ReadyToUpdatePage,
+        new UpdatingPage,
+        m_updateFinished = new UpdateFinishedPage,
+        m_confirmUninstall = new ConfirmUninstallPage,
+        new UninstallingPage,
+        m_uninstallComplete = new UninstallCompletePage,
+    };
+    for (QWidget *page : m_pages)
+        m_pane->addPage(page);
+}
+
+void InstallerWizard::setEngine(InstallerEngine *engine)
+{
+    m_engine = engine;
+}
+
+void InstallerWizard::setUninstallerPath(const QString &path)
+{
+    m_uninstallerPath = path;
+}
+
+void InstallerWizard::setRunMode(RunMode mode)
+{
+    m_runMode = mode;
+    const QString title = mode == RunMode::Uninstall ? tr("Varnel Schematics uninstall")
+                                                     : tr("Varnel Schematics setup");
+    m_titleBar->setTitle(title);
+    setWindowTitle(title);
+    enterPage(firstPage(mode));
+    m_rail->mark()->replay();
+}
+
+void InstallerWizard::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (std::exchange(m_wasShown, true))
+        return;
+    // Once more when the window is on screen, so that the entrance is seen; but not over the head of a
+    // user who was quick enough to be somewhere else already.
+    QTimer::singleShot(0, this, [this] {
+        if (m_pane->currentPage() == page(firstPage(m_runMode)))
+            setRunMode(m_runMode);
+    });
+}
+
+void InstallerWizard::closeEvent(QCloseEvent *event)
+{
+    closeAndQuit(false);
+    event->accept();
+}
+
+void InstallerWizard::closeAndQuit(bool launch)
+{
+    if (std::exchange(m_isClosing, true))
+        return;
+    hide();
+    QTimer::singleShot(0, this, [this, launch] {
+        if (launch)
+            launchApplication(m_destination->path());
+        QCoreApplication::exit();
+    });
+}
+
+void InstallerWizard::keyPressEvent(QKeyEvent *event)
+{
+    const QList<QPushButton *> buttons = m_footer->buttons();
+    if (buttons.isEmpty())
+        return QWidget::keyPressEvent(event);
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter: {
+        QPushButton *button = buttons.last();
+        const QString variant = button->property("insVariant").toString();
+        if (variant == "primary"_L1 || (variant == "danger"_L1 && button->hasFocus()))
+            button->click();
+        break;
+    }
+    case Qt::Key_Escape:
+        buttons.first()->click();
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void InstallerWizard::leavePage()
+{
+    m_simulation.stop();
+    for (QTimer *delay : { &m_finishDelay, &m_confettiDelay, &m_idleDelay })
+        delay->stop();
+    for (const QMetaObject::Connection &connection : m_engineConnections)
+        disconnect(connection);
+    m_footer->clear();
+    m_systemCheck->resetReveal();
+    progressPage()->setWaiting(false);
+    m_installing->resetBar();
+    m_rail->mark()->setFill(1.0);
+    m_rail->mark()->startIdle();
+}
+
+void InstallerWizard::enterPage(PageId id)
+{
+    leavePage();
+    preparePage(id);
+    m_pane->setCurrentPage(page(id), true);
+    showFooter(pageStop(id));
+    if (id == PageId::SystemCheck)
+        m_systemCheck->startReveal();
+}
+
+void InstallerWizard::preparePage(PageId id)
+{
+    const QString path = m_destination->path();
+    switch (id) {
+    case PageId::SystemCheck:
+        m_systemCheck->runChecks(path);
+        break;
+    case PageId::Ready:
+        if (!path.isEmpty())
+            m_ready->setSummary(path, m_tasks->desktopShortcut());
+        break;
+    case PageId::Finished:
+        if (!path.isEmpty())
+            m_finished->setResult(path, m_tasks->desktopShortcut());
+        break;
+    case PageId::UpdateAvailable: {
+        const QString version = Product::kVersion.toString();
+        const QString location = installLocation();
+        m_updateAvailable->setVersions(installedVersion(), version);
+        m_readyToUpdate->setDetails(version, location);
+        m_updateFinished->setVersion(version);
+        // So that "Open" starts the copy that was updated.
+        if (!location.isEmpty())
+            m_destination->setPath(location);
+        break;
+    }
+    case PageId::ConfirmUninstall:
+        if (m_uninstallerPath.isEmpty())
+            m_uninstallerPath = uninstallerPath();
+        m_confirmUninstall->setVersion(installedVersion());
+        break;
+    case PageId::UninstallComplete:
+        m_uninstallComplete->setPreferencesRemoved(m_confirmUninstall->deletePreferences());
+        break;
+    default:
+        break;
+    }
+}
+
+void InstallerWizard::showFooter(const PageStop &stop)
+{
+    m_footer->setStatusText(tr(stop.status, nullptr, m_systemCheck->checkCount()));
+    for (const FooterButton &button : { stop.left, stop.right }) {
+        if (button.text)
+            addFooterButton(button);
+    }
+    if (stop.page == PageId::License) {
+        QPushButton *next = m_footer->buttons().last();
+        next->setEnabled(m_license->isAccepted());
+        connect(m_license, &LicensePage::acceptedChanged, next, &QWidget::setEnabled);
+    }
+    focusFooter();
+}
+
+void InstallerWizard::addFooterButton(const FooterButton &button)
+{
+    QPushButton *widget = m_footer->addButton(tr(button.text), button.primary, button.danger);
+    connect(widget, &QPushButton::clicked, this, [this, button] { obey(button); });
+}
+
+void InstallerWizard::focusFooter()
+{
+    // The way on, so that the keyboard has a place to start from; on a page that destroys something,
+    // the way back.
+    const QList<QPushButton *> buttons = m_footer->buttons();
+    const bool isDangerous = buttons.last()->property("insVariant") == "danger"_L1;
+    (isDangerous ? buttons.first() : buttons.last())->setFocus(Qt::OtherFocusReason);
+}
+
+void InstallerWizard::obey(const FooterButton &button)
+{
+    switch (button.command) {
+    case Command::ShowPage:
+        enterPage(button.target);
+        break;
+    case Command::StartRun:
+        startRun();
+        break;
+    case Command::Close:
+        closeAndQuit(false);
+        break;
+    case Command::OpenAndClose:
+        closeAndQuit(true);
+        break;
+    }
+}
+
+ProgressPage *InstallerWizard::progressPage() const
+{
+    return static_cast<ProgressPage *>(page(runPlan(m_runMode).progressPage));
+}
+
+void InstallerWizard::startRun()
+{
+    leavePage();
+    m_pane->setCurrentPage(progressPage(), true);
+    m_footer->setStatusText(tr("Do not turn off your PC"));
+    m_footer->addButton(tr("Cancel"), false, false)->setEnabled(false);
+    m_rail->mark()->stopIdle();
+    m_rail->mark()->setFill(runPlan(m_runMode).fillsMark ? 0.0 : 1.0);
+    progressPage()->begin(runSteps(m_runMode, m_confirmUninstall->deletePreferences()));
+    if (usesEngine())
+        startEngine();
+    else
+        m_simulation.start(runPlan(m_runMode).simulationStep);
+}
+
+bool InstallerWizard::usesEngine() const
+{
+    if (!m_engine)
+        return false;
+    return m_runMode == RunMode::Uninstall ? !m_uninstallerPath.isEmpty()
+                                           : !m_engine->setupExecutable().isEmpty();
+}
+
+void InstallerWizard::startEngine()
+{
+    ProgressPage *page = progressPage();
+    m_engineConnections = {
+        connect(m_engine, &InstallerEngine::progress, this, &InstallerWizard::showProgress),
+        connect(m_engine, &InstallerEngine::currentFile, page, &ProgressPage::setCurrentFile),
+        connect(m_engine, &InstallerEngine::statusChanged, page, &ProgressPage::setStatus),
+        connect(m_engine, &InstallerEngine::finished, this, &InstallerWizard::onEngineFinished),
+    };
+    page->setWaiting(true);
+    switch (m_runMode) {
+    case RunMode::Install:
+        m_engine->startInstall(m_destination->path(), m_tasks->desktopShortcut()
+                                   ? QStringList { u"desktopicon"_s }
+                                   : QStringList());
+        break;
+    case RunMode::Update:
+        m_engine->startInstall(installLocation(), {});
+        break;
+    case RunMode::Uninstall:
+        m_engine->startUninstall(m_uninstallerPath);
+        break;
+    }
+}
+
+void InstallerWizard::showProgress(double fraction)
+{
+    progressPage()->setProgress(fraction);
+    m_rail->mark()->setFill(runPlan(m_runMode).fillsMark ? fraction : 1.0 - fraction);
+}
+
+void InstallerWizard::onEngineFinished(bool ok, const QString &error)
+{
+    for (const QMetaObject::Connection &connection : m_engineConnections)
+        disconnect(connection);
+    if (!ok)
+        return failRun(error);
+    completeRun();
+    if (m_runMode == RunMode::Uninstall && m_confirmUninstall->deletePreferences())
+        removeUserData();
+}
+
+void InstallerWizard::completeRun()
+{
+    progressPage()->completeSteps();
+    progressPage()->setStatus(tr("Finishing up…"));
+    m_finishDelay.start();
+}
+
+void InstallerWizard::failRun(const QString &error)
+{
+    progressPage()->showError(error.isEmpty() ? tr("Setup did not complete.") : error);
+    m_footer->setStatusText(tr("Setup could not finish"));
+    m_footer->clear();
+    addFooterButton({ .text = QT_TR_NOOP("Close"), .primary = true, .danger = true });
+}
+
+void InstallerWizard::enterFinish()
+{
+    enterPage(runPlan(m_runMode).finishPage);
+    AnimatedMark *mark = m_rail->mark();
+    mark->setFill(m_runMode == RunMode::Uninstall ? 0.0 : 1.0);
+    mark->replay();
+    switch (m_runMode) {
+    case RunMode::Install:
+        celebrate(m_finished->seal());
+        break;
+    case RunMode::Update:
+        celebrate(m_updateFinished->seal());
+        break;
+    case RunMode::Uninstall:
+        m_uninstallComplete->start();
+        break;
+    }
+}
+
+void InstallerWizard::celebrate(SealCheck *seal)
+{
+    m_celebratedSeal = seal;
+    seal->play();
+    m_confettiDelay.start();
+    m_idleDelay.start();
+}

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "wizard/pageflow.h"
+#include "wizard/simulatedrun.h"
+
+#include <QTimer>
+#include <QWidget>
+
+#include <array>
+
+class ConfettiOverlay;
+class ConfirmUninstallPage;
+class DestinationPage;
+class FinishedPage;
+class InstallerEngine;
+class InstallerFooterBar;
+class InstallerPane;
+class InstallerRail;
+class InstallerTitleBar;
+class InstallingPage;
+class LicensePage;
+class ProgressPage;
+class QPushButton;
+class ReadyPage;
+class ReadyToUpdatePage;
+class SealCheck;
+class SystemCheckPage;
+class TasksPage;
+class UninstallCompletePage;
+class UpdateAvailablePage;
+class UpdateFinishedPage;
+
+/// The one window. It conducts: which page comes and what its footer says is in the page flow, what a
+/// run is made of in the run plan; the window enters pages, starts runs and shows how they go. Every
+/// change of page passes through leavePage(), so that at most one run is ever connected.
+class InstallerWizard : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit InstallerWizard(QWidget *parent = nullptr);
+    ~InstallerWizard() override;
+
+    /// The engine is not owned and must outlive the window; null shows simulated runs.
+    void setEngine(InstallerEngine *engine);
+    /// What a removal runs; empty takes the uninstaller of the recorded copy.
+    void setUninstallerPath(const QString &path);
+    /// Enters the first page of `mode`.
+    void setRunMode(RunMode mode);
+
+    /// Hides the window, starts the installed application if `launch` says so, and ends the event
+    /// loop. Only the first call acts.
+    void closeAndQuit(bool launch);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void buildChrome();
+    void buildPages();
+
+    void enterPage(PageId page);
+    void leavePage();
+    void preparePage(PageId page);
+    void showFooter(const PageStop &stop);
+    void addFooterButton(const FooterButton &button);
+    void focusFooter();
+    void obey(const FooterButton &button);
+
+    void startRun();
+    void startEngine();
+    [[nodiscard]] bool usesEngine() const;
+    void showProgress(double fraction);
+    void completeRun();
+    void onEngineFinished(bool ok, const QString &error);
+    void failRun(const QString &error);
+    void enterFinish();
+    void celebrate(SealCheck *seal);
+
+    [[nodiscard]] QWidget *page(PageId page) const { return m_pages[size_t(page)]; }
+    [[nodiscard]] ProgressPage *progressPage() const;
+
+    InstallerTitleBar *m_titleBar;
+    InstallerRail *m_rail;
+    InstallerPane *m_pane;
+    InstallerFooterBar *m_footer;
+    ConfettiOverlay *m_confetti;
+
+    std::array<QWidget *, kPageCount> m_pages {};
+    LicensePage *m_license;
+    SystemCheckPage *m_systemCheck;
+    DestinationPage *m_destination;
+    TasksPage *m_tasks;
+    ReadyPage *m_ready;
+    InstallingPage *m_installing;
+    FinishedPage *m_finished;
+    UpdateAvailablePage *m_updateAvailable;
+    ReadyToUpdatePage *m_readyToUpdate;
+    UpdateFinishedPage *m_updateFinished;
+    ConfirmUninstallPage *m_confirmUninstall;
+    UninstallCompletePage *m_uninstallComplete;
+
+    RunMode m_runMode = RunMode::Install;
+    QString m_uninstallerPath;
+    InstallerEngine *m_engine = nullptr;
+    std::array<QMetaObject::Connection, 4> m_engineConnections;
+    SimulatedRun m_simulation;
+    SealCheck *m_celebratedSeal = nullptr; ///< where the pending burst starts from
+    QTimer m_finishDelay;   ///< the last look at a completed run
+    QTimer m_confettiDelay; ///< from the finish page to its burst
+    QTimer m_idleDelay;     ///< from the finish page to the mark's floating
+    bool m_wasShown = false;
+    bool m_isClosing = false;
+};

@@ -1,0 +1,96 @@
+#include "wizard/pageflow.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+constexpr FooterButton ghost(const char *text, Command command)
+{
+    return { .text = text, .command = command };
+}
+
+constexpr FooterButton primary(const char *text, Command command)
+{
+    return { .text = text, .primary = true, .command = command };
+}
+
+constexpr FooterButton onTo(const char *text, PageId target)
+{
+    return { .text = text, .primary = true, .command = Command::ShowPage, .target = target };
+}
+
+constexpr FooterButton back(PageId target)
+{
+    return { .text = QT_TRANSLATE_NOOP("InstallerWizard", "Back"),
+             .command = Command::ShowPage,
+             .target = target };
+}
+
+constexpr const char *kAdministrator
+    = QT_TRANSLATE_NOOP("InstallerWizard", "Administrator rights required");
+constexpr const char *kNext = QT_TRANSLATE_NOOP("InstallerWizard", "Next");
+constexpr FooterButton kCancel
+    = ghost(QT_TRANSLATE_NOOP("InstallerWizard", "Cancel"), Command::Close);
+constexpr FooterButton kClose
+    = ghost(QT_TRANSLATE_NOOP("InstallerWizard", "Close"), Command::Close);
+constexpr FooterButton kOpen = primary(
+    QT_TRANSLATE_NOOP("InstallerWizard", "Open Varnel Schematics"), Command::OpenAndClose);
+
+// clang-format off
+constexpr PageStop kStops[] = {
+    { PageId::Welcome, kAdministrator,
+      kCancel, onTo(kNext, PageId::License) },
+    { PageId::License, QT_TRANSLATE_NOOP("InstallerWizard", "Read the license before continuing"),
+      back(PageId::Welcome), onTo(kNext, PageId::SystemCheck) },
+    { PageId::SystemCheck, QT_TRANSLATE_N_NOOP("InstallerWizard", "%n requirement(s) checked"),
+      back(PageId::License), onTo(kNext, PageId::Destination) },
+    { PageId::Destination, QT_TRANSLATE_NOOP("InstallerWizard", "Choose where Varnel Schematics lives"),
+      back(PageId::SystemCheck), onTo(kNext, PageId::Tasks) },
+    { PageId::Tasks, QT_TRANSLATE_NOOP("InstallerWizard", "Optional — safe to skip"),
+      back(PageId::Destination), onTo(kNext, PageId::Ready) },
+    { PageId::Ready, QT_TRANSLATE_NOOP("InstallerWizard", "Review before you install"),
+      back(PageId::Tasks),
+      primary(QT_TRANSLATE_NOOP("InstallerWizard", "Install"), Command::StartRun) },
+    { PageId::Finished, QT_TRANSLATE_NOOP("InstallerWizard", "Finished in 51 seconds"),
+      kClose, kOpen },
+
+    { PageId::UpdateAvailable,
+      QT_TRANSLATE_NOOP("InstallerWizard", "Recommended — includes performance fixes"),
+      ghost(QT_TRANSLATE_NOOP("InstallerWizard", "Skip"), Command::Close),
+      onTo(QT_TRANSLATE_NOOP("InstallerWizard", "Update Now"), PageId::ReadyToUpdate) },
+    { PageId::ReadyToUpdate, QT_TRANSLATE_NOOP("InstallerWizard", "Review before you update"),
+      back(PageId::UpdateAvailable),
+      primary(QT_TRANSLATE_NOOP("InstallerWizard", "Update"), Command::StartRun) },
+    { PageId::UpdateFinished, QT_TRANSLATE_NOOP("InstallerWizard", "Updated in 38 seconds"),
+      kClose, kOpen },
+
+    { PageId::ConfirmUninstall, kAdministrator,
+      kCancel,
+      { .text = QT_TRANSLATE_NOOP("InstallerWizard", "Uninstall"),
+        .primary = true, .danger = true, .command = Command::StartRun } },
+    { PageId::UninstallComplete, QT_TRANSLATE_NOOP("InstallerWizard", "Uninstalled in 24 seconds"),
+      kClose, {} },
+};
+// clang-format on
+
+} // namespace
+
+std::span<const PageStop> pageStops()
+{
+    return kStops;
+}
+
+const PageStop &pageStop(PageId page)
+{
+    return *std::find_if(std::begin(kStops), std::end(kStops),
+                         [page](const PageStop &stop) { return stop.page == page; });
+}
+
+PageId firstPage(RunMode mode)
+{
+    constexpr PageId kFirstPages[]
+        = { PageId::Welcome, PageId::UpdateAvailable, PageId::ConfirmUninstall };
+    return kFirstPages[int(mode)];
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "wizard/runmode.h"
+
+#include <span>
+
+/// The pages, in the order in which they are built.
+enum class PageId {
+    Welcome,
+    License,
+    SystemCheck,
+    Destination,
+    Tasks,
+    Ready,
+    Installing,
+    Finished,
+    UpdateAvailable,
+    ReadyToUpdate,
+    Updating,
+    UpdateFinished,
+    ConfirmUninstall,
+    Uninstalling,
+    UninstallComplete,
+};
+inline constexpr int kPageCount = 15;
+
+/// What a footer button does.
+enum class Command { ShowPage, StartRun, Close, OpenAndClose };
+
+struct FooterButton
+{
+    const char *text = nullptr; ///< to be translated in the wizard's context; null for no button
+    bool primary = false;
+    bool danger = false;
+    Command command = Command::Close;
+    PageId target = PageId::Welcome; ///< of Command::ShowPage
+};
+
+/// A page on which the user decides: its footer and where its buttons lead.
+struct PageStop
+{
+    PageId page;
+    const char *status; ///< to be translated in the wizard's context
+    FooterButton left;
+    FooterButton right;
+};
+
+/// Every page that has a way on, before and after a run. The progress pages have none.
+[[nodiscard]] std::span<const PageStop> pageStops();
+[[nodiscard]] const PageStop &pageStop(PageId page);
+
+[[nodiscard]] PageId firstPage(RunMode mode);

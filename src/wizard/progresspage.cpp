@@ -1,0 +1,139 @@
+#include "wizard/progresspage.h"
+
+#include "pages/pagelabels.h"
+#include "theme/themed.h"
+#include "widgets/progresstrack.h"
+#include "wizard/steplist.h"
+
+#include <QHBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kBadgeGap = 14;
+
+/// Room for an error of a good ten lines; whoever sends more does not push the page apart.
+constexpr int kHighestCaption = 150;
+
+} // namespace
+
+ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
+    : QWidget(parent),
+      m_caption(texts.caption),
+      m_steps(new StepList(this)),
+      m_fileLabel(new QLabel(this)),
+      m_percentLabel(new QLabel(this)),
+      m_track(new ProgressTrack(this)),
+      m_captionLabel(new QLabel(texts.caption, this))
+{
+    QVBoxLayout *layout = pageLayout(this);
+    if (badge) {
+        auto *head = new QHBoxLayout;
+        head->setSpacing(kBadgeGap);
+        layout->addLayout(head);
+        badge->setParent(this);
+        badge->setFixedSize(badge->sizeHint());
+        head->addWidget(badge, 0, Qt::AlignTop);
+        auto *column = new QVBoxLayout;
+        column->setSpacing(0);
+        head->addLayout(column, 1);
+        column->setAlignment(Qt::AlignTop);
+        addPageHead(column, texts.title, texts.body);
+    } else {
+        addPageHead(layout, texts.title, texts.body);
+    }
+    layout->addSpacing(14);
+    layout->addWidget(m_steps);
+    layout->addStretch();
+
+    m_fileLabel->setTextFormat(Qt::PlainText);
+    m_fileLabel->setFont(monospacedFont(10));
+    m_fileLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // A long name takes no room from the percentage, nor from the page.
+    m_fileLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    setThemedStyleSheet(m_fileLabel, u"color:@INS_TX3;"_s);
+    m_percentLabel->setFont(displayFont(17, QFont::DemiBold));
+    setThemedStyleSheet(m_percentLabel, u"color:@INS_TX;"_s);
+    auto *row = new QHBoxLayout;
+    row->addWidget(m_fileLabel, 1);
+    row->addWidget(m_percentLabel);
+    layout->addLayout(row);
+
+    layout->addSpacing(8);
+    m_track->setFixedHeight(m_track->sizeHint().height());
+    m_track->setAccessibleName(texts.title);
+    layout->addWidget(m_track);
+
+    layout->addSpacing(8);
+    QFont captionFont = font();
+    captionFont.setPixelSize(11);
+    m_captionLabel->setFont(captionFont);
+    m_captionLabel->setTextFormat(Qt::PlainText);
+    m_captionLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_captionLabel->setMaximumHeight(kHighestCaption);
+    onThemeChange(this, [this] { styleCaption(); });
+    layout->addWidget(m_captionLabel);
+}
+
+void ProgressPage::begin(const QStringList &steps)
+{
+    m_hasError = false;
+    styleCaption();
+    m_steps->setSteps(steps);
+    m_fileLabel->clear();
+    m_percentLabel->setText(u"0%"_s);
+    resetBar();
+    setStatus(m_caption);
+}
+
+void ProgressPage::setWaiting(bool waiting)
+{
+    m_track->setIndeterminate(waiting);
+}
+
+void ProgressPage::setProgress(double fraction)
+{
+    setWaiting(false);
+    m_track->setTarget(fraction);
+    m_percentLabel->setText(u"%1%"_s.arg(qRound(100.0 * fraction)));
+    m_steps->setProgress(fraction);
+}
+
+void ProgressPage::setCurrentFile(const QString &path)
+{
+    m_fileLabel->setText(path);
+}
+
+void ProgressPage::setStatus(const QString &status)
+{
+    m_captionLabel->setText(status);
+}
+
+void ProgressPage::completeSteps()
+{
+    m_steps->complete();
+}
+
+void ProgressPage::showError(const QString &message)
+{
+    setWaiting(false);
+    m_hasError = true;
+    styleCaption();
+    setStatus(message);
+}
+
+void ProgressPage::resetBar()
+{
+    setWaiting(false);
+    m_track->reset();
+}
+
+void ProgressPage::styleCaption()
+{
+    m_captionLabel->setWordWrap(m_hasError);
+    // An error is there to be copied into a letter to whoever can help.
+    m_captionLabel->setTextInteractionFlags(m_hasError ? Qt::TextSelectableByMouse
+                                                       : Qt::NoTextInteraction);
+    m_captionLabel->setStyleSheet(themed(m_hasError ? u"color:@INS_RED;"_s : u"color:@INS_TX3;"_s));
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QWidget>
+
+class ProgressTrack;
+class QLabel;
+class StepList;
+
+/// A run as the user sees it. What the three progress pages share, which is all but their texts and,
+/// on one of them, a badge beside the head.
+class ProgressPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Prepares the page for a new run: steps hidden, bar empty, "0%", the page's own caption.
+    void begin(const QStringList &steps);
+
+    /// Sweeps the bar for as long as there is no figure; false shows the figure again.
+    void setWaiting(bool waiting);
+    /// Shows how far the run is, 0 to 1, in bar, percentage and steps. Ends the waiting.
+    void setProgress(double fraction);
+    /// Shows the file being worked on, as it is; what does not fit is cut off at the label's edge.
+    void setCurrentFile(const QString &path);
+    /// Replaces the caption below the bar.
+    void setStatus(const QString &status);
+    /// Shows every step as done.
+    void completeSteps();
+    /// Shows in the caption's place why the run ended early.
+    void showError(const QString &message);
+    /// Empties the bar at once, when the page is left.
+    void resetBar();
+
+protected:
+    struct Texts
+    {
+        QString title;
+        QString body;
+        QString caption;
+    };
+    /// `badge` may be null; it is put at the left of title and body.
+    explicit ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent);
+
+private:
+    void styleCaption();
+
+    QString m_caption;
+    bool m_hasError = false;
+    StepList *m_steps;
+    QLabel *m_fileLabel;
+    QLabel *m_percentLabel;
+    ProgressTrack *m_track;
+    QLabel *m_captionLabel;
+};

@@ -1,0 +1,61 @@
+#include "wizard/simulatedrun.h"
+
+#include <QRandomGenerator>
+
+#include <array>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kTick = 70ms;
+constexpr double kFileProbability = 0.22; // per tick
+
+/// Where a made-up file would lie; the folder that was chosen has nothing to do with it.
+constexpr QStringView kFolder = uR"(C:\Program Files\Varnel Schematics\)";
+constexpr std::array<QStringView, 9> kFiles = {
+    u"libEGL.dll",
+    u"Qt6Core.dll",
+    u"Qt6Widgets.dll",
+    u"Qt6Network.dll",
+    u"pdfium.dll",
+    u"glew32.dll",
+    u"glfw3.dll",
+    uR"(config\pcb_themes_builtin.json)",
+    uR"(symbols\ieee.lib)",
+};
+
+} // namespace
+
+SimulatedRun::SimulatedRun(QObject *parent)
+    : QObject(parent)
+{
+    m_timer.setInterval(kTick);
+    connect(&m_timer, &QTimer::timeout, this, &SimulatedRun::tick);
+}
+
+void SimulatedRun::start(double step)
+{
+    m_step = step;
+    m_percent = 0.0;
+    m_fileCount = 0;
+    m_timer.start();
+}
+
+void SimulatedRun::stop()
+{
+    m_timer.stop();
+}
+
+void SimulatedRun::tick()
+{
+    m_percent = qMin(m_percent + m_step, 100.0);
+    Q_EMIT progress(m_percent / 100.0);
+    if (QRandomGenerator::global()->generateDouble() < kFileProbability)
+        Q_EMIT currentFile(kFolder + kFiles[size_t(m_fileCount++) % kFiles.size()]);
+    if (m_percent >= 100.0) {
+        m_timer.stop();
+        Q_EMIT finished();
+    }
+}
