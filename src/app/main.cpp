@@ -1,3 +1,4 @@
+#include "app/applicationfonts.h"
 #include "app/applicationicon.h"
 #include "app/commandline.h"
 #include "engine/installerengine.h"
@@ -8,9 +9,6 @@
 #include "wizard/installerwizard.h"
 
 #include <QApplication>
-#include <QFontDatabase>
-
-using namespace Qt::Literals::StringLiterals;
 
 int main(int argc, char *argv[])
 {
@@ -22,9 +20,7 @@ int main(int argc, char *argv[])
 
     if (const QIcon icon = applicationIcon(); !icon.isNull())
         QApplication::setWindowIcon(icon);
-    for (const QString &font : { u":/fonts/SpaceGrotesk.ttf"_s, u":/fonts/JetBrainsMono-Regular.ttf"_s,
-                                 u":/fonts/JetBrainsMono-Medium.ttf"_s })
-        QFontDatabase::addApplicationFont(font);
+    registerApplicationFonts();
     installPaintedAccessibility();
     ThemeManager::instance().setDarkMode(false);
 

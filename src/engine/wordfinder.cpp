@@ -1,76 +1,112 @@
 #include "engine/wordfinder.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <string_view>
 
 namespace {
 
-constexpr size_t blockOf(char first, char second)
-{
-    return size_t(std::uint8_t(first)) << 8 | std::uint8_t(second);
-}
+/// Pairs are looked for in so many places at once.
+constexpr qsizetype kChunk = 256;
 
-constexpr bool isLetter(char c)
-{
-    return c >= 'a' && c <= 'z';
-}
+constexpr char kCaseBit = 0x20; // tells 'a' from 'A'
 
-constexpr char upper(char c)
+/// Lower case for letters; other characters may get mixed up, so a match is no proof.
+constexpr char folded(char c)
 {
-    return isLetter(c) ? char(c - 'a' + 'A') : c;
+    return char(c | kCaseBit);
 }
 
 constexpr char lower(char c)
 {
-    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
+    return c >= 'A' && c <= 'Z' ? folded(c) : c;
+}
+
+bool startsWith(QByteArrayView text, QByteArrayView word)
+{
+    return text.size() >= word.size()
+        && std::equal(word.begin(), word.end(), text.begin(),
+                      [](char expected, char c) { return expected == lower(c); });
+}
+
+/// Rank in the usual order of English letters by frequency; higher is rarer. What is no letter counts
+/// as most frequent.
+int rarity(char c)
+{
+    constexpr std::string_view kByFrequency = "etaoinshrdlcumwfgypbvkjxqz";
+    const size_t rank = kByFrequency.find(c);
+    return rank == std::string_view::npos ? -1 : int(rank);
+}
+
+qsizetype rarestPair(QByteArrayView word)
+{
+    qsizetype best = 0;
+    for (qsizetype i = 1; i + 1 < word.size(); ++i) {
+        if (rarity(word[i]) + rarity(word[i + 1]) > rarity(word[best]) + rarity(word[best + 1]))
+            best = i;
+    }
+    return best;
+}
+
+/// Whether the pair begins at any of the kChunk places from `text` on; reads one byte more. Without
+/// a branch in it, so that it can be vectorised.
+bool chunkHoldsPair(const char *text, char first, char second)
+{
+    std::uint8_t found = 0;
+    for (qsizetype i = 0; i < kChunk; ++i) {
+        found |= std::uint8_t(folded(text[i]) == first)
+            & std::uint8_t(folded(text[i + 1]) == second);
+    }
+    return found != 0;
 }
 
 } // namespace
 
 WordFinder::WordFinder(std::initializer_list<QByteArrayView> words)
-    : m_words(words)
 {
-    const auto shorter = [](QByteArrayView a, QByteArrayView b) { return a.size() < b.size(); };
-    m_window = std::min_element(m_words.begin(), m_words.end(), shorter)->size();
-    m_shift.fill(std::uint8_t(m_window - 1));
-
-    // A block that stands in a word's first m_window bytes allows a jump that brings the block's
-    // place in the word under it, no further.
-    for (QByteArrayView word : m_words) {
-        for (qsizetype i = 1; i < m_window; ++i) {
-            const auto jump = std::uint8_t(m_window - 1 - i);
-            for (char first : { word[i - 1], upper(word[i - 1]) }) {
-                for (char second : { word[i], upper(word[i]) }) {
-                    std::uint8_t &shift = m_shift[blockOf(first, second)];
-                    shift = std::min(shift, jump);
-                }
-            }
-        }
+    for (QByteArrayView word : words) {
+        m_words.push_back({ word, rarestPair(word) });
+        m_longest = std::max(m_longest, word.size());
     }
 }
 
 std::optional<qsizetype> WordFinder::find(QByteArrayView text, qsizetype from) const
 {
-    const char *const data = text.data();
-    qsizetype last = from + m_window - 1; // last byte of the window
-    while (last < text.size()) {
-        const std::uint8_t shift = m_shift[blockOf(data[last - 1], data[last])];
-        if (shift > 0) {
-            last += shift;
+    qsizetype place = from;
+    for (; place + kChunk < text.size(); place += kChunk) {
+        const char *const chunk = text.data() + place;
+        const bool worthALook = std::any_of(m_words.begin(), m_words.end(), [chunk](const Word &word) {
+            return chunkHoldsPair(chunk, folded(word.text[word.pair]), folded(word.text[word.pair + 1]));
+        });
+        if (!worthALook)
             continue;
+        if (const auto found = findByPairs(text, from, place, place + kChunk))
+            return found;
+    }
+    return findByPairs(text, from, place, text.size() - 1);
+}
+
+std::optional<qsizetype> WordFinder::findByPairs(QByteArrayView text, qsizetype from,
+                                                 qsizetype pairsBegin, qsizetype pairsEnd) const
+{
+    for (qsizetype place = pairsBegin; place < pairsEnd; ++place) {
+        for (const Word &word : m_words) {
+            const qsizetype start = place - word.pair;
+            if (start < from || !startsWith(text.sliced(start), word.text))
+                continue;
+            // A longer word whose pair comes later may have begun before this one.
+            qsizetype leftmost = std::max(from, start - m_longest);
+            while (!anyWordAt(text, leftmost))
+                ++leftmost;
+            return leftmost;
         }
-        const qsizetype start = last - m_window + 1;
-        if (startsWithWord(text.sliced(start)))
-            return start;
-        ++last;
     }
     return std::nullopt;
 }
 
-bool WordFinder::startsWithWord(QByteArrayView text) const
+bool WordFinder::anyWordAt(QByteArrayView text, qsizetype start) const
 {
-    return std::any_of(m_words.begin(), m_words.end(), [text](QByteArrayView word) {
-        return text.size() >= word.size()
-            && std::equal(word.begin(), word.end(), text.begin(),
-                          [](char expected, char c) { return expected == lower(c); });
+    return std::any_of(m_words.begin(), m_words.end(), [text, start](const Word &word) {
+        return startsWith(text.sliced(start), word.text);
     });
 }

@@ -2,30 +2,33 @@
 
 #include <QByteArrayView>
 
-#include <array>
-#include <cstdint>
 #include <optional>
 #include <vector>
 
-/// Finds the first of several words in a text, ASCII letter case ignored, in far fewer looks than the
-/// text has bytes: two bytes tell how far the search may jump.
-///
-/// Source: S. Wu, U. Manber, "A fast algorithm for multi-pattern searching", University of Arizona
-/// TR-94-17, 1994 (blocks of two bytes, no hash table: our words are a handful).
+/// Finds the first of several words in a text, ASCII letter case ignored, at several bytes per cycle:
+/// each word is looked for by the pair of its neighbouring letters that text holds most seldom, and
+/// looking for a pair is a loop that the compiler turns into vector instructions.
 class WordFinder
 {
 public:
-    /// `words`: lower-case ASCII, two or more bytes each, and no longer than 256; they must outlive
-    /// the finder.
+    /// `words`: lower-case ASCII, two or more bytes each; they must outlive the finder.
     explicit WordFinder(std::initializer_list<QByteArrayView> words);
 
     /// Offset of the leftmost occurrence of any word in `text` at or after `from`.
     [[nodiscard]] std::optional<qsizetype> find(QByteArrayView text, qsizetype from = 0) const;
 
 private:
-    [[nodiscard]] bool startsWithWord(QByteArrayView text) const;
+    struct Word
+    {
+        QByteArrayView text;
+        qsizetype pair; ///< offset of the rarest pair in it
+    };
 
-    std::vector<QByteArrayView> m_words;
-    qsizetype m_window = 0; ///< length of the shortest word
-    std::array<std::uint8_t, 1 << 16> m_shift {};
+    [[nodiscard]] bool anyWordAt(QByteArrayView text, qsizetype start) const;
+    [[nodiscard]] std::optional<qsizetype> findByPairs(QByteArrayView text, qsizetype from,
+                                                       qsizetype pairsBegin,
+                                                       qsizetype pairsEnd) const;
+
+    std::vector<Word> m_words;
+    qsizetype m_longest = 0;
 };

@@ -84,6 +84,7 @@ void InstallerFooterBar::clear()
         // Perhaps it is this button's click that brought us here, so it goes later; but it is no part
         // of the bar from now on.
         m_buttonRow->removeWidget(button);
+        button->clearFocus(); // or hiding would hand the focus to whatever comes next in the window
         button->hide();
         button->deleteLater();
     }

@@ -13,19 +13,16 @@ namespace {
 
 constexpr int kBadgeGap = 14;
 
+/// Keeps a file name that is cut off from running into the percentage.
+constexpr int kFigureGap = 12;
+
 /// Room for an error of a good ten lines; whoever sends more does not push the page apart.
 constexpr int kHighestCaption = 150;
 
 } // namespace
 
 ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
-    : QWidget(parent),
-      m_caption(texts.caption),
-      m_steps(new StepList(this)),
-      m_fileLabel(new QLabel(this)),
-      m_percentLabel(new QLabel(this)),
-      m_track(new ProgressTrack(this)),
-      m_captionLabel(new QLabel(texts.caption, this))
+    : QWidget(parent), m_caption(texts.caption)
 {
     QVBoxLayout *layout = pageLayout(this);
     if (badge) {
@@ -44,28 +41,34 @@ ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
         addPageHead(layout, texts.title, texts.body);
     }
     layout->addSpacing(14);
+    m_steps = new StepList(this);
     layout->addWidget(m_steps);
     layout->addStretch();
 
+    m_fileLabel = new QLabel(this);
     m_fileLabel->setTextFormat(Qt::PlainText);
     m_fileLabel->setFont(monospacedFont(10));
     m_fileLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     // A long name takes no room from the percentage, nor from the page.
     m_fileLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     setThemedStyleSheet(m_fileLabel, u"color:@INS_TX3;"_s);
+    m_percentLabel = new QLabel(this);
     m_percentLabel->setFont(displayFont(17, QFont::DemiBold));
     setThemedStyleSheet(m_percentLabel, u"color:@INS_TX;"_s);
     auto *row = new QHBoxLayout;
+    row->setSpacing(kFigureGap);
     row->addWidget(m_fileLabel, 1);
     row->addWidget(m_percentLabel);
     layout->addLayout(row);
 
     layout->addSpacing(8);
+    m_track = new ProgressTrack(this);
     m_track->setFixedHeight(m_track->sizeHint().height());
     m_track->setAccessibleName(texts.title);
     layout->addWidget(m_track);
 
     layout->addSpacing(8);
+    m_captionLabel = new QLabel(texts.caption, this);
     QFont captionFont = font();
     captionFont.setPixelSize(11);
     m_captionLabel->setFont(captionFont);

@@ -1,0 +1,91 @@
+// What one look at a running engine costs: with nothing new, and with a log that has grown.
+
+#include "engine/installerengine.h"
+#include "engine/logtail.h"
+#include "timing.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kRuns = 9;
+constexpr int kPolls = 2000;
+constexpr qint64 kMegabyte = 1 << 20;
+
+void append(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::Append) || file.write(content) != content.size())
+        qFatal("Cannot write %s", qPrintable(path));
+}
+
+/// Two calls for metadata and one small read: the least that a poll can do.
+double leastWork(const QByteArray &status, const QByteArray &log)
+{
+    return medianSeconds(kRuns, [&] {
+        for (int i = 0; i < kPolls; ++i) {
+            struct stat info {};
+            char buffer[4096];
+            if (stat(status.constData(), &info) != 0 || stat(log.constData(), &info) != 0)
+                qFatal("No file");
+            const int file = open(status.constData(), O_RDONLY | O_CLOEXEC);
+            if (read(file, buffer, sizeof buffer) <= 0)
+                qFatal("No status");
+            close(file);
+        }
+    }) / kPolls;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QTemporaryDir folder;
+    qputenv("TMPDIR", folder.path().toLocal8Bit());
+
+    // A run of an engine that never ends: its files are ours to write.
+    InstallerEngine engine;
+    engine.setSetupExecutable(u"/bin/cat"_s);
+    engine.startInstall(folder.path(), {});
+    const QString status = engine.statusFilePath();
+    const QString log = engine.logFilePath();
+    append(status, "[status]\nprogress=42.5\nfile=C:\\some\\file.dll\nstatus=Extracting\n");
+    append(log, "2026-11-21 10:15:30.123   Log opened.\r\n");
+
+    const double nothingNew = medianSeconds(kRuns, [&engine] {
+        for (int i = 0; i < kPolls; ++i)
+            engine.poll();
+    }) / kPolls;
+    const double least = leastWork(status.toLocal8Bit(), log.toLocal8Bit());
+    std::printf("poll, nothing new            %8.2f us   two stat and a read in C %8.2f us   %.1f x\n",
+                nothingNew * 1e6, least * 1e6, nothingNew / least);
+
+    QByteArray line("2026-11-21 10:15:30.123   Dest filename: C:\\Program Files\\Varnel\\a.dll\r\n");
+    QByteArray grown;
+    while (grown.size() < 100 * kMegabyte)
+        grown += line;
+    append(log, grown);
+    const double tail = medianSeconds(kRuns, [&log] {
+        LogTail fresh(log);
+        if (fresh.readNewestFile().isEmpty())
+            qFatal("No name");
+    });
+    const double scan = medianSeconds(kRuns, [&grown] {
+        if (std::memchr(grown.constData(), '\1', size_t(grown.size())))
+            qFatal("Unexpected byte");
+    });
+    std::printf("poll, log grown by 100 MB    %8.2f us   memchr over them         %8.2f us   %.3f x\n",
+                tail * 1e6, scan * 1e6, tail / scan);
+}

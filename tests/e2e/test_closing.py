@@ -1,0 +1,65 @@
+"""However the window is closed, the process ends, once and clean."""
+
+import subprocess
+import unittest
+
+from testcase import ENGINE, WizardTestCase
+from wizard import wait_until
+
+
+def engines_running():
+    return subprocess.run(["pgrep", "-f", f"^{ENGINE} "], capture_output=True, text=True).stdout.split()
+
+
+class Closing(WizardTestCase):
+    def closes(self, close):
+        wizard = self.start("--setup-exe", ENGINE)
+        close(wizard)
+        self.assertEqual(wizard.wait_end(), 0)
+        self.assertEqual(self.sandbox.temp_files(), [])
+
+    def test_by_the_cross(self):
+        self.closes(lambda wizard: wizard.click("Close"))
+
+    def test_by_escape(self):
+        self.closes(lambda wizard: wizard.press("Escape"))
+
+    def test_by_the_window_manager(self):
+        self.closes(lambda wizard: wizard.press("alt+F4"))
+
+    def test_two_quick_clicks_start_the_application_once(self):
+        wizard = self.start_installation()
+        wizard.wait_button("Open Varnel Schematics")
+        wizard.wait_settled()
+        wizard.click("Open Varnel Schematics", times=2)
+        self.assertEqual(wizard.wait_end(), 0)
+        wait_until(self.sandbox.launches, "the start of the application")
+        self.assertEqual(len(self.sandbox.launches()), 1)
+
+    def test_during_a_run_the_engine_goes_too(self):
+        self.sandbox.scenario("stall = forever", "stage = half", "ignore-termination = yes")
+        wizard = self.start_installation()
+        wait_until(lambda: (wizard.bar_value() or 0) > 40, "half of the run")
+        self.assertEqual(len(self.sandbox.temp_files()), 2)
+        self.assertEqual(len(engines_running()), 1)
+        wizard.press("Escape")  # does nothing now
+        wizard.click("Close")
+        self.assertEqual(wizard.wait_end(), 0)
+        self.assertEqual(engines_running(), [])
+        self.assertEqual(self.sandbox.temp_files(), [])
+
+    def test_minimised_and_back(self):
+        wizard = self.start("--setup-exe", ENGINE)
+        window = wizard.window_id()
+        wizard.click("Minimize")
+        wait_until(lambda: not wizard.window_id(), "the window to go")
+        subprocess.run(["xdotool", "windowactivate", window], check=True)
+        wait_until(wizard.window_id, "the window to come back")
+        self.closes_well(wizard)
+
+    def closes_well(self, wizard):
+        self.end(wizard, "Cancel")
+
+
+if __name__ == "__main__":
+    unittest.main()

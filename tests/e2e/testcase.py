@@ -1,0 +1,44 @@
+"""What the end-to-end tests share: a sandbox each, and a wizard that has to keep quiet."""
+
+import os
+import unittest
+
+from wizard import Sandbox, Wizard
+
+ENGINE = os.environ["STANDIN_ENGINE"]
+
+
+class WizardTestCase(unittest.TestCase):
+    def setUp(self):
+        self.sandbox = Sandbox()
+        self.addCleanup(self.sandbox.remove)
+
+    def start(self, *arguments):
+        """Starts a wizard; whatever becomes of the test, it ends with it and without a warning."""
+        wizard = Wizard(*arguments, sandbox=self.sandbox)
+        self.addCleanup(lambda: self.assertEqual(wizard.warnings(), ""))
+        self.addCleanup(wizard.kill)
+        return wizard
+
+    def start_installation(self, wizard=None):
+        """A wizard that has just been told to install."""
+        wizard = wizard or self.start("--install", "--setup-exe", ENGINE)
+        wizard.walk_to_ready()
+        wizard.click("Install")
+        return wizard
+
+    def end(self, wizard, button):
+        """Ends the wizard by a button; it must end well."""
+        wizard.wait_button(button)
+        wizard.click(button)
+        self.assertEqual(wizard.wait_end(), 0)
+
+    def assert_failure(self, wizard, message):
+        """The failure screen shows exactly `message`, and closing is all that is left to do."""
+        self.assertEqual(wizard.wait_text(message.split("  ")[0]), message)
+        self.assertTrue(wizard.has_text("Setup could not finish"))
+        self.assertEqual(wizard.buttons(), {"Minimize": True, "Close": True})
+        self.end(wizard, "Close")
+
+    def files_below(self, folder):
+        return sorted(str(path.relative_to(folder)) for path in folder.rglob("*") if path.is_file())

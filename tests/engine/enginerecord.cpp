@@ -1,0 +1,96 @@
+#include "engine/enginerecord.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kPatience = 20'000; ///< milliseconds
+
+} // namespace
+
+EngineRecord::EngineRecord(InstallerEngine &engine) : m_engine(engine)
+{
+    connect(&engine, &InstallerEngine::progress, this, [this](double fraction) {
+        told << u"progress "_s + QString::number(fraction);
+        fractions << fraction;
+    });
+    connect(&engine, &InstallerEngine::currentFile, this, [this](const QString &path) {
+        told << u"file "_s + path;
+        files << path;
+    });
+    connect(&engine, &InstallerEngine::statusChanged, this, [this](const QString &status) {
+        told << u"status "_s + status;
+        statuses << status;
+    });
+    connect(&engine, &InstallerEngine::finished, this, [this](bool ok, const QString &error) {
+        told << (ok ? u"finished"_s : u"failed "_s + error);
+        successes << ok;
+        errors << error;
+    });
+}
+
+bool EngineRecord::waitForEnd(int runs)
+{
+    return QTest::qWaitFor([this, runs] { return successes.size() >= runs; }, kPatience);
+}
+
+void EngineRecord::settle()
+{
+    const auto isOver = [this] {
+        const auto processes = m_engine.findChildren<QProcess *>();
+        return std::all_of(processes.begin(), processes.end(), [](const QProcess *process) {
+            return process->state() == QProcess::NotRunning;
+        });
+    };
+    if (!QTest::qWaitFor(isOver, kPatience))
+        qFatal("The engine's process does not end");
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+}
+
+EngineRun::EngineRun(const QByteArray &scenario)
+{
+    sandbox.setScenario(scenario);
+    engine.setSetupExecutable(Sandbox::setupEngine());
+}
+
+void EngineRun::start()
+{
+    engine.startInstall(sandbox.path(u"app"_s), {});
+}
+
+bool EngineRun::toTheEnd(int runs)
+{
+    start();
+    const bool hasEnded = record.waitForEnd(runs);
+    record.settle();
+    return hasEnded;
+}
+
+QString EngineRun::keptLog() const
+{
+    return QDir(sandbox.tempFolder()).absoluteFilePath(u"varnel_setup_last.log"_s);
+}
+
+QByteArray EngineRun::keptText() const
+{
+    return sandbox.read(u"temp/varnel_setup_last.log"_s);
+}
+
+QString processErrorText(const QString &program)
+{
+    QProcess process;
+    process.setProgram(program);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start();
+    process.waitForFinished();
+    return process.errorString();
+}

@@ -1,0 +1,178 @@
+#include "engine/enginerecord.h"
+#include "engine/process.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+// Engines that misbehave, each as a real child process.
+class TestInstallerEngineFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void crash_data();
+    void crash();
+    void crashKeepsAnEarlierLog();
+    void lastPollOfACrash();
+    void statusFile_data();
+    void statusFile();
+    void statusStyle_data();
+    void statusStyle();
+    void floodOfOutput();
+    void childThatHoldsThePipes_data();
+    void childThatHoldsThePipes();
+};
+
+void TestInstallerEngineFaults::init()
+{
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+}
+
+void TestInstallerEngineFaults::crash_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::newRow("segmentation fault, half way") << QByteArray("crash = SEGV");
+    QTest::newRow("abort, at the start") << QByteArray("crash = ABRT\nstage = start");
+    QTest::newRow("before the first status") << QByteArray("crash = SEGV\nstage = before-status");
+    QTest::newRow("killed, when all is done") << QByteArray("crash = KILL\nstage = end");
+    QTest::newRow("asked to end") << QByteArray("crash = TERM\nstage = start");
+    QTest::newRow("though 100 % done") << QByteArray("crash = ABRT\nprogress = 100");
+}
+
+void TestInstallerEngineFaults::crash()
+{
+    QFETCH(const QByteArray, scenario);
+    EngineRun run(scenario + "\nmessage-box = " + kSpace.toUtf8());
+    const QString errorText = processErrorText(Sandbox::setupEngine());
+    QVERIFY(!errorText.isEmpty());
+    QVERIFY(run.toTheEnd());
+    QCOMPARE(run.record.errors, QStringList { errorText });
+    QCOMPARE(run.record.successes, QList<bool> { false });
+    QCOMPARE(run.engine.lastLogPath(), QString());
+    QVERIFY(!QFile::exists(run.keptLog()));
+    // The run's own log is there, so it was not kept on purpose.
+    QVERIFY(QFile::exists(run.engine.logFilePath()));
+}
+
+void TestInstallerEngineFaults::crashKeepsAnEarlierLog()
+{
+    EngineRun run("exit-code = 4");
+    QVERIFY(run.toTheEnd(1));
+    const QByteArray kept = run.keptText();
+    run.sandbox.setScenario("crash = SEGV");
+    QVERIFY(run.toTheEnd(2));
+    QCOMPARE(run.keptText(), kept);
+    QCOMPARE(run.engine.lastLogPath(), run.keptLog());
+}
+
+void TestInstallerEngineFaults::lastPollOfACrash()
+{
+    EngineRun run("crash = SEGV");
+    QVERIFY(run.toTheEnd());
+    // 24 of 54 steps, as the status file had it at last.
+    QCOMPARE(run.record.fractions.last(), 0.444);
+    QCOMPARE(run.record.successes, QList<bool> { false });
+}
+
+void TestInstallerEngineFaults::statusFile_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<bool>("isReadAtLast");
+    QTest::addColumn<bool>("isEverRead");
+    QTest::newRow("folder") << QByteArray("status-path = directory") << false << false;
+    QTest::newRow("FIFO") << QByteArray("status-path = fifo") << false << false;
+    QTest::newRow("never there") << QByteArray("status-path = never") << false << false;
+    QTest::newRow("deleted half way") << QByteArray("status-path = deleted") << false << true;
+    QTest::newRow("only half of it") << QByteArray("status-style = half") << true << true;
+}
+
+void TestInstallerEngineFaults::statusFile()
+{
+    QFETCH(const QByteArray, scenario);
+    QFETCH(const bool, isReadAtLast);
+    QFETCH(const bool, isEverRead);
+    EngineRun run(scenario);
+    QVERIFY(run.toTheEnd());
+    QCOMPARE(run.record.errors, QStringList { QString() });
+    const QStringList end { u"progress 1"_s, u"finished"_s };
+    if (!isEverRead)
+        QCOMPARE(run.record.told, end);
+    QCOMPARE(run.record.told.last(2), end);
+    // Without a status file the log is not read either.
+    const QString lastFile = QDir::toNativeSeparators(run.sandbox.path(u"app/README.txt"_s));
+    QCOMPARE(run.record.files.contains(lastFile), isReadAtLast);
+    run.engine.stop();
+    for (const QString &file : run.sandbox.tempFiles())
+        QVERIFY2(QFileInfo(run.sandbox.tempFolder() + u'/' + file).isDir(), qPrintable(file));
+}
+
+void TestInstallerEngineFaults::statusStyle_data()
+{
+    QTest::addColumn<QByteArray>("style");
+    QTest::newRow("plain") << QByteArray("plain");
+    QTest::newRow("byte-order mark") << QByteArray("bom");
+    QTest::newRow("byte-order mark, no section") << QByteArray("bom, no-section");
+    QTest::newRow("CRLF") << QByteArray("crlf");
+    QTest::newRow("no final line break") << QByteArray("no-final-newline");
+    QTest::newRow("section in capitals") << QByteArray("upper-section");
+    QTest::newRow("no section") << QByteArray("no-section");
+    QTest::newRow("blanks") << QByteArray("blanks");
+    QTest::newRow("all at once") << QByteArray(
+        "bom, crlf, blanks, upper-section, no-final-newline");
+}
+
+void TestInstallerEngineFaults::statusStyle()
+{
+    QFETCH(const QByteArray, style);
+    EngineRun run("exit-code = 2\nlog-none = yes\nprogress = 37.5\nfile = /x y/\xC3\xA4 %1.z\n"
+                  "status = <b>Words</b> \xE2\x80\x94 here\nstatus-style = "
+                  + style);
+    QVERIFY(run.toTheEnd());
+    QCOMPARE(run.record.fractions.last(), 0.375);
+    QCOMPARE(run.record.files.last(), u"/x y/\u00e4 %1.z"_s);
+    QCOMPARE(run.record.statuses.last(), u"<b>Words</b> \u2014 here"_s);
+    QCOMPARE(run.record.errors, QStringList { u"Installation was cancelled."_s });
+}
+
+void TestInstallerEngineFaults::floodOfOutput()
+{
+    EngineRun run("flood-stdout = 64M");
+    const qint64 before = residentMemory();
+    QVERIFY(run.toTheEnd());
+    QCOMPARE(run.record.errors, QStringList { QString() });
+    if (before < 0)
+        QSKIP("memory cannot be judged");
+    QVERIFY(residentMemory() - before < 8 << 20);
+}
+
+void TestInstallerEngineFaults::childThatHoldsThePipes_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("success") << QByteArray() << QString();
+    QTest::newRow("exit code") << QByteArray("exit-code = 2\nlog-none = yes")
+                               << u"Installation was cancelled."_s;
+    QTest::newRow("flood") << QByteArray("flood-stdout = 4M") << QString();
+}
+
+void TestInstallerEngineFaults::childThatHoldsThePipes()
+{
+    QFETCH(const QByteArray, scenario);
+    QFETCH(const QString, error);
+    EngineRun run("hold-pipes = 30\n" + scenario);
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(run.toTheEnd());
+    QVERIFY(clock.elapsed() < 15'000);
+    QCOMPARE(run.record.errors, QStringList { error });
+}
+
+QTEST_GUILESS_MAIN(TestInstallerEngineFaults)
+#include "tst_installerengine_faults.moc"

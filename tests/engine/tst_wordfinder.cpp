@@ -1,0 +1,251 @@
+#include "engine/wordfinder.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+class TestWordFinder : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void oneWord_data();
+    void oneWord();
+    void severalWords_data();
+    void severalWords();
+    void from();
+    void everyLetterInBothCases();
+    void longestWord();
+    void endsWithTheView();
+    void likeNaiveSearch_data();
+    void likeNaiveSearch();
+};
+
+namespace {
+
+constexpr qsizetype kNowhere = -1;
+
+qsizetype offset(std::optional<qsizetype> found)
+{
+    return found.value_or(kNowhere);
+}
+
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? char(c + 32) : c;
+}
+
+bool standsAt(QByteArrayView text, qsizetype at, QByteArrayView word)
+{
+    if (at + word.size() > text.size())
+        return false;
+    for (qsizetype i = 0; i < word.size(); ++i) {
+        if (lower(text[at + i]) != word[i])
+            return false;
+    }
+    return true;
+}
+
+qsizetype naiveFind(const QByteArrayList &words, QByteArrayView text, qsizetype from)
+{
+    for (qsizetype at = from; at < text.size(); ++at) {
+        for (const QByteArray &word : words) {
+            if (standsAt(text, at, word))
+                return at;
+        }
+    }
+    return kNowhere;
+}
+
+QByteArray randomBytes(QRandomGenerator &random, QByteArrayView alphabet, qsizetype size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    for (char &byte : bytes)
+        byte = alphabet[random.bounded(int(alphabet.size()))];
+    return bytes;
+}
+
+} // namespace
+
+void TestWordFinder::init()
+{
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+}
+
+void TestWordFinder::oneWord_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<qsizetype>("at");
+    const auto row = [](const char *name, const QByteArray &text, qsizetype at) {
+        QTest::newRow(name) << text << at;
+    };
+    row("empty", "", kNowhere);
+    row("null", QByteArray(), kNowhere);
+    row("the word", "error", 0);
+    row("at the end", "an error", 3);
+    row("in the middle", "an error here", 3);
+    row("inside a word", "terrors", 1);
+    row("capitals", "an ERROR", 3);
+    row("mixed", "an eRrOr", 3);
+    row("twice", "error error", 0);
+    row("one letter short", "an erro", kNowhere);
+    row("one byte", "e", kNowhere);
+    row("first letter again", "eerror", 1);
+    row("beginning again", "errerror", 3);
+    row("beginning cut off", "rror", kNowhere);
+    row("letters apart", "err or", kNowhere);
+    row("across a line break", "err\nor", kNowhere);
+    row("after zero bytes", QByteArray("\0\0error", 7), 2);
+    row("after high bytes",
+        "\xFF\xC3\xA9\x80"
+        "error",
+        4);
+    row("high bits set", "\xE5\xF2\xF2\xEF\xF2", kNowhere);
+    row("control bytes for letters", QByteArray("error").replace('o', '\x0f'), kNowhere);
+}
+
+void TestWordFinder::oneWord()
+{
+    QFETCH(const QByteArray, text);
+    const WordFinder finder { "error" };
+    QTEST(offset(finder.find(text)), "at");
+}
+
+void TestWordFinder::severalWords_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<qsizetype>("at");
+    const auto row = [](const char *name, const QByteArray &text, qsizetype at) {
+        QTest::newRow(name) << text << at;
+    };
+    row("none", "all went well", kNowhere);
+    row("first of them", "a Suppressed Message Box", 2);
+    row("second", "EXCEPTION", 0);
+    row("third", "12345678 error", 9);
+    row("fourth", "it failed", 3);
+    row("leftmost, not first in the list", "failed error exception suppressed message box", 0);
+    row("longer one cut off", "suppressed message bo", kNowhere);
+    row("in a cut-off longer one", "suppressed error message box", 11);
+    row("shorter one ends a longer one's window", "suppfailed", 4);
+    row("overlapping", "failerror", 4);
+    row("two blanks", "suppressed  message box", kNowhere);
+    row("tab", "suppressed\tmessage box", kNowhere);
+}
+
+void TestWordFinder::severalWords()
+{
+    QFETCH(const QByteArray, text);
+    const WordFinder finder { "suppressed message box", "exception", "error", "failed" };
+    QTEST(offset(finder.find(text)), "at");
+}
+
+void TestWordFinder::from()
+{
+    const QByteArray text = "error, ERROR";
+    const WordFinder finder { "error" };
+    QCOMPARE(offset(finder.find(text, 0)), 0);
+    QCOMPARE(offset(finder.find(text, 1)), 7);
+    QCOMPARE(offset(finder.find(text, 7)), 7);
+    QCOMPARE(offset(finder.find(text, 8)), kNowhere);
+    QCOMPARE(offset(finder.find(text, text.size())), kNowhere);
+    QCOMPARE(offset(finder.find(text, text.size() + 100)), kNowhere);
+}
+
+void TestWordFinder::everyLetterInBothCases()
+{
+    const QByteArray alphabet = "abcdefghijklmnopqrstuvwxyz";
+    for (int i = 0; i < alphabet.size(); ++i) {
+        const QByteArray word { alphabet[i], alphabet[(i + 1) % alphabet.size()] };
+        const WordFinder finder { word };
+        for (int cases = 0; cases < 4; ++cases) {
+            QByteArray text = ".." + word;
+            if (cases & 1)
+                text[2] = char(text[2] - 32);
+            if (cases & 2)
+                text[3] = char(text[3] - 32);
+            QCOMPARE(offset(finder.find(text)), 2);
+        }
+    }
+    // Bytes that differ from letters, and from each other, as a capital does from its small letter.
+    QCOMPARE(offset(WordFinder { "[{" }.find("{{[[{[")), 3);
+    QCOMPARE(offset(WordFinder { "``" }.find("@@")), kNowhere);
+    QCOMPARE(offset(WordFinder { "11" }.find("\x11\x11")), kNowhere);
+}
+
+void TestWordFinder::longestWord()
+{
+    QByteArray word(256, 'x');
+    word.front() = 'a';
+    word.back() = 'z';
+    const WordFinder finder { word };
+    for (const int size : { 0, 1, 254, 255, 256, 257, 1000 }) {
+        const QByteArray before(size, 'x');
+        const QByteArray whole = before + word;
+        const QByteArray capitals = before + word.toUpper() + before;
+        QCOMPARE(offset(finder.find(whole)), size);
+        QCOMPARE(offset(finder.find(capitals)), size);
+        QCOMPARE(offset(finder.find(whole.chopped(1))), kNowhere);
+    }
+}
+
+void TestWordFinder::endsWithTheView()
+{
+    const QByteArray text = "an error";
+    const WordFinder finder { "error" };
+    QCOMPARE(offset(finder.find(QByteArrayView(text).first(7))), kNowhere);
+    QCOMPARE(offset(finder.find(QByteArrayView(text).sliced(4))), kNowhere);
+    QCOMPARE(offset(finder.find(QByteArrayView(text).sliced(3))), 0);
+}
+
+void TestWordFinder::likeNaiveSearch_data()
+{
+    QTest::addColumn<QByteArray>("wordAlphabet");
+    QTest::addColumn<QByteArray>("textAlphabet");
+    QTest::addColumn<int>("longest");
+    QTest::newRow("two letters") << QByteArray("ab") << QByteArray("abAB") << 9;
+    QTest::newRow("three letters") << QByteArray("abc") << QByteArray("abcABC") << 5;
+    QTest::newRow("letters and blank") << QByteArray("ab ") << QByteArray("abAB \n") << 4;
+    QTest::newRow("pairs") << QByteArray("abcz") << QByteArray("abczABCZ-") << 2;
+    QTest::newRow("neighbours of letters") << QByteArray("az@[`{") << QByteArray("azAZ@[`{") << 3;
+    QTest::newRow("all kinds of bytes")
+        << QByteArray("ab\0\xC3\xA9\xFF", 6) << QByteArray("abAB\0\xC3\xA9\xFF", 8) << 4;
+}
+
+void TestWordFinder::likeNaiveSearch()
+{
+    QFETCH(const QByteArray, wordAlphabet);
+    QFETCH(const QByteArray, textAlphabet);
+    QFETCH(const int, longest);
+    QRandomGenerator random(20260101);
+    int found = 0;
+    constexpr int kFinders = 150;
+    constexpr int kTextsEach = 30;
+    for (int i = 0; i < kFinders; ++i) {
+        QByteArrayList words;
+        for (int j = 0; j < 4; ++j)
+            words << randomBytes(random, wordAlphabet, random.bounded(2, longest + 1));
+        const WordFinder finder { words[0], words[1], words[2], words[3] };
+        for (int j = 0; j < kTextsEach; ++j) {
+            const QByteArray text = randomBytes(random, textAlphabet, random.bounded(0, 60));
+            const qsizetype from = random.bounded(0, 8);
+            const qsizetype expected = naiveFind(words, text, from);
+            const QByteArray example =
+                words.join('|') + " in " + text + " from " + QByteArray::number(from);
+            QVERIFY2(offset(finder.find(text, from)) == expected, example.constData());
+            found += expected != kNowhere;
+        }
+    }
+    // Neither outcome is rare.
+    QVERIFY(found > kFinders * kTextsEach / 10);
+    QVERIFY(found < kFinders * kTextsEach * 99 / 100);
+}
+
+QTEST_APPLESS_MAIN(TestWordFinder)
+#include "tst_wordfinder.moc"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QSize>
+#include <QStringList>
+
+class QLabel;
+class QWidget;
+
+/// The room that the window has for a page.
+inline constexpr QSize kPageSize(484, 390);
+
+/// What no page may take for markup, a shortcut or a place marker.
+inline const QString kLiteral = QStringLiteral("a&b <i>%2 %1</i>");
+
+/// A word of 200 characters.
+[[nodiscard]] QString longWord();
+
+/// `text` with the present theme's colours of `tokens` for %1, %2 and so on.
+[[nodiscard]] QString coloured(const QString &text, const QStringList &tokens);
+
+/// The label of `page` that shows exactly `text`; null if there is none.
+[[nodiscard]] QLabel *labelOf(const QWidget *page, const QString &text);
+
+/// What somebody sees of a rich text: its characters.
+[[nodiscard]] QString shownText(const QLabel *label);
+
+/// True if `page`, in the room that the window has for it, keeps every widget inside its margins.
+[[nodiscard]] bool fitsWindow(QWidget *page);

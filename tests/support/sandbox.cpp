@@ -1,0 +1,111 @@
+#include "support/sandbox.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+using namespace Qt::Literals::StringLiterals;
+
+Sandbox::Sandbox()
+{
+    for (const QString &folder : { u"temp"_s, u"home"_s, u"desktop"_s, u"appdata"_s, u"programs"_s })
+        QDir(m_folder.path()).mkpath(folder);
+    for (const char *variable : { "TMPDIR", "TMP", "TEMP" })
+        setVariable(variable, tempFolder());
+    setVariable("HOME", path(u"home"_s));
+    setVariable("XDG_DESKTOP_DIR", path(u"desktop"_s));
+    setVariable("APPDATA", path(u"appdata"_s));
+    setVariable("ProgramFiles", path(u"programs"_s));
+    setVariable("VARNEL_REGISTRY_JSON", path(u"registry.json"_s));
+    setVariable("VARNEL_LAUNCH_RECORD", path(u"launches.txt"_s));
+    setVariable("VARNEL_ENGINE_RECORD", path(u"engine-runs.txt"_s));
+    setVariable("VARNEL_ENGINE_DELAY_MS", u"0"_s);
+    setVariable("VARNEL_ENGINE_SCENARIO", path(u"scenario.txt"_s));
+    setScenario({});
+}
+
+Sandbox::~Sandbox()
+{
+    for (const Variable &variable : std::as_const(m_saved)) {
+        if (variable.wasSet)
+            qputenv(variable.name, variable.value);
+        else
+            qunsetenv(variable.name);
+    }
+}
+
+void Sandbox::setVariable(const char *name, const QString &value)
+{
+    m_saved.append({ name, qgetenv(name), qEnvironmentVariableIsSet(name) });
+    qputenv(name, QDir::toNativeSeparators(value).toLocal8Bit());
+}
+
+QString Sandbox::setupEngine()
+{
+    return QString::fromUtf8(STANDIN_ENGINE_PATH);
+}
+
+QString Sandbox::path(const QString &name) const
+{
+    return m_folder.filePath(name);
+}
+
+QStringList Sandbox::tempFiles() const
+{
+    return QDir(tempFolder()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot,
+                                        QDir::Name);
+}
+
+QString Sandbox::write(const QString &name, const QByteArray &content) const
+{
+    const QString file = path(name);
+    QDir().mkpath(QFileInfo(file).path());
+    QFile output(file);
+    if (!output.open(QIODevice::WriteOnly) || output.write(content) != content.size())
+        qFatal("Cannot write %s", qUtf8Printable(file));
+    return file;
+}
+
+QByteArray Sandbox::read(const QString &name) const
+{
+    QFile input(path(name));
+    return input.open(QIODevice::ReadOnly) ? input.readAll() : QByteArray();
+}
+
+void Sandbox::setScenario(const QByteArray &lines)
+{
+    write(u"scenario.txt"_s, lines);
+}
+
+QList<QStringList> Sandbox::engineRuns() const
+{
+    QList<QStringList> runs;
+    for (const QByteArray &line : read(u"engine-runs.txt"_s).split('\n')) {
+        if (!line.isEmpty())
+            runs.append(QVariant(QJsonDocument::fromJson(line).array().toVariantList()).toStringList());
+    }
+    return runs;
+}
+
+void Sandbox::setRegistry(const QJsonObject &registry) const
+{
+    write(u"registry.json"_s, QJsonDocument(registry).toJson());
+}
+
+QJsonObject Sandbox::registry() const
+{
+    return QJsonDocument::fromJson(read(u"registry.json"_s)).object();
+}
+
+void Sandbox::recordInstallation(const QString &version, const QString &location,
+                                 const QString &uninstallString) const
+{
+    QJsonObject entry { { u"DisplayVersion"_s, version }, { u"InstallLocation"_s, location } };
+    if (!uninstallString.isEmpty())
+        entry[u"UninstallString"_s] = uninstallString;
+    setRegistry({ { uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)"
+                    uR"({4F1C2A77-0B3D-4E52-9A61-7C2E8D90B4F3}_is1)"_s,
+                    entry } });
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Everything that differs between systems: platform_unix.cpp and platform_win.cpp define it.
+namespace standin::platform {
+
+struct Shortcut
+{
+    std::filesystem::path file;
+    std::string content;
+};
+
+/// As UTF-8, program path first.
+[[nodiscard]] std::vector<std::string> commandLine(int argc, char **argv);
+
+/// Empty when unset.
+[[nodiscard]] std::string environment(const char *name);
+
+[[nodiscard]] std::filesystem::path ownExecutable(const std::string &programPath);
+
+/// Empty when the user has no home.
+[[nodiscard]] std::filesystem::path defaultInstallFolder();
+
+/// A shortcut on the user's desktop that starts the target in its folder. Throws FileError when
+/// there is no desktop.
+[[nodiscard]] Shortcut desktopShortcut(const std::filesystem::path &target);
+
+/// Makes the stand-in for the installed application, which notes each of its launches.
+void writeApplication(const std::filesystem::path &file);
+
+void makeExecutable(const std::filesystem::path &file);
+
+/// Also works while the executable runs. False when it stays behind.
+bool removeOwnExecutable(const std::filesystem::path &file);
+
+/// False where the system has none.
+bool makeFifo(const std::filesystem::path &file);
+
+void ignoreTermination();
+
+/// A closed pipe then shows as a failed write instead of ending the process.
+void ignoreBrokenPipes();
+
+/// Whether crash() knows how to die of it: a number, or a name such as SEGV or SIGSEGV.
+[[nodiscard]] bool isSignal(const std::string &signal);
+
+/// Ends this process the way the signal does, without a core file.
+[[noreturn]] void crash(const std::string &signal);
+
+/// Leaves a process behind that keeps the standard channels open that long after this one's end.
+void holdPipes(std::chrono::milliseconds time);
+
+/// True when this process is the one that holdPipes() leaves behind; it has then done its waiting.
+[[nodiscard]] bool actAsPipeHolder();
+
+} // namespace standin::platform

@@ -1,0 +1,178 @@
+#include "platform.h"
+
+#include "files.h"
+#include "product.h"
+#include "text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <thread>
+#include <utility>
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace fs = std::filesystem;
+
+namespace standin::platform {
+
+namespace {
+
+/// Tells a copy of this program that it is to hold the pipes: "<parent's process id> <ms>".
+constexpr wchar_t kPipeHolderVariable[] = L"VARNEL_ENGINE_PIPE_HOLDER";
+
+/// A process that dies of an exception ends with the exception's code.
+constexpr std::pair<std::string_view, UINT> kSignals[] = {
+    { "11", 0xC0000005 },  { "SEGV", 0xC0000005 }, { "ILL", 0xC000001D },  { "FPE", 0xC000008E },
+    { "BUS", 0xC0000006 }, { "TRAP", 0x80000003 }, { "ABRT", 0xC0000409 }, { "KILL", 0xC000013A },
+};
+
+UINT exceptionCode(std::string_view signal)
+{
+    if (lower(signal.substr(0, 3)) == "sig")
+        signal.remove_prefix(3);
+    for (const auto &[name, code] : kSignals) {
+        if (sameIgnoringCase(signal, name))
+            return code;
+    }
+    return 0;
+}
+
+std::wstring wideEnvironment(const wchar_t *name)
+{
+    const wchar_t *value = _wgetenv(name);
+    return value ? value : L"";
+}
+
+} // namespace
+
+std::vector<std::string> commandLine(int, char **)
+{
+    int count = 0;
+    LPWSTR *arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> result;
+    for (int i = 0; i < count; ++i) {
+        const std::u8string text = fs::path(arguments[i]).u8string();
+        result.emplace_back(text.begin(), text.end());
+    }
+    LocalFree(arguments);
+    return result;
+}
+
+std::string environment(const char *name)
+{
+    const std::u8string text = fs::path(wideEnvironment(fs::path(name).c_str())).u8string();
+    return std::string(text.begin(), text.end());
+}
+
+fs::path ownExecutable(const std::string &)
+{
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return path;
+}
+
+fs::path defaultInstallFolder()
+{
+    const fs::path base = wideEnvironment(L"LOCALAPPDATA");
+    return base.empty() ? fs::path() : base / "Programs" / product::kName;
+}
+
+Shortcut desktopShortcut(const fs::path &target)
+{
+    const fs::path profile = wideEnvironment(L"USERPROFILE");
+    if (profile.empty())
+        throw FileError("Setup was unable to find the desktop folder.");
+    return { .file = profile / "Desktop" / (std::string(product::kName) + ".url"),
+             .content = "[InternetShortcut]\r\nURL=file:///" + replaced(toUtf8(target), "\\", "/")
+                 + "\r\n" };
+}
+
+void writeApplication(const fs::path &file)
+{
+    // A copy of this program: under that name it notes its launch.
+    std::error_code error;
+    fs::copy_file(ownExecutable({}), file, fs::copy_options::overwrite_existing, error);
+    if (error) {
+        throw FileError("Setup was unable to write the file \"" + toUtf8(file)
+                        + "\": " + error.message() + ".");
+    }
+}
+
+void makeExecutable(const fs::path &) {}
+
+bool removeOwnExecutable(const fs::path &file)
+{
+    if (DeleteFileW(file.c_str()))
+        return true;
+    // A running program cannot be deleted, but it can be moved out of the way.
+    const fs::path parked =
+        fs::temp_directory_path() / ("standin-" + std::to_string(GetCurrentProcessId()) + ".exe");
+    if (!MoveFileExW(file.c_str(), parked.c_str(), MOVEFILE_REPLACE_EXISTING))
+        return false;
+    MoveFileExW(parked.c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT);
+    return true;
+}
+
+bool makeFifo(const fs::path &)
+{
+    return false;
+}
+
+void ignoreTermination()
+{
+    SetConsoleCtrlHandler(nullptr, TRUE);
+}
+
+void ignoreBrokenPipes() {}
+
+bool isSignal(const std::string &signal)
+{
+    return exceptionCode(signal) != 0;
+}
+
+void crash(const std::string &signal)
+{
+    TerminateProcess(GetCurrentProcess(), exceptionCode(signal));
+    std::abort();
+}
+
+void holdPipes(std::chrono::milliseconds time)
+{
+    const std::wstring order =
+        std::to_wstring(GetCurrentProcessId()) + L' ' + std::to_wstring(time.count());
+    const fs::path program = ownExecutable({});
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+    startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    PROCESS_INFORMATION process = {};
+    SetEnvironmentVariableW(kPipeHolderVariable, order.c_str());
+    if (CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
+                       nullptr, &startup, &process)) {
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+    SetEnvironmentVariableW(kPipeHolderVariable, nullptr);
+}
+
+bool actAsPipeHolder()
+{
+    const std::wstring order = wideEnvironment(kPipeHolderVariable);
+    if (order.empty())
+        return false;
+    wchar_t *rest = nullptr;
+    const DWORD parentId = std::wcstoul(order.c_str(), &rest, 10);
+    if (const HANDLE parent = OpenProcess(SYNCHRONIZE, FALSE, parentId)) {
+        WaitForSingleObject(parent, INFINITE);
+        CloseHandle(parent);
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::wcstoll(rest, nullptr, 10)));
+    return true;
+}
+
+} // namespace standin::platform

@@ -1,0 +1,97 @@
+#include "system/machine.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+class TestMachine : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void memoryIsThatOfTheKernel();
+    void processorIsThatOfTheKernel();
+    void systemFolderHoldsLibraries();
+    void reducedMotion_data();
+    void reducedMotion();
+};
+
+void TestMachine::init()
+{
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+}
+
+void TestMachine::memoryIsThatOfTheKernel()
+{
+    const std::optional<quint64> memory = totalMemory();
+    QVERIFY(memory.has_value());
+    QVERIFY(*memory > 0);
+    QFile file(u"/proc/meminfo"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        QSKIP("This system does not tell its memory a second time.");
+    static const QRegularExpression line(u"MemTotal:\\s+(\\d+) kB"_s);
+    const QRegularExpressionMatch match = line.match(QString::fromUtf8(file.readAll()));
+    QVERIFY(match.hasMatch());
+    QCOMPARE(*memory / 1024, match.captured(1).toULongLong());
+}
+
+void TestMachine::processorIsThatOfTheKernel()
+{
+    const QString name = processorName();
+    QCOMPARE(name, name.trimmed());
+    QFile file(u"/proc/cpuinfo"_s);
+    if (!file.open(QIODevice::ReadOnly)) {
+        QCOMPARE(name, QString());
+        return;
+    }
+    static const QRegularExpression line(u"^model name\\s*:\\s*(.*?)\\s*$"_s,
+                                         QRegularExpression::MultilineOption);
+    // Not every processor tells a name; then there is none.
+    QCOMPARE(name, line.match(QString::fromUtf8(file.readAll())).captured(1));
+}
+
+void TestMachine::systemFolderHoldsLibraries()
+{
+    const QString folder = systemFolder();
+#ifdef Q_OS_WIN
+    QVERIFY(QFileInfo::exists(folder + "/kernel32.dll"_L1));
+    QVERIFY(QDir::isAbsolutePath(folder));
+#else
+    QCOMPARE(folder, QString());
+#endif
+}
+
+void TestMachine::reducedMotion_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<bool>("reduced");
+    QTest::newRow("unset") << QByteArray() << false;
+    QTest::newRow("empty") << ""_ba << false;
+    QTest::newRow("0") << "0"_ba << false;
+    QTest::newRow("1") << "1"_ba << true;
+    QTest::newRow("2") << "2"_ba << false;
+    QTest::newRow("a word") << "yes"_ba << false;
+}
+
+void TestMachine::reducedMotion()
+{
+#ifdef Q_OS_WIN
+    QSKIP("The desktop has a setting of its own here.");
+#else
+    QFETCH(const QByteArray, value);
+    QFETCH(const bool, reduced);
+    const auto restore = qScopeGuard([] { qunsetenv("VARNEL_REDUCED_MOTION"); });
+    qunsetenv("VARNEL_REDUCED_MOTION");
+    if (!value.isNull())
+        qputenv("VARNEL_REDUCED_MOTION", value);
+    QCOMPARE(prefersReducedMotion(), reduced);
+#endif
+}
+
+QTEST_GUILESS_MAIN(TestMachine)
+#include "tst_machine.moc"

@@ -1,0 +1,69 @@
+# Sourced by ./run and ./test: gets a machine from nothing to a built program. What is done already
+# costs a moment.
+#
+# Expects $root, the project's folder.
+
+# What building, running and testing takes, by the names of Debian 12.
+packages="
+    cmake g++ ninja-build
+    qt6-base-dev qt6-svg-dev
+    xvfb xauth openbox x11-xserver-utils xdotool imagemagick
+    dbus at-spi2-core gir1.2-atspi-2.0 python3 python3-gi
+    fonts-dejavu-core
+"
+
+started=$(date +%s)
+
+# say <text>: a line with the time that has passed.
+say() {
+    printf '[%3d s] %s\n' $(($(date +%s) - started)) "$1"
+}
+
+# give_up <sentence>: ends with what the user can do about it.
+give_up() {
+    printf '%s\n' "$1" >&2
+    exit 1
+}
+
+install_packages() {
+    missing=
+    for package in $packages; do
+        status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null) || status=
+        [ "$status" = installed ] || missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+
+    command -v apt-get >/dev/null \
+        || give_up "This needs Debian 12 or a relative of it; elsewhere install yourself:$missing."
+    as_root=
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || give_up "Install these packages as root, then try again:$missing."
+        as_root=sudo
+    fi
+    say "Installing with apt:$missing"
+    log=$(mktemp)
+    # shellcheck disable=SC2086 # both lists are meant to be split
+    if ! { $as_root apt-get update -q && $as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -q --no-install-recommends $missing; } >"$log" 2>&1; then
+        tail -n 20 "$log" >&2
+        give_up "The packages could not be installed; see above, and the whole story in $log."
+    fi
+    rm -f "$log"
+}
+
+# build <preset>: configures if that was never done, then builds what has changed.
+build() {
+    cd "$root" || exit 1
+    if [ ! -f "build/$1/build.ninja" ]; then
+        say "Configuring build/$1"
+        log=$(mktemp)
+        if ! cmake --preset "$1" >"$log" 2>&1; then
+            tail -n 20 "$log" >&2
+            give_up "CMake could not configure the project; see above, and the whole story in $log."
+        fi
+        rm -f "$log"
+    fi
+    say "Building build/$1"
+    NINJA_STATUS='[%f of %t, %e s] ' cmake --build --preset "$1" \
+        || give_up "The build failed; the first error above says where."
+}
