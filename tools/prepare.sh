@@ -6,7 +6,7 @@
 # What building, running and testing takes, by the names of Debian 12.
 packages="
     cmake g++ ninja-build
-    qt6-base-dev qt6-svg-dev
+    qt6-base-dev qt6-svg-dev libxcb1-dev
     xvfb xauth openbox x11-xserver-utils xdotool imagemagick
     dbus at-spi2-core gir1.2-atspi-2.0 python3 python3-gi
     fonts-dejavu-core

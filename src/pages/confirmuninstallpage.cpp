@@ -2,7 +2,6 @@
 
 #include "pages/pagelabels.h"
 #include "product/product.h"
-#include "theme/themed.h"
 #include "widgets/togglecheckbox.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -14,16 +13,12 @@ ConfirmUninstallPage::ConfirmUninstallPage(QWidget *parent)
     m_body = addPageHead(layout, tr("Uninstall %1").arg(Product::kName), {});
     layout->addSpacing(16);
 
-    auto *warning = new QLabel(tr("This cannot be undone. Your project files (.sch, .pcb) will not be "
-                                  "deleted."),
-                               this);
-    warning->setTextFormat(Qt::PlainText);
-    warning->setWordWrap(true);
+    QLabel *warning = pageCallout(
+        tr("This cannot be undone. Your project files (.sch, .pcb) will not be deleted."),
+        u"color:@INS_TX2;border-left:2px solid @INS_RED;padding-left:11px;"_s, this);
     QFont warningFont = warning->font();
     warningFont.setPixelSize(12);
     warning->setFont(warningFont);
-    setThemedStyleSheet(warning,
-                        u"color:@INS_TX2;border-left:2px solid @INS_RED;padding-left:11px;"_s);
     layout->addWidget(warning);
     layout->addSpacing(14);
 

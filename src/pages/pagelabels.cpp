@@ -67,6 +67,17 @@ QLabel *pageCaptionLabel(const QString &text, QWidget *page)
     return themedLabel(text, monospacedFont(10), u"color:@INS_TX3;"_s, page);
 }
 
+QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *page)
+{
+    QLabel *label = themedLabel(text, page->font(), styleSheet, page);
+    label->setWordWrap(true);
+    // A style sheet that speaks of the left border alone leaves the upper one to the native style, and
+    // with it the drawing of all four. So somebody has to say that there is none.
+    label->setObjectName("callout"_L1);
+    page->setStyleSheet(u"#callout{border:none;}"_s);
+    return label;
+}
+
 QLabel *pageSummaryBox(QWidget *page)
 {
     constexpr int kHeight = 120;

@@ -3,7 +3,6 @@
 #include "pages/checkrow.h"
 #include "pages/pagelabels.h"
 #include "system/probes.h"
-#include "theme/themed.h"
 #include "widgets/animation.h"
 
 #include <QDir>
@@ -33,20 +32,18 @@ SystemCheckPage::SystemCheckPage(QWidget *parent)
     layout->addWidget(m_rowContainer);
     layout->addSpacing(4);
 
-    m_warning = new QLabel(tr("Smart App Control will block Varnel Schematics from starting. Turn it "
-                              "off in Windows Security › App & Browser Control, then restart."),
-                           this);
-    m_warning->setTextFormat(Qt::PlainText);
-    m_warning->setWordWrap(true);
-    setThemedStyleSheet(m_warning,
-                        u"font-size:11.5px;color:@INS_TX2;border-left:2px solid @INS_WARN;"
-                        "padding-left:11px;"_s);
+    m_warning = pageCallout(tr("Smart App Control will block Varnel Schematics from starting. Turn it "
+                               "off in Windows Security › App & Browser Control, then restart."),
+                            u"font-size:11.5px;color:@INS_TX2;border-left:2px solid @INS_WARN;"
+                            "padding-left:11px;"_s,
+                            this);
     m_warningOpacity = new QGraphicsOpacityEffect(m_warning);
-    m_warningOpacity->setOpacity(0.0);
     m_warning->setGraphicsEffect(m_warningOpacity);
+    connect(m_warningOpacity, &QGraphicsOpacityEffect::opacityChanged, this,
+            &SystemCheckPage::showWarning);
+    m_warningOpacity->setOpacity(0.0);
     layout->addWidget(m_warning);
     layout->addStretch();
-    setWarningNeeded(false);
 
     m_warningAnimation.setTargetObject(m_warningOpacity);
     m_warningAnimation.setPropertyName("opacity");
@@ -76,7 +73,7 @@ void SystemCheckPage::runChecks(const QString &destinationPath)
         if (result.label == kSmartAppControlLabel)
             m_smartAppControlRow = row;
     }
-    setWarningNeeded(isSmartAppControlOn());
+    m_warningNeeded = isSmartAppControlOn();
 }
 
 void SystemCheckPage::startReveal()
@@ -91,6 +88,11 @@ void SystemCheckPage::resetReveal()
 {
     for (CheckRow *row : std::as_const(m_rows))
         row->resetReveal();
+    hideWarning();
+}
+
+void SystemCheckPage::hideWarning()
+{
     m_warningDelay.stop();
     m_warningAnimation.stop();
     m_warningOpacity->setOpacity(0.0);
@@ -98,14 +100,18 @@ void SystemCheckPage::resetReveal()
 
 void SystemCheckPage::setSmartAppControlOn(bool on)
 {
-    setWarningNeeded(on);
+    m_warningNeeded = on;
+    if (!on)
+        hideWarning();
     if (m_smartAppControlRow)
         m_smartAppControlRow->setResult(judgeSmartAppControl(on ? kSmartAppControlOn : 0));
 }
 
-void SystemCheckPage::setWarningNeeded(bool needed)
+void SystemCheckPage::showWarning(double opacity)
 {
-    m_warningNeeded = needed;
-    // Transparent is not silent: a warning that does not hold must not be read out either.
-    m_warning->setVisible(needed);
+    // Transparent is not silent: what is not to be seen must not be read out either.
+    m_warning->setVisible(opacity > 0.0);
+    // At rest without the effect: the page has one of its own while it comes and goes, and two of them
+    // cannot paint one into the other.
+    m_warningOpacity->setEnabled(opacity < 1.0);
 }

@@ -33,7 +33,8 @@ public:
     [[nodiscard]] int checkCount() const { return int(m_rows.size()); }
 
 private:
-    void setWarningNeeded(bool needed);
+    void hideWarning();
+    void showWarning(double opacity);
 
     QWidget *m_rowContainer;
     QVBoxLayout *m_rowLayout;

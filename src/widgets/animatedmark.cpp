@@ -48,10 +48,23 @@ const std::array<Entrance, 4> &entrances()
     return table;
 }
 
+/// The smallest rectangle that holds all of `picture` that is not transparent.
+QRect visibleRect(const QImage &picture)
+{
+    QRect visible;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (qAlpha(picture.pixel(x, y)) > 0)
+                visible |= QRect(x, y, 1, 1);
+        }
+    }
+    return visible;
+}
+
 } // namespace
 
 AnimatedMark::AnimatedMark(QWidget *parent)
-    : QWidget(parent)
+    : QWidget(parent), m_onScreen(this)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     for (size_t i = 0; i < kParts; ++i) {
@@ -69,6 +82,7 @@ AnimatedMark::AnimatedMark(QWidget *parent)
         m_entranceDelays[i].setInterval(entrance.delay);
         connect(&m_entranceDelays[i], &QTimer::timeout, this, [&animation] { playOnce(animation); });
     }
+    connect(&m_onScreen, &OnScreenWatcher::changed, this, &AnimatedMark::updateDrift);
     m_driftAnimation.setTargetObject(this);
     m_driftAnimation.setPropertyName("driftOffset");
     m_driftAnimation.setDuration(int(kDriftDuration.count()));
@@ -84,7 +98,9 @@ void AnimatedMark::replay()
     for (QPropertyAnimation &animation : m_entranceAnimations)
         animation.stop();
     for (size_t i = 0; i < kParts; ++i)
-        setEntrance(i, 0.0);
+        setEntrance(i, prefersReducedMotion() ? 1.0 : 0.0);
+    if (prefersReducedMotion())
+        return;
     for (QTimer &delay : m_entranceDelays)
         delay.start();
 }
@@ -110,7 +126,7 @@ void AnimatedMark::stopIdle()
 
 void AnimatedMark::updateDrift()
 {
-    if (m_idle && isVisible() && !prefersReducedMotion()) {
+    if (m_idle && m_onScreen.isOnScreen() && !prefersReducedMotion()) {
         if (m_driftAnimation.state() == QAbstractAnimation::Paused)
             m_driftAnimation.resume();
         else if (m_driftAnimation.state() == QAbstractAnimation::Stopped)
@@ -141,26 +157,36 @@ QRectF AnimatedMark::targetRect() const
 
 void AnimatedMark::rasterize()
 {
-    const double ratio = devicePixelRatio();
+    m_rasterRatio = devicePixelRatio();
+    const QSize size = (QSizeF(this->size()) * m_rasterRatio).toSize();
     for (size_t i = 0; i < kParts; ++i) {
-        QPixmap picture((QSizeF(size()) * ratio).toSize());
-        picture.setDevicePixelRatio(ratio);
+        QImage picture(size, QImage::Format_ARGB32_Premultiplied);
+        picture.setDevicePixelRatio(m_rasterRatio);
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
         painter.setRenderHint(QPainter::Antialiasing);
         QSvgRenderer(entrances()[i].picture).render(&painter, targetRect());
-        m_pictures[i] = picture;
+        painter.end();
+        // Every frame of an animation pays for each pixel of the pictures, the empty ones too.
+        const QRect visible = visibleRect(picture);
+        m_pictures[i] = { QPixmap::fromImage(picture.copy(visible)),
+                          QPointF(visible.topLeft()) / m_rasterRatio };
     }
 }
 
 void AnimatedMark::paintEvent(QPaintEvent *)
 {
-    if (m_pictures[0].isNull() || m_pictures[0].devicePixelRatio() != devicePixelRatio())
+    if (m_rasterRatio != devicePixelRatio())
         rasterize();
 
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.translate(0.0, m_driftOffset);
+    if (m_driftOffset != 0.0) {
+        // A picture that is only translated is put on whole pixels, and the mark would float in jerks.
+        constexpr double kNotOnlyTranslated = 1.0 + 1e-9;
+        painter.scale(kNotOnlyTranslated, kNotOnlyTranslated);
+    }
     paintParts(painter, kGhostOpacity);
     if (m_fill < kFull) {
         QRectF filled = targetRect();
@@ -181,25 +207,18 @@ void AnimatedMark::paintParts(QPainter &painter, double opacity) const
         const double scale = 1.0 - (1.0 - a) * entrance.shrinking;
         painter.save();
         painter.setOpacity(opacity * qMin(a, 1.0));
-        painter.translate((1.0 - a) * entrance.offset + centre);
-        painter.scale(scale, scale);
-        painter.translate(-centre);
-        painter.drawPixmap(QPointF(), m_pictures[i]);
+        painter.translate((1.0 - a) * entrance.offset);
+        if (scale != 1.0) {
+            painter.translate(centre);
+            painter.scale(scale, scale);
+            painter.translate(-centre);
+        }
+        painter.drawPixmap(m_pictures[i].topLeft, m_pictures[i].pixmap);
         painter.restore();
     }
 }
 
 void AnimatedMark::resizeEvent(QResizeEvent *)
 {
-    m_pictures = {};
-}
-
-void AnimatedMark::showEvent(QShowEvent *)
-{
-    updateDrift();
-}
-
-void AnimatedMark::hideEvent(QHideEvent *)
-{
-    updateDrift();
+    m_rasterRatio = 0.0;
 }

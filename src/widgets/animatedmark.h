@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/onscreenwatcher.h"
+
 #include <QPixmap>
 #include <QPropertyAnimation>
 #include <QTimer>
@@ -55,11 +57,16 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
 
 private:
     static constexpr size_t kParts = 4;
+
+    /// One part as it looks in its place.
+    struct Picture
+    {
+        QPixmap pixmap;  ///< no larger than what there is to see
+        QPointF topLeft; ///< in the widget
+    };
 
     void setEntrance(size_t part, double progress);
     void updateDrift();
@@ -74,5 +81,7 @@ private:
     std::array<QPropertyAnimation, kParts> m_entranceAnimations;
     std::array<QTimer, kParts> m_entranceDelays;
     QPropertyAnimation m_driftAnimation;
-    std::array<QPixmap, kParts> m_pictures; ///< each as large as the widget
+    OnScreenWatcher m_onScreen;
+    std::array<Picture, kParts> m_pictures;
+    double m_rasterRatio = 0.0; ///< pixel ratio of the pictures; 0 before they are made
 };

@@ -1,5 +1,6 @@
 #include "widgets/gifbadge.h"
 
+#include "system/machine.h"
 #include "theme/themed.h"
 #include "widgets/animation.h"
 
@@ -16,7 +17,7 @@ constexpr double kRingWidth = 1.0;
 } // namespace
 
 GifBadge::GifBadge(const QString &fileName, int side, QWidget *parent)
-    : QWidget(parent), m_side(side), m_movie(fileName), m_popAnimation(this, "popProgress")
+    : QWidget(parent), m_side(side), m_movie(fileName), m_onScreen(this), m_popAnimation(this, "popProgress")
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     m_popAnimation.setDuration(kPopDuration);
@@ -29,6 +30,8 @@ GifBadge::GifBadge(const QString &fileName, int side, QWidget *parent)
     // It plays from now on, but out of sight it waits on its first frame.
     m_movie.start();
     m_movie.setPaused(true);
+    connect(&m_onScreen, &OnScreenWatcher::changed, this,
+            [this](bool onScreen) { m_movie.setPaused(!onScreen || prefersReducedMotion()); });
 }
 
 void GifBadge::setPopProgress(double progress)
@@ -40,16 +43,6 @@ void GifBadge::setPopProgress(double progress)
 void GifBadge::pop()
 {
     playOnce(m_popAnimation);
-}
-
-void GifBadge::showEvent(QShowEvent *)
-{
-    m_movie.setPaused(false);
-}
-
-void GifBadge::hideEvent(QHideEvent *)
-{
-    m_movie.setPaused(true);
 }
 
 void GifBadge::paintEvent(QPaintEvent *)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/onscreenwatcher.h"
+
 #include <QMovie>
 #include <QPropertyAnimation>
 #include <QWidget>
@@ -27,12 +29,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
 
 private:
     int m_side;
     QMovie m_movie;
+    OnScreenWatcher m_onScreen;
     double m_popProgress = 1.0;
     QPropertyAnimation m_popAnimation;
 };

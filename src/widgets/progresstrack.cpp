@@ -20,7 +20,8 @@ constexpr double kSegment = 0.38;    // of the width
 } // namespace
 
 ProgressTrack::ProgressTrack(QWidget *parent)
-    : QWidget(parent), m_valueAnimation(this, "value"), m_phaseAnimation(this, "indeterminatePhase")
+    : QWidget(parent), m_valueAnimation(this, "value"), m_phaseAnimation(this, "indeterminatePhase"),
+      m_onScreen(this)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     m_valueAnimation.setDuration(kGlideDuration);
@@ -28,6 +29,7 @@ ProgressTrack::ProgressTrack(QWidget *parent)
     m_phaseAnimation.setStartValue(0.0);
     m_phaseAnimation.setEndValue(1.0);
     m_phaseAnimation.setLoopCount(-1);
+    connect(&m_onScreen, &OnScreenWatcher::changed, this, &ProgressTrack::updateSweep);
     repaintOnThemeChange(this);
 }
 
@@ -63,11 +65,16 @@ void ProgressTrack::setIndeterminate(bool indeterminate)
     if (m_indeterminate == indeterminate)
         return;
     m_indeterminate = indeterminate;
-    if (indeterminate)
+    updateSweep();
+    update();
+}
+
+void ProgressTrack::updateSweep()
+{
+    if (m_indeterminate && m_onScreen.isOnScreen())
         m_phaseAnimation.start();
     else
         m_phaseAnimation.stop();
-    update();
 }
 
 void ProgressTrack::paintEvent(QPaintEvent *)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/onscreenwatcher.h"
+
 #include <QPropertyAnimation>
 #include <QWidget>
 
@@ -39,10 +41,13 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void updateSweep();
+
     double m_value = 0.0;
     double m_target = 0.0;
     bool m_indeterminate = false;
     double m_phase = 0.0;
     QPropertyAnimation m_valueAnimation;
     QPropertyAnimation m_phaseAnimation;
+    OnScreenWatcher m_onScreen;
 };

@@ -74,6 +74,7 @@ QPushButton *InstallerFooterBar::addButton(const QString &text, bool primary, bo
     button->setProperty(kVariantProperty, variant);
     setThemedStyleSheet(button, buttonStyle(variant));
     m_buttonRow->addWidget(button);
+    button->show(); // now, not in the next turn of the event loop: it may be given the focus
     m_buttons.append(button);
     return button;
 }

@@ -14,6 +14,7 @@
 #include "pages/updatefinishedpage.h"
 #include "pages/welcomepage.h"
 #include "product/product.h"
+#include "system/compositor.h"
 #include "system/installation.h"
 #include "system/launch.h"
 #include "system/userdata.h"
@@ -28,11 +29,13 @@
 #include "wizard/runplan.h"
 #include "wizard/uninstallingpage.h"
 #include "wizard/updatingpage.h"
+#include "wizard/windowshape.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QPainterPath>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -45,6 +48,13 @@ constexpr QSize kWindowSize(680, 474);
 constexpr auto kFinishDelay = 500ms;
 constexpr auto kConfettiDelay = 300ms;
 constexpr auto kIdleDelay = 780ms;
+
+QRegion windowShape()
+{
+    QPainterPath shape;
+    shape.addRoundedRect(QRect({}, kWindowSize), kCornerRadius, kCornerRadius);
+    return QRegion(shape.toFillPolygon().toPolygon());
+}
 
 const QList<QColor> &confettiColours()
 {
@@ -60,6 +70,8 @@ InstallerWizard::InstallerWizard(QWidget *parent)
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setFixedSize(kWindowSize);
+    if (!desktopBlendsWindows())
+        setMask(windowShape());
     buildChrome();
     buildPages();
 
