@@ -49,10 +49,16 @@ void InstallerEngine::startInstall(const QString &folder, const QStringList &tas
         Q_EMIT finished(false, tr("No setup engine was supplied."));
         return;
     }
+    const QString target = installFolder(folder);
+    if (target.contains(u'"')) {
+        // Windows knows no such names. Elsewhere the engine would take another folder for the one meant.
+        Q_EMIT finished(false, tr("Setup cannot install into a folder whose name has a double quote."));
+        return;
+    }
     beginRun(u"varnel_setup_%1.ini"_s);
     m_logFilePath = m_statusFilePath + ".log"_L1;
     QFile::remove(m_logFilePath);
-    m_arguments = installArguments(installFolder(folder), tasks, m_statusFilePath, m_logFilePath);
+    m_arguments = installArguments(target, tasks, m_statusFilePath, m_logFilePath);
     launch(m_setupExecutable);
 }
 

@@ -25,7 +25,8 @@ public:
     void setSetupExecutable(const QString &path) { m_setupExecutable = path; }
 
     /// Starts an installation or an update into `folder` (a bare drive gets the product's folder
-    /// appended). Without a setup executable the run ends at once and a previous one stays as it is.
+    /// appended). Without a setup executable, or if the folder's name cannot be put on a command line,
+    /// the run ends at once and a previous one stays as it is.
     void startInstall(const QString &folder, const QStringList &tasks);
 
     /// Starts a removal by the uninstaller at `uninstallerPath`. If there is no such file the run ends

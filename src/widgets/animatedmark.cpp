@@ -2,6 +2,7 @@
 
 #include "system/machine.h"
 #include "widgets/animation.h"
+#include "widgets/pixelratio.h"
 
 #include <QPainter>
 #include <QSvgRenderer>
@@ -155,9 +156,9 @@ QRectF AnimatedMark::targetRect() const
     return target;
 }
 
-void AnimatedMark::rasterize()
+void AnimatedMark::rasterize(double ratio)
 {
-    m_rasterRatio = devicePixelRatio();
+    m_rasterRatio = ratio;
     const QSize size = (QSizeF(this->size()) * m_rasterRatio).toSize();
     for (size_t i = 0; i < kParts; ++i) {
         QImage picture(size, QImage::Format_ARGB32_Premultiplied);
@@ -169,34 +170,32 @@ void AnimatedMark::rasterize()
         painter.end();
         // Every frame of an animation pays for each pixel of the pictures, the empty ones too.
         const QRect visible = visibleRect(picture);
-        m_pictures[i] = { QPixmap::fromImage(picture.copy(visible)),
-                          QPointF(visible.topLeft()) / m_rasterRatio };
+        QImage part = picture.copy(visible);
+        part.setDevicePixelRatio(1.0);
+        m_pictures[i] = { QPixmap::fromImage(part), QPointF(visible.topLeft()) / m_rasterRatio };
     }
 }
 
 void AnimatedMark::paintEvent(QPaintEvent *)
 {
-    if (m_rasterRatio != devicePixelRatio())
-        rasterize();
-
     QPainter painter(this);
+    if (const double ratio = pixelRatio(painter); m_rasterRatio != ratio)
+        rasterize(ratio);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.translate(0.0, m_driftOffset);
-    if (m_driftOffset != 0.0) {
-        // A picture that is only translated is put on whole pixels, and the mark would float in jerks.
-        constexpr double kNotOnlyTranslated = 1.0 + 1e-9;
-        painter.scale(kNotOnlyTranslated, kNotOnlyTranslated);
+    if (m_fill >= kFull) {
+        // The colour lies on the ghost everywhere, so both go down in one.
+        paintParts(painter, kGhostOpacity, 1.0);
+        return;
     }
-    paintParts(painter, kGhostOpacity);
-    if (m_fill < kFull) {
-        QRectF filled = targetRect();
-        filled.setTop(filled.bottom() - m_fill * filled.height());
-        painter.setClipRect(filled);
-    }
-    paintParts(painter, 1.0);
+    paintParts(painter, kGhostOpacity, 0.0);
+    QRectF filled = targetRect();
+    filled.setTop(filled.bottom() - m_fill * filled.height());
+    painter.setClipRect(filled);
+    paintParts(painter, 0.0, 1.0);
 }
 
-void AnimatedMark::paintParts(QPainter &painter, double opacity) const
+void AnimatedMark::paintParts(QPainter &painter, double ghost, double colour) const
 {
     const QPointF centre = targetRect().center();
     for (size_t i = 0; i < kParts; ++i) {
@@ -206,14 +205,19 @@ void AnimatedMark::paintParts(QPainter &painter, double opacity) const
         const Entrance &entrance = entrances()[i];
         const double scale = 1.0 - (1.0 - a) * entrance.shrinking;
         painter.save();
-        painter.setOpacity(opacity * qMin(a, 1.0));
-        painter.translate((1.0 - a) * entrance.offset);
-        if (scale != 1.0) {
-            painter.translate(centre);
-            painter.scale(scale, scale);
-            painter.translate(-centre);
+        const double presence = qMin(a, 1.0);
+        painter.setOpacity(1.0 - (1.0 - ghost * presence) * (1.0 - colour * presence));
+        painter.translate((1.0 - a) * entrance.offset + centre);
+        painter.scale(scale, scale);
+        painter.translate(m_pictures[i].topLeft - centre);
+        painter.scale(1.0 / m_rasterRatio, 1.0 / m_rasterRatio);
+        if (m_driftOffset != 0.0) {
+            // A picture that is only translated is put on whole pixels, which is fast, and good enough
+            // for what comes flying in; but the mark would float in jerks.
+            constexpr double kNotOnlyTranslated = 1.0 + 1e-9;
+            painter.scale(kNotOnlyTranslated, kNotOnlyTranslated);
         }
-        painter.drawPixmap(m_pictures[i].topLeft, m_pictures[i].pixmap);
+        painter.drawPixmap(QPointF(), m_pictures[i].pixmap);
         painter.restore();
     }
 }

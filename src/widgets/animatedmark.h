@@ -64,15 +64,16 @@ private:
     /// One part as it looks in its place.
     struct Picture
     {
-        QPixmap pixmap;  ///< no larger than what there is to see
+        QPixmap pixmap;  ///< in device pixels; no larger than what there is to see
         QPointF topLeft; ///< in the widget
     };
 
     void setEntrance(size_t part, double progress);
     void updateDrift();
-    void rasterize();
+    void rasterize(double ratio);
     [[nodiscard]] QRectF targetRect() const;
-    void paintParts(QPainter &painter, double opacity) const;
+    /// Paints every part that has come in, as one layer of each opacity on the other would look.
+    void paintParts(QPainter &painter, double ghost, double colour) const;
 
     std::array<double, kParts> m_entrance {};
     double m_driftOffset = 0.0;

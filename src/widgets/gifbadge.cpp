@@ -3,6 +3,7 @@
 #include "system/machine.h"
 #include "theme/themed.h"
 #include "widgets/animation.h"
+#include "widgets/pixelratio.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -50,6 +51,7 @@ void GifBadge::paintEvent(QPaintEvent *)
     if (m_popProgress <= kInvisible)
         return;
     QPainter painter(this);
+    const double ratio = pixelRatio(painter);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     const QRectF disc = rect();
 
@@ -63,7 +65,6 @@ void GifBadge::paintEvent(QPaintEvent *)
     painter.setClipPath(clip);
     painter.fillRect(disc, Qt::white);
     if (QPixmap frame = m_movie.currentPixmap(); !frame.isNull()) {
-        const double ratio = devicePixelRatio();
         frame = frame.scaled(QSizeF(m_side * ratio, m_side * ratio).toSize(),
                              Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
         frame.setDevicePixelRatio(ratio);

@@ -95,8 +95,11 @@ class Sandbox:
         path = self.root / "registry.json"
         return json.loads(path.read_text()) if path.exists() else {}
 
+    def write_registry(self, keys):
+        (self.root / "registry.json").write_text(json.dumps(keys))
+
     def record_installation(self, **values):
-        (self.root / "registry.json").write_text(json.dumps({UNINSTALL_KEY: values}))
+        self.write_registry({UNINSTALL_KEY: values})
 
     def temp_files(self):
         return sorted(path.name for path in (self.root / "temp").iterdir())
@@ -174,6 +177,13 @@ class Wizard:
         return {name: node.get_state_set().contains(Atspi.StateType.ENABLED)
                 for node, role, name in self.widgets() if role in ("push button", "button")}
 
+    def document(self):
+        """The text of the licence view."""
+        for node, role, _ in self.widgets():
+            if role == "text":
+                return Atspi.Text.get_text(node, 0, -1)
+        return None
+
     def bar_value(self):
         for node, role, _ in self.widgets():
             if role == "progress bar":
@@ -237,7 +247,7 @@ class Wizard:
         nodes = [node for node, role, shown in self.widgets() if shown == name and role in roles]
         if not nodes:
             raise AssertionError(f"no {name!r} on screen: {[(r, n) for _, r, n in self.widgets()]}")
-        extents = nodes[-1].get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+        extents = Atspi.Component.get_extents(nodes[-1], Atspi.CoordType.SCREEN)
         return extents.x + extents.width // 2, extents.y + extents.height // 2
 
     def click(self, name, times=1):

@@ -1,0 +1,200 @@
+// What one frame of the animated widgets costs, beside what it is to be compared with. Drawn off screen:
+//
+//   QT_QPA_PLATFORM=offscreen bench_widgets
+
+#include "timing.h"
+#include "widgets/animatedmark.h"
+#include "widgets/confettioverlay.h"
+#include "widgets/gifbadge.h"
+#include "widgets/progresstrack.h"
+#include "widgets/radiooption.h"
+#include "widgets/sealcheck.h"
+#include "widgets/togglecheckbox.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QRandomGenerator>
+#include <QSvgRenderer>
+#include <QTimerEvent>
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kRuns = 15;
+constexpr int kFrames = 60;
+constexpr double kFrameBudget = 16.6e-3; // s
+
+QImage canvas(const QSize &size, double ratio)
+{
+    QImage image((QSizeF(size) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::white);
+    return image;
+}
+
+double frameSeconds(QWidget &widget, double ratio)
+{
+    QImage image = canvas(widget.size(), ratio);
+    return medianSeconds(kRuns, [&] {
+        for (int i = 0; i < kFrames; ++i)
+            widget.render(&image, {}, {}, QWidget::DrawChildren);
+    }) / kFrames;
+}
+
+/// The mark's scene with its drawings rendered anew in every frame.
+double markFromSvg(double ratio, const std::array<double, 4> &entrance, double fill)
+{
+    std::array renderers = {
+        std::make_unique<QSvgRenderer>(u":/mark/left.svg"_s),
+        std::make_unique<QSvgRenderer>(u":/mark/right.svg"_s),
+        std::make_unique<QSvgRenderer>(u":/mark/centre.svg"_s),
+        std::make_unique<QSvgRenderer>(u":/mark/triangle.svg"_s),
+    };
+    const QRectF target(0, 5, 136, 100);
+    QImage image = canvas({ 136, 110 }, ratio);
+    return medianSeconds(kRuns, [&] {
+        for (int frame = 0; frame < kFrames; ++frame) {
+            QPainter painter(&image);
+            painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+            for (double opacity : { 0.13, 1.0 }) {
+                if (opacity == 1.0 && fill < 1.0)
+                    painter.setClipRect(target.adjusted(0, (1.0 - fill) * target.height(), 0, 0));
+                for (size_t i = 0; i < 4; ++i) {
+                    painter.save();
+                    painter.setOpacity(opacity * qMin(entrance[i], 1.0));
+                    painter.translate((1.0 - entrance[i]) * (i == 0 ? -90 : i == 1 ? 90 : 0), 0);
+                    renderers[i]->render(&painter, target);
+                    painter.restore();
+                }
+            }
+        }
+    }) / kFrames;
+}
+
+void compareMark(const char *what, double ratio, const std::array<double, 4> &entrance, double fill)
+{
+    AnimatedMark mark;
+    mark.resize(mark.sizeHint());
+    mark.setA1Progress(entrance[0]);
+    mark.setA2Progress(entrance[1]);
+    mark.setA3Progress(entrance[2]);
+    mark.setA4Progress(entrance[3]);
+    mark.setFill(fill);
+    const double ours = frameSeconds(mark, ratio);
+    const double svg = markFromSvg(ratio, entrance, fill);
+    std::printf("mark, %-14s ratio %.0f   %7.3f ms   SVG in every frame %7.3f ms   %5.1f x\n", what,
+                ratio, ours * 1e3, svg * 1e3, svg / ours);
+}
+
+void compareConfetti(double ratio)
+{
+    const QSize size(680, 474);
+    QWidget window;
+    window.resize(size);
+    ConfettiOverlay overlay(&window);
+    auto *timer = overlay.findChild<QTimer *>();
+    QImage image = canvas(size, ratio);
+    constexpr int kTicks = 40; // all pieces still fly
+
+    const double ours = medianSeconds(kRuns, [&] {
+        overlay.burst({ 260, 80 }, { Qt::red, Qt::blue, Qt::green });
+        for (int i = 0; i < kTicks; ++i) {
+            QTimerEvent tick(timer->timerId());
+            QCoreApplication::sendEvent(timer, &tick);
+            overlay.render(&image, {}, {}, QWidget::DrawChildren);
+        }
+    }) / kTicks;
+
+    // The same flight, worked out beforehand.
+    struct Piece
+    {
+        double angle, speed, width, height, rotation, spin;
+    };
+    std::vector<Piece> pieces(110);
+    const auto random = [] { return QRandomGenerator::global()->generateDouble(); };
+    for (Piece &piece : pieces)
+        piece = { 6.28 * random(), 2.5 + 8 * random(), 4 + 5 * random(), 3 + 4 * random(),
+                  6.28 * random(), 0.34 * (random() - 0.5) };
+    std::vector<std::vector<QTransform>> places(kTicks, std::vector<QTransform>(pieces.size()));
+    for (int tick = 0; tick < kTicks; ++tick) {
+        for (size_t i = 0; i < pieces.size(); ++i) {
+            const Piece &piece = pieces[i];
+            places[tick][i]
+                .translate(260 + std::cos(piece.angle) * piece.speed * 1.3 * tick,
+                           80 + (std::sin(piece.angle) * piece.speed - 4.2) * tick
+                               + 0.1 * tick * tick)
+                .rotateRadians(piece.rotation + piece.spin * tick);
+        }
+    }
+    const double bare = medianSeconds(kRuns, [&] {
+        for (int tick = 0; tick < kTicks; ++tick) {
+            QPainter painter(&image);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setOpacity(1.0 - tick / 130.0);
+            for (size_t i = 0; i < pieces.size(); ++i) {
+                const Piece &piece = pieces[i];
+                painter.setWorldTransform(places[tick][i]);
+                painter.fillRect(QRectF(-piece.width / 2, -piece.height / 2, piece.width, piece.height),
+                                 Qt::red);
+            }
+        }
+    }) / kTicks;
+    std::printf("confetti, 110 pieces   ratio %.0f   %7.3f ms   bare fillRect loop  %7.3f ms   %5.2f x\n",
+                ratio, ours * 1e3, bare * 1e3, ours / bare);
+}
+
+void printFrame(const char *what, QWidget &widget)
+{
+    for (double ratio : { 1.0, 2.0 }) {
+        const double seconds = frameSeconds(widget, ratio);
+        std::printf("%-22s ratio %.0f   %7.3f ms   a frame at 60 Hz    %7.3f ms   %5.1f %%\n", what,
+                    ratio, seconds * 1e3, kFrameBudget * 1e3, 100 * seconds / kFrameBudget);
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    for (double ratio : { 1.0, 2.0 }) {
+        compareMark("mid-entrance", ratio, { 0.7, 0.6, 0.4, 0.2 }, 1.0);
+        compareMark("half full", ratio, { 1.0, 1.0, 1.0, 1.0 }, 0.5);
+        compareConfetti(ratio);
+    }
+    AnimatedMark mark;
+    mark.resize(mark.sizeHint());
+    for (auto set : { &AnimatedMark::setA1Progress, &AnimatedMark::setA2Progress,
+                      &AnimatedMark::setA3Progress, &AnimatedMark::setA4Progress })
+        (mark.*set)(1.0);
+    mark.setDriftOffset(-1.7);
+    printFrame("mark, floating", mark);
+    RadioOption radio(u"I accept the license agreement"_s);
+    radio.resize(440, 30);
+    radio.setSelectProgress(0.5);
+    radio.setHoverProgress(0.5);
+    printFrame("radio option", radio);
+    ToggleCheckbox toggle(u"Create a desktop shortcut"_s);
+    toggle.resize(440, 32);
+    toggle.setCheckProgress(0.5);
+    toggle.setHoverProgress(0.5);
+    printFrame("check box", toggle);
+    ProgressTrack track;
+    track.resize(440, 4);
+    track.setValue(0.5);
+    printFrame("progress track", track);
+    SealCheck seal;
+    seal.resize(seal.sizeHint());
+    seal.setCircleProgress(0.9);
+    seal.setCheckProgress(0.6);
+    printFrame("seal", seal);
+    GifBadge badge(u":/assets/bye.gif"_s, 64);
+    badge.resize(badge.sizeHint());
+    badge.setPopProgress(0.9);
+    printFrame("badge", badge);
+}

@@ -1,0 +1,155 @@
+"""Odd files, folders, registry values and users: the wizard stays upright and literal."""
+
+import os
+import shutil
+import unittest
+
+from testcase import ENGINE, WizardTestCase
+from wizard import Wizard, wait_until
+
+BUILT_IN = "Varnel Schematics — License Agreement"
+
+
+class Hostile(WizardTestCase):
+    def setUp(self):
+        super().setUp()
+        self.programs = self.sandbox.root / "setup" / "bin"
+        self.programs.mkdir(parents=True)
+
+    def license_shown(self):
+        """The licence that a copy of the program shows which has ours for a neighbour."""
+        program = self.programs / "VarnelSetup"
+        if not program.exists():
+            shutil.copy(os.environ["VARNEL_SETUP"], program)
+        with Wizard("--install", sandbox=self.sandbox, program=str(program)) as wizard:
+            wizard.go("Next", "License Agreement")
+            text = wizard.document()
+            wizard.go("Back", "Welcome to the")
+            self.end(wizard, "Cancel")
+            self.assertEqual(wizard.warnings(), "")
+        return text
+
+    def test_license_files(self):
+        beside = self.programs / "LICENSE.txt"
+        above = self.programs.parent / "LICENSE.txt"
+
+        beside.write_text(" \n\t\n")
+        self.assertTrue(self.license_shown().startswith(BUILT_IN), "a blank one is none")
+        above.write_text("from above")
+        self.assertEqual(self.license_shown(), "from above")
+        beside.unlink()
+        beside.mkdir()
+        self.assertEqual(self.license_shown(), "from above", "a folder is none")
+        beside.rmdir()
+        markup = "<h1>Terms</h1> &amp; <b>more</b> %1"
+        beside.write_text(markup)
+        self.assertEqual(self.license_shown(), markup)
+        beside.write_bytes(b"caf\xe9 \xff ok")
+        self.assertEqual(self.license_shown(), "caf\ufffd \ufffd ok")
+        beside.write_text("A clause.\n" * (5 * 1024 * 1024 // 10))
+        self.assertTrue(self.license_shown().startswith("A clause.\nA clause."))
+
+    def install_below(self, folder):
+        """Walks to the run with `folder` for the program files; returns the wizard and the target."""
+        self.sandbox.environment["ProgramFiles"] = str(folder)
+        target = folder / "Varnel Schematics"
+        wizard = self.start("--install", "--setup-exe", ENGINE)
+        wizard.walk_to_ready()
+        self.assertIn(str(target), wizard.wait_text("Destination location:"))
+        wizard.click("Install")
+        return wizard, target
+
+    def test_destinations_that_work(self):
+        for name in ("%1 a%2b", "a&b <i>", "Схемы 回路図", "ends with a blank ",
+                     "-" * 100 + "/" + "=" * 100, "it's"):
+            with self.subTest(name=name):
+                wizard, target = self.install_below(self.sandbox.root / name)
+                wizard.wait_text(f"Installed to {target}.")
+                self.assertTrue((target / "VarnelSolutions.exe").is_file())
+                self.end(wizard, "Close")
+
+    def test_destinations_that_fail(self):
+        (self.sandbox.root / "a file").write_text("")
+        for name, sentence in (
+                ("a file", "Setup failed while preparing to install."),
+                ('a "quoted" name',
+                 "Setup cannot install into a folder whose name has a double quote.")):
+            with self.subTest(name=name):
+                wizard, target = self.install_below(self.sandbox.root / name)
+                wizard.wait_text(sentence)
+                self.assertFalse(target.exists())
+                self.end(wizard, "Close")
+
+    def test_registry_values(self):
+        folder = self.sandbox.root / "installed"
+        folder.mkdir()
+        long = "9." * 5000
+        for version, shown in ((7, "Installed 7"), ("   ", "Installed not found"),
+                               ({"a": 1}, "Installed not found"), (["1"], "Installed not found"),
+                               (long, f"Installed {long}"), ("<b>1</b>&", "Installed <b>1</b>&")):
+            with self.subTest(version=str(version)[:20]):
+                self.sandbox.record_installation(DisplayVersion=version,
+                                                 InstallLocation=f"{folder}//")
+                wizard = self.start()
+                wizard.wait_text("Update Available for Varnel Schematics")
+                wizard.wait_text(shown)
+                self.end(wizard, "Skip")
+        for location in (str(folder / "gone"), "", "   ", 5, {"x": "y"}, "\\\\", long):
+            with self.subTest(location=str(location)[:20]):
+                self.sandbox.record_installation(DisplayVersion="1.0", InstallLocation=location)
+                wizard = self.start()
+                wizard.wait_text("Welcome to the Varnel Schematics Setup Wizard")
+                self.end(wizard, "Cancel")
+
+    def test_linked_preferences_are_left_alone(self):
+        precious = self.sandbox.root / "precious"
+        precious.mkdir()
+        (precious / "thesis.txt").write_text("mine")
+        self.sandbox.preferences.parent.mkdir(parents=True)
+        self.sandbox.preferences.symlink_to(precious)
+        self.sandbox.scenario("files = 3")
+        wizard = self.start_installation()
+        wizard.wait_text("is installed")
+        self.end(wizard, "Close")
+        wizard = self.start("--uninstall")
+        wizard.click("Also delete my preferences and cached data")
+        wizard.click("Uninstall")
+        wizard.wait_text("See You Later!")
+        self.assertEqual((precious / "thesis.txt").read_text(), "mine")
+        self.end(wizard, "Close")
+
+    def test_ten_quick_presses_leave_one_page(self):
+        wizard = self.start("--install", "--setup-exe", ENGINE)
+        wizard.go("Next", "License Agreement")
+        wizard.click("I accept the license agreement")
+        wizard.go("Next", "Checking your system")
+        wizard.press(*["Return", "Escape"] * 5)
+        wizard.wait_text("Checking your system")
+        wizard.wait_settled()
+        wait_until(lambda: len(wizard.rows()) == 9, "the nine findings")
+        titles = [text for text in wizard.texts() if text in (
+            "Checking your system", "Select Destination Location", "License Agreement")]
+        self.assertEqual(titles, ["Checking your system"])
+        self.assertEqual(wizard.buttons(),
+                         {"Minimize": True, "Close": True, "Back": True, "Next": True})
+        wizard.click("Close")
+        self.assertEqual(wizard.wait_end(), 0)
+
+    def test_smart_app_control_warns_and_does_not_block(self):
+        policy = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\CI\\Policy"
+        self.sandbox.write_registry({policy: {"VerifiedAndReputablePolicyState": 1}})
+        wizard = self.start("--install", "--setup-exe", ENGINE)
+        wizard.go("Next", "License Agreement")
+        wizard.click("I accept the license agreement")
+        wizard.go("Next", "Checking your system")
+        wizard.wait_text("Smart App Control will block Varnel Schematics from starting.")
+        self.assertIn("Smart App Control: On — blocks the app", wizard.rows())
+        wizard.go("Next", "Select Destination Location")
+        wizard.go("Back", "Checking your system")
+        wizard.go("Back", "License Agreement")
+        wizard.click("Close")
+        self.assertEqual(wizard.wait_end(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
