@@ -75,6 +75,7 @@ void InstallerEngine::startUninstall(const QString &uninstallerPath)
 
 void InstallerEngine::stop()
 {
+    ++m_stopCount;
     m_pollTimer.stop();
     if (QProcess *process = std::exchange(m_process, nullptr)) {
         process->disconnect(this);
@@ -133,17 +134,21 @@ void InstallerEngine::poll()
     const StatusFile report = parseStatusFile(file.read(kStatusFileLimit));
     file.close();
 
+    // Any of these signals may be answered by a stop, after which the run says no more.
+    const int stopCount = m_stopCount;
     if (report.fraction && *report.fraction > m_lastFraction + kSmallestStep) {
         m_lastFraction = *report.fraction;
         Q_EMIT progress(m_lastFraction);
     }
-    setCurrentFile(report.file);
-    if (!report.status.isEmpty() && report.status != m_status) {
+    if (stopCount == m_stopCount)
+        setCurrentFile(report.file);
+    if (stopCount == m_stopCount && !report.status.isEmpty() && report.status != m_status) {
         m_status = report.status;
         Q_EMIT statusChanged(m_status);
     }
     // After the status file: of two names for the same moment the log's is the one that stays.
-    setCurrentFile(m_logTail.readNewestFile());
+    if (stopCount == m_stopCount)
+        setCurrentFile(m_logTail.readNewestFile());
 }
 
 void InstallerEngine::setCurrentFile(const QString &path)
@@ -164,7 +169,10 @@ void InstallerEngine::onProcessError()
 
 void InstallerEngine::onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
+    const int stopCount = m_stopCount;
     poll();
+    if (stopCount != m_stopCount)
+        return; // somebody heard the last words and stopped this run, or began another
     m_pollTimer.stop();
     if (std::exchange(m_hasEnded, true))
         return;

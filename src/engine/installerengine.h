@@ -83,4 +83,5 @@ private:
     QProcess *m_process = nullptr; ///< owned; deleted through the event loop, it may be its own sender
     QTimer m_pollTimer;
     bool m_hasEnded = false;
+    int m_stopCount = 0; ///< tells whoever emits a signal that its receiver has stopped the run
 };

@@ -10,9 +10,10 @@ bool isDriveRoot(QStringView path)
         return true;
     if (path.size() < 2 || path.size() > 3 || path[1] != u':')
         return false;
-    const char16_t drive = path[0].toUpper().unicode();
+    const char16_t drive = path[0].unicode();
+    const bool isDrive = (drive >= u'A' && drive <= u'Z') || (drive >= u'a' && drive <= u'z');
     const bool endsAsRoot = path.size() == 2 || path[2] == u'/' || path[2] == u'\\';
-    return drive >= u'A' && drive <= u'Z' && endsAsRoot;
+    return isDrive && endsAsRoot;
 }
 
 QString installFolder(const QString &path)

@@ -66,8 +66,11 @@ QString LogTail::readNewestFile()
         if (!log.seek(start) || log.read(block.data(), block.size()) != block.size())
             return {}; // cut short under our hands: the next poll looks again
 
-        // The block's first line may have begun before it; it then belongs to the next block.
-        const qsizetype firstLine = start > begin ? block.indexOf('\n') + 1 : 0;
+        // The block's first line may have begun before it; it then belongs to the next block, unless it
+        // fills this one.
+        qsizetype firstLine = start > begin ? block.indexOf('\n') + 1 : 0;
+        if (firstLine == block.size())
+            firstLine = 0;
         if (const QString file = lastFileIn(QByteArrayView(block).sliced(firstLine)); !file.isEmpty())
             return file;
         end = start + firstLine;

@@ -25,5 +25,6 @@ QVariant readRegistryValue(const QString &keyPath, const QString &name)
     if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};
     const QJsonObject registry = QJsonDocument::fromJson(file.readAll()).object();
-    return findIgnoringCase(findIgnoringCase(registry, keyPath).toObject(), name).toVariant();
+    const QJsonValue value = findIgnoringCase(findIgnoringCase(registry, keyPath).toObject(), name);
+    return value.isString() || value.isDouble() ? value.toVariant() : QVariant();
 }

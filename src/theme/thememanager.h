@@ -11,7 +11,7 @@ class ThemeManager : public QObject
     Q_OBJECT
 
 public:
-    enum Theme { Light = 0, Dark = 1 };
+    enum Theme : int { Light = 0, Dark = 1 };
     Q_ENUM(Theme)
 
     [[nodiscard]] static ThemeManager &instance();

@@ -70,9 +70,10 @@ QPushButton *InstallerFooterBar::addButton(const QString &text, bool primary, bo
 {
     auto *button = new ThemedButton(text, kButtonRadius, this);
     button->setFixedHeight(kButtonHeight);
-    const QString variant = danger ? u"danger"_s : primary ? u"primary"_s : u"ghost"_s;
-    button->setProperty(kVariantProperty, variant);
-    setThemedStyleSheet(button, buttonStyle(variant));
+    button->setProperty(kVariantProperty, danger ? u"danger"_s : primary ? u"primary"_s : u"ghost"_s);
+    onThemeChange(button, [button] {
+        button->setStyleSheet(themed(buttonStyle(button->property(kVariantProperty).toString())));
+    });
     m_buttonRow->addWidget(button);
     button->show(); // now, not in the next turn of the event loop: it may be given the focus
     m_buttons.append(button);

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <QString>
+#include <QtGlobal>
 
-/// Memory that this process holds at present, in bytes; -1 where that says nothing about what it
-/// needs, because freed memory is kept on purpose.
-[[nodiscard]] qint64 residentMemory();
+/// The most memory that this process has held so far, in bytes; -1 where that says nothing about
+/// what it needs, because freed memory is kept on purpose.
+[[nodiscard]] qint64 peakMemory();
 
 /// What this process has read through system calls so far, in bytes; -1 where the system won't say.
 [[nodiscard]] qint64 bytesRead();
@@ -14,3 +15,15 @@
 
 /// Makes a FIFO; false if it cannot be made or if the system has none.
 [[nodiscard]] bool makeFifo(const QString &path);
+
+/// As long as it lives, this process can open no more files, pipes or connections.
+class NoMoreFiles
+{
+public:
+    NoMoreFiles();
+    ~NoMoreFiles();
+    Q_DISABLE_COPY_MOVE(NoMoreFiles)
+
+private:
+    quint64 m_limitBefore = 0;
+};

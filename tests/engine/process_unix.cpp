@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,31 +12,34 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QByteArray contentOf(const QString &path)
+/// The number behind `key` in a text of the system's, such as "VmHWM:   1234 kB"; -1 without one.
+qint64 numberIn(const QString &path, const QByteArray &key)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(key))
+            return line.sliced(key.size()).simplified().split(' ').first().toLongLong();
+    }
+    return -1;
 }
 
 } // namespace
 
-qint64 residentMemory()
+qint64 peakMemory()
 {
 #ifdef __SANITIZE_ADDRESS__
     return -1;
+#else
+    const qint64 kilobytes = numberIn(u"/proc/self/status"_s, "VmHWM:");
+    return kilobytes < 0 ? -1 : kilobytes * 1024;
 #endif
-    return contentOf(u"/proc/self/statm"_s).split(' ').value(1).toLongLong()
-        * sysconf(_SC_PAGESIZE);
 }
 
 qint64 bytesRead()
 {
-    const QByteArray key = "rchar: ";
-    for (const QByteArray &line : contentOf(u"/proc/self/io"_s).split('\n')) {
-        if (line.startsWith(key))
-            return line.sliced(key.size()).toLongLong();
-    }
-    return -1;
+    return numberIn(u"/proc/self/io"_s, "rchar:");
 }
 
 bool processExists(qint64 processId)
@@ -46,4 +50,24 @@ bool processExists(qint64 processId)
 bool makeFifo(const QString &path)
 {
     return ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
+}
+
+NoMoreFiles::NoMoreFiles()
+{
+    rlimit limit = {};
+    const int firstFree = ::dup(STDIN_FILENO);
+    if (firstFree < 0 || ::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        qFatal("Cannot limit the number of files");
+    ::close(firstFree);
+    m_limitBefore = limit.rlim_cur;
+    limit.rlim_cur = rlim_t(firstFree);
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+NoMoreFiles::~NoMoreFiles()
+{
+    rlimit limit = {};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = rlim_t(m_limitBefore);
+    ::setrlimit(RLIMIT_NOFILE, &limit);
 }

@@ -1,30 +1,13 @@
+#include "engine/bracketlanguage.h"
 #include "engine/exitcode.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>
 #include <QTest>
-#include <QTranslator>
 
 #include <limits>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-/// A language in which every sentence of the engine stands in brackets.
-class BracketLanguage : public QTranslator
-{
-public:
-    [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(const char *context, const char *text, const char *,
-                                    int) const override
-    {
-        return qstrcmp(context, "InstallerEngine") == 0 ? u'[' + QString::fromUtf8(text) + u']'
-                                                        : QString();
-    }
-};
-
-} // namespace
 
 class TestExitCode : public QObject
 {

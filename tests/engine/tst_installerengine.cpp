@@ -1,14 +1,10 @@
 #include "engine/enginerecord.h"
-#include "engine/installerengine.h"
-#include "support/sandbox.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTest>
-
-#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -27,15 +23,8 @@ private Q_SLOTS:
     void temporaryFiles();
     void leftoversAreReplaced();
     void twoRunsInARow();
-    void everythingStartsAnew();
     void uninstall();
     void uninstallAfterInstall();
-    void progressGrows();
-    void orderAtTheEnd();
-    void lastWordsOfAShortRun();
-    void successWithoutReports_data();
-    void successWithoutReports();
-    void successIgnoresTheLog();
     void nextRunFromTheFinishedSignal();
 };
 
@@ -253,25 +242,6 @@ void TestInstallerEngine::twoRunsInARow()
     QCOMPARE(sandbox.tempFiles(), filesOfTheSecond);
 }
 
-void TestInstallerEngine::everythingStartsAnew()
-{
-    Sandbox sandbox;
-    sandbox.setScenario("progress = 60\nfile = one file\nstatus = one status\nlog-none = yes");
-    InstallerEngine engine;
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    // Nothing of the first run keeps the same words of the second from being told.
-    for (int run = 1; run <= 2; ++run) {
-        EngineRecord record(engine);
-        engine.startInstall(sandbox.path(u"app"_s), {});
-        QVERIFY(record.waitForEnd());
-        record.settle();
-        QVERIFY(record.fractions.contains(0.6));
-        QCOMPARE(record.files.last(), u"one file"_s);
-        QCOMPARE(record.statuses.last(), u"one status"_s);
-        QCOMPARE(record.told.last(), u"finished"_s);
-    }
-}
-
 void TestInstallerEngine::uninstall()
 {
     const Sandbox sandbox;
@@ -330,119 +300,6 @@ void TestInstallerEngine::uninstallAfterInstall()
     const QList<bool> bothWell { true, true };
     QCOMPARE(record.successes, bothWell);
     QCOMPARE(sandbox.tempFiles(), QStringList { fileName(engine.statusFilePath()) });
-}
-
-void TestInstallerEngine::progressGrows()
-{
-    Sandbox sandbox;
-    sandbox.setScenario("delay-ms = 15");
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QVERIFY(record.waitForEnd());
-    record.settle();
-    // Told along the way, not only at the end: the run takes 16 polls.
-    QVERIFY2(record.fractions.size() > 5, qPrintable(QString::number(record.fractions.size())));
-    QVERIFY(record.files.size() > 5);
-    QVERIFY(record.fractions.first() > 0 && record.fractions.first() < 0.5);
-    for (qsizetype i = 1; i < record.fractions.size() - 1; ++i)
-        QVERIFY(record.fractions[i] > record.fractions[i - 1] + 0.0001);
-    QCOMPARE(record.fractions.last(), 1.0);
-    const QStringList statuses { u"Extracting application files\u2026"_s,
-                                 u"Installing WebView2 Runtime\u2026"_s,
-                                 u"Registering .sch and .pcb file types\u2026"_s,
-                                 u"Creating shortcuts\u2026"_s };
-    // A poll may miss a status that does not last, but tells none twice.
-    QVERIFY(record.statuses.size() >= 2);
-    qsizetype last = -1;
-    for (const QString &status : std::as_const(record.statuses)) {
-        QVERIFY2(statuses.indexOf(status) > last, qPrintable(status));
-        last = statuses.indexOf(status);
-    }
-}
-
-void TestInstallerEngine::orderAtTheEnd()
-{
-    Sandbox sandbox;
-    sandbox.setScenario("progress = 42.5\nfile = a\nstatus = b\nfiles = 2");
-    const QString folder = sandbox.path(u"app"_s);
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(folder, {});
-    QVERIFY(record.waitForEnd());
-    record.settle();
-    const qsizetype progress = record.told.indexOf(u"progress 0.425"_s);
-    const qsizetype file = record.told.indexOf(u"file a"_s);
-    const qsizetype status = record.told.indexOf(u"status b"_s);
-    const qsizetype loggedFile =
-        record.told.lastIndexOf(u"file "_s + native(folder + u"/data/000000/file-000001.bin"));
-    QVERIFY(progress >= 0);
-    QVERIFY(progress < file);
-    QVERIFY(file < status);
-    QVERIFY(status < loggedFile);
-    const QStringList end { u"progress 1"_s, u"finished"_s };
-    QCOMPARE(record.told.last(2), end);
-    QCOMPARE(loggedFile, record.told.size() - 3);
-}
-
-void TestInstallerEngine::lastWordsOfAShortRun()
-{
-    Sandbox sandbox;
-    sandbox.setScenario("files = 1\nstatus = first\nstatus = middle\nstatus = middle\n"
-                        "status = middle\nstatus = middle\nstatus = middle\nstatus = middle\n"
-                        "status = last words");
-    const QString folder = sandbox.path(u"app"_s);
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(folder, {});
-    QVERIFY(record.waitForEnd());
-    QCOMPARE(record.statuses.last(), u"last words"_s);
-    QCOMPARE(record.files.last(), native(folder + u"/VarnelSolutions.exe"));
-    QVERIFY(record.told.indexOf(u"status last words"_s) < record.told.indexOf(u"finished"_s));
-}
-
-void TestInstallerEngine::successWithoutReports_data()
-{
-    QTest::addColumn<QByteArray>("scenario");
-    QTest::newRow("nothing written") << QByteArray("finish-at-once = yes");
-    QTest::newRow("no status file") << QByteArray("status-path = never");
-    QTest::newRow("progress never grows") << QByteArray("progress = 0");
-    QTest::newRow("progress is no number") << QByteArray("progress = abc");
-}
-
-void TestInstallerEngine::successWithoutReports()
-{
-    QFETCH(const QByteArray, scenario);
-    Sandbox sandbox;
-    sandbox.setScenario(scenario);
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QVERIFY(record.waitForEnd());
-    record.settle();
-    QCOMPARE(record.fractions, QList<double> { 1.0 });
-    const QStringList end { u"progress 1"_s, u"finished"_s };
-    QCOMPARE(record.told.last(2), end);
-    QCOMPARE(record.errors, QStringList { QString() });
-}
-
-void TestInstallerEngine::successIgnoresTheLog()
-{
-    Sandbox sandbox;
-    sandbox.setScenario("log-line = An error: it failed.\nmessage-box = Disk full.");
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QVERIFY(record.waitForEnd());
-    record.settle();
-    QCOMPARE(record.errors, QStringList { QString() });
-    QCOMPARE(engine.lastLogPath(), QString());
-    QVERIFY(!QFile::exists(sandbox.tempFolder() + u"/varnel_setup_last.log"));
 }
 
 void TestInstallerEngine::nextRunFromTheFinishedSignal()

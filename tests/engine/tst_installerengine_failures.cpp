@@ -1,5 +1,7 @@
+#include "engine/bracketlanguage.h"
 #include "engine/enginerecord.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -22,6 +24,7 @@ private Q_SLOTS:
     void noUninstaller_data();
     void noUninstaller();
     void noUninstallerDuringARun();
+    void sentencesAreTranslated();
     void exitCode_data();
     void exitCode();
     void exitCodeOfAnUninstaller_data();
@@ -132,17 +135,16 @@ void TestInstallerEngineFailures::programThatCannotStart()
 void TestInstallerEngineFailures::noUninstaller_data()
 {
     QTest::addColumn<QString>("path");
-    const Sandbox sandbox;
     QTest::newRow("empty") << QString();
-    QTest::newRow("missing") << sandbox.path(u"unins000.exe"_s);
-    QTest::newRow("folder") << QDir::tempPath();
+    QTest::newRow("missing") << u"unins000.exe"_s;
+    QTest::newRow("folder") << u"temp"_s;
 }
 
 void TestInstallerEngineFailures::noUninstaller()
 {
     QFETCH(const QString, path);
     EngineRun run("");
-    run.engine.startUninstall(path);
+    run.engine.startUninstall(path.isEmpty() ? path : run.sandbox.path(path));
     QCOMPARE(run.record.told, QStringList { u"failed The uninstaller could not be found."_s });
     run.record.settle();
     QCOMPARE(run.record.told.size(), 1);
@@ -162,6 +164,20 @@ void TestInstallerEngineFailures::noUninstallerDuringARun()
     QCOMPARE(run.engine.statusFilePath(), status);
     QVERIFY(run.record.waitForEnd(2));
     QCOMPARE(run.record.told.last(), u"finished"_s);
+}
+
+void TestInstallerEngineFailures::sentencesAreTranslated()
+{
+    BracketLanguage language;
+    QVERIFY(QCoreApplication::installTranslator(&language));
+    EngineRun run("finish-at-once = yes\nexit-code = 9");
+    run.engine.startUninstall({});
+    QCOMPARE(run.record.errors.last(), u"[The uninstaller could not be found.]"_s);
+    QVERIFY(run.toTheEnd(2));
+    QCOMPARE(run.record.errors.last(), u"[Setup exited with code 9.]"_s);
+    run.engine.setSetupExecutable({});
+    run.start();
+    QCOMPARE(run.record.errors.last(), u"[No setup engine was supplied.]"_s);
 }
 
 void TestInstallerEngineFailures::exitCode_data()

@@ -6,7 +6,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
-#include <algorithm>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,6 +21,7 @@ private Q_SLOTS:
     void severalWords_data();
     void severalWords();
     void from();
+    void everyPlaceInALongText();
     void everyLetterInBothCases();
     void longestWord();
     void endsWithTheView();
@@ -158,6 +159,26 @@ void TestWordFinder::from()
     QCOMPARE(offset(finder.find(text, text.size() + 100)), kNowhere);
 }
 
+// Wherever a search in larger portions may have its borders.
+void TestWordFinder::everyPlaceInALongText()
+{
+    const WordFinder finder { "suppressed message box", "exception", "error", "failed" };
+    const QByteArrayList words { "Suppressed Message Box", "EXCEPTION", "error", "failed" };
+    constexpr qsizetype kSize = 1100;
+    for (const QByteArray &word : words) {
+        for (qsizetype place = 0; place + word.size() <= kSize; ++place) {
+            QByteArray text(kSize, 'x');
+            text.replace(place, word.size(), word);
+            QCOMPARE(offset(finder.find(text)), place);
+            QCOMPARE(offset(finder.find(text, place)), place);
+            QCOMPARE(offset(finder.find(text, place + 1)), kNowhere);
+            QCOMPARE(offset(finder.find(QByteArrayView(text).first(place + word.size()))), place);
+            QCOMPARE(offset(finder.find(QByteArrayView(text).first(place + word.size() - 1))),
+                     kNowhere);
+        }
+    }
+}
+
 void TestWordFinder::everyLetterInBothCases()
 {
     const QByteArray alphabet = "abcdefghijklmnopqrstuvwxyz";
@@ -202,27 +223,45 @@ void TestWordFinder::endsWithTheView()
     QCOMPARE(offset(finder.find(QByteArrayView(text).first(7))), kNowhere);
     QCOMPARE(offset(finder.find(QByteArrayView(text).sliced(4))), kNowhere);
     QCOMPARE(offset(finder.find(QByteArrayView(text).sliced(3))), 0);
+
+    // Blocks of their own, of which an address sanitizer knows the end.
+    for (size_t size = 0; size < 1100; ++size) {
+        const std::vector<char> block(size, 'r');
+        const QByteArrayView view(block.data(), qsizetype(size));
+        QCOMPARE(offset(finder.find(view)), kNowhere);
+    }
 }
 
 void TestWordFinder::likeNaiveSearch_data()
 {
     QTest::addColumn<QByteArray>("wordAlphabet");
     QTest::addColumn<QByteArray>("textAlphabet");
-    QTest::addColumn<int>("longest");
-    QTest::newRow("two letters") << QByteArray("ab") << QByteArray("abAB") << 9;
-    QTest::newRow("three letters") << QByteArray("abc") << QByteArray("abcABC") << 5;
-    QTest::newRow("letters and blank") << QByteArray("ab ") << QByteArray("abAB \n") << 4;
-    QTest::newRow("pairs") << QByteArray("abcz") << QByteArray("abczABCZ-") << 2;
-    QTest::newRow("neighbours of letters") << QByteArray("az@[`{") << QByteArray("azAZ@[`{") << 3;
-    QTest::newRow("all kinds of bytes")
-        << QByteArray("ab\0\xC3\xA9\xFF", 6) << QByteArray("abAB\0\xC3\xA9\xFF", 8) << 4;
+    QTest::addColumn<int>("longestWord");
+    QTest::addColumn<int>("longestText");
+    const auto row = [](const char *name, const QByteArray &wordAlphabet,
+                        const QByteArray &textAlphabet, int longestWord, int longestText) {
+        QTest::newRow(name) << wordAlphabet << textAlphabet << longestWord << longestText;
+    };
+    const QByteArray rare(60, '-');
+    row("two letters", "ab", "abAB", 9, 60);
+    row("three letters", "abc", "abcABC", 5, 60);
+    row("letters of unlike frequency", "etqz", "etqzETQZ", 6, 90);
+    row("letters and blank", "ab ", "abAB \n", 4, 60);
+    row("pairs", "abcz", "abczABCZ-", 2, 60);
+    row("neighbours of letters", "az@[`{", "azAZ@[`{", 3, 60);
+    row("all kinds of bytes", QByteArray("ab\0\xC3\xA9\xFF", 6),
+        QByteArray("abAB\0\xC3\xA9\xFF", 8), 4, 60);
+    row("long texts", "abc", "abcABC", 12, 2000);
+    row("long texts, seldom a letter", "abe", "abeABE" + rare, 3, 3000);
+    row("long texts, hardly ever a letter", "e", "E" + rare, 2, 3000);
 }
 
 void TestWordFinder::likeNaiveSearch()
 {
     QFETCH(const QByteArray, wordAlphabet);
     QFETCH(const QByteArray, textAlphabet);
-    QFETCH(const int, longest);
+    QFETCH(const int, longestWord);
+    QFETCH(const int, longestText);
     QRandomGenerator random(20260101);
     int found = 0;
     constexpr int kFinders = 150;
@@ -230,11 +269,12 @@ void TestWordFinder::likeNaiveSearch()
     for (int i = 0; i < kFinders; ++i) {
         QByteArrayList words;
         for (int j = 0; j < 4; ++j)
-            words << randomBytes(random, wordAlphabet, random.bounded(2, longest + 1));
+            words << randomBytes(random, wordAlphabet, random.bounded(2, longestWord + 1));
         const WordFinder finder { words[0], words[1], words[2], words[3] };
         for (int j = 0; j < kTextsEach; ++j) {
-            const QByteArray text = randomBytes(random, textAlphabet, random.bounded(0, 60));
-            const qsizetype from = random.bounded(0, 8);
+            const QByteArray text =
+                randomBytes(random, textAlphabet, random.bounded(0, longestText));
+            const qsizetype from = random.bounded(0, 8) * random.bounded(0, longestText / 8);
             const qsizetype expected = naiveFind(words, text, from);
             const QByteArray example =
                 words.join('|') + " in " + text + " from " + QByteArray::number(from);

@@ -73,6 +73,7 @@ void TestProbesDisk::volume_data()
     QTest::newRow("missing in the own folder") << u"{own}/home/a"_s << u"{own}"_s;
     QTest::newRow("two missing in the own folder") << u"{own}/home/a/b"_s << u"{own}"_s;
     QTest::newRow("file for a folder") << u"{own}/file/a"_s << u"{own}"_s;
+    QTest::newRow("file for a folder, other volume") << u"/dev/null/a/b"_s << u"/dev"_s;
     QTest::newRow("blanks, signs, other scripts") << u"{own}/a %1 & \"б\" /c"_s << u"{own}"_s;
     QTest::newRow("200 characters")
         << QString(u"{own}/" + QString(200, u'x') + u"/y") << u"{own}"_s;

@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <thread>
 #include <type_traits>
 
 using namespace Qt::Literals::StringLiterals;
@@ -98,6 +99,9 @@ void TestThemeManager::init()
 void TestThemeManager::instanceIsOneObject()
 {
     QCOMPARE(&ThemeManager::instance(), &ThemeManager::instance());
+    const ThemeManager *elsewhere = nullptr;
+    std::thread([&elsewhere] { elsewhere = &ThemeManager::instance(); }).join();
+    QCOMPARE(elsewhere, &ThemeManager::instance());
     QVERIFY(!manager().parent());
 }
 

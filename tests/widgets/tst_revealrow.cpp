@@ -1,0 +1,283 @@
+#include "pages/manualclock.h"
+#include "pages/strictwarnings.h"
+#include "pages/timerwatch.h"
+#include "support/grab.h"
+#include "theme/themed.h"
+#include "widgets/course.h"
+#include "widgets/look.h"
+#include "widgets/paintwatch.h"
+#include "widgets/revealrow.h"
+
+#include <QMetaProperty>
+#include <QPainter>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kDuration = 300;
+constexpr int kSlide = 6;
+
+/// Paints itself red, but for a margin of 8 above and below.
+class Row : public RevealRow
+{
+public:
+    explicit Row(int slide = kSlide)
+        : RevealRow(slide, u"A row"_s)
+    {
+        resize(100, 40);
+    }
+
+    int paints = 0;
+
+protected:
+    void paintRow(QPainter &painter) override
+    {
+        ++paints;
+        painter.fillRect(QRect(0, 8, 100, 24), Qt::red);
+    }
+};
+
+Course course(double from, double to)
+{
+    return { from, to, kDuration, QEasingCurve::OutCubic };
+}
+
+} // namespace
+
+class TestRevealRow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { qunsetenv("VARNEL_REDUCED_MOTION"); }
+    void isHiddenAtFirst();
+    void property();
+    void settingRepaints();
+    void revealing();
+    void turnsBackFromWhereItIs();
+    void nothingIfItIsThere();
+    void delayed();
+    void delayIsCountedAnew();
+    void resetEndsTheAnimation();
+    void resetForgetsTheDelay();
+    void shownBeforeItsDelayEnds();
+    void threshold();
+    void fadesAndSlides_data();
+    void fadesAndSlides();
+    void themeChangeRepaints();
+    void reducedMotion();
+};
+
+void TestRevealRow::init()
+{
+    failOnWarnings();
+    ThemeManager::instance().setDarkMode(false);
+}
+
+void TestRevealRow::isHiddenAtFirst()
+{
+    Row row;
+    QCOMPARE(row.reveal(), 0.0);
+    QVERIFY(!row.isRevealed());
+    QCOMPARE(row.accessibleName(), u"A row"_s);
+    QCOMPARE(pixelsUnlike(grabWidget(row), Qt::transparent), 0);
+    QCOMPARE(row.paints, 0);
+}
+
+void TestRevealRow::property()
+{
+    const QMetaObject &meta = RevealRow::staticMetaObject;
+    QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 1);
+    const QMetaProperty property = meta.property(meta.propertyOffset());
+    QCOMPARE(property.name(), "reveal");
+    QCOMPARE(property.metaType(), QMetaType::fromType<double>());
+    QVERIFY(property.isWritable());
+    Row row;
+    QVERIFY(row.setProperty("reveal", 0.25));
+    QCOMPARE(row.reveal(), 0.25);
+    QVERIFY(!row.isRevealed()); // what is painted says nothing about what is meant
+}
+
+void TestRevealRow::settingRepaints()
+{
+    Row row;
+    PaintWatch watch(row);
+    row.setReveal(0.5);
+    QVERIFY(watch.seesRepaint());
+}
+
+void TestRevealRow::revealing()
+{
+    ManualClock clock;
+    Row row;
+    row.setRevealed(true);
+    QVERIFY(row.isRevealed());
+    QCOMPARE(departure(clock, course(0.0, 1.0), [&] { return row.reveal(); }), QString());
+    row.setRevealed(false);
+    QVERIFY(!row.isRevealed());
+    QCOMPARE(departure(clock, course(1.0, 0.0), [&] { return row.reveal(); }), QString());
+}
+
+void TestRevealRow::turnsBackFromWhereItIs()
+{
+    ManualClock clock;
+    Row row;
+    row.setRevealed(true);
+    clock.pass(90);
+    const double turn = row.reveal();
+    QVERIFY(turn > 0.4 && turn < 0.9);
+    row.setRevealed(false);
+    QCOMPARE(departure(clock, course(turn, 0.0), [&] { return row.reveal(); }), QString());
+}
+
+void TestRevealRow::nothingIfItIsThere()
+{
+    ManualClock clock;
+    Row row;
+    row.setRevealed(true);
+    clock.pass(kDuration / 2);
+    row.setRevealed(true); // would start over from the present value
+    clock.pass(kDuration / 2);
+    QCOMPARE(row.reveal(), 1.0);
+    row.setReveal(0.5);
+    row.setRevealed(true);
+    clock.pass(kDuration);
+    QCOMPARE(row.reveal(), 0.5);
+}
+
+void TestRevealRow::delayed()
+{
+    TimerWatch timers;
+    Row row;
+    row.revealAfter(70);
+    QVERIFY(!row.isRevealed());
+    QTRY_VERIFY_WITH_TIMEOUT(row.isRevealed(), 10000);
+    QCOMPARE(timers.shots(), QList<int>({ 70 }));
+    QTRY_COMPARE_WITH_TIMEOUT(row.reveal(), 1.0, 10000);
+    QCOMPARE(timers.shots(), QList<int>({ 70 }));
+}
+
+void TestRevealRow::delayIsCountedAnew()
+{
+    TimerWatch timers;
+    Row row;
+    row.revealAfter(1);
+    row.revealAfter(90);
+    row.revealAfter(50);
+    QTRY_VERIFY_WITH_TIMEOUT(row.isRevealed(), 10000);
+    QCOMPARE(timers.shots(), QList<int>({ 50 }));
+    Row other; // a later shot than any that could still come
+    other.revealAfter(120);
+    QTRY_VERIFY_WITH_TIMEOUT(other.isRevealed(), 10000);
+    QCOMPARE(timers.shots(), QList<int>({ 50, 120 }));
+}
+
+void TestRevealRow::resetEndsTheAnimation()
+{
+    ManualClock clock;
+    Row row;
+    row.setRevealed(true);
+    clock.pass(kDuration / 2);
+    row.resetReveal();
+    QCOMPARE(row.reveal(), 0.0);
+    QVERIFY(!row.isRevealed());
+    clock.pass(kDuration);
+    QCOMPARE(row.reveal(), 0.0);
+    row.setRevealed(true);
+    clock.pass(kDuration);
+    QCOMPARE(row.reveal(), 1.0);
+    row.resetReveal();
+    QCOMPARE(row.reveal(), 0.0); // at once, without a way back
+}
+
+void TestRevealRow::resetForgetsTheDelay()
+{
+    TimerWatch timers;
+    Row row;
+    Row later;
+    row.revealAfter(20);
+    later.revealAfter(60);
+    row.resetReveal();
+    QTRY_VERIFY_WITH_TIMEOUT(later.isRevealed(), 10000);
+    QVERIFY(!row.isRevealed());
+    QCOMPARE(timers.shots(), QList<int>({ 60 }));
+}
+
+void TestRevealRow::shownBeforeItsDelayEnds()
+{
+    ManualClock clock;
+    TimerWatch timers;
+    Row row;
+    row.revealAfter(60);
+    row.setRevealed(true);
+    clock.pass(kDuration / 2);
+    const double half = row.reveal();
+    QTRY_COMPARE_WITH_TIMEOUT(timers.shots(), QList<int>({ 60 }), 10000);
+    QCOMPARE(row.reveal(), half);
+    clock.pass(kDuration / 2);
+    QCOMPARE(row.reveal(), 1.0);
+}
+
+void TestRevealRow::threshold()
+{
+    Row row;
+    row.setReveal(0.001);
+    (void)grabWidget(row);
+    QCOMPARE(row.paints, 0);
+    row.setReveal(0.0011);
+    (void)grabWidget(row);
+    QCOMPARE(row.paints, 1);
+}
+
+void TestRevealRow::fadesAndSlides_data()
+{
+    QTest::addColumn<double>("reveal");
+    QTest::addColumn<int>("slide");
+    QTest::newRow("just come") << 0.25 << 8;
+    QTest::newRow("half-way") << 0.5 << 6;
+    QTest::newRow("half-way, short slide") << 0.5 << 4;
+    QTest::newRow("nearly there") << 0.75 << 8;
+    QTest::newRow("at rest") << 1.0 << 8;
+}
+
+void TestRevealRow::fadesAndSlides()
+{
+    QFETCH(const double, reveal);
+    QFETCH(const int, slide);
+    Row row(slide);
+    row.setReveal(reveal);
+    for (double ratio : { 1.0, 2.0 }) {
+        const QImage picture = grabWidget(row, ratio);
+        const double top = 8.0 + (1.0 - reveal) * slide;
+        const QColor red = faded(Qt::red, reveal);
+        QCOMPARE(difference(colourAt(picture, { 50, top + 0.1 }), red), QString());
+        QCOMPARE(colourAt(picture, { 50, top - 0.9 }).alpha(), 0);
+        QCOMPARE(difference(colourAt(picture, { 50, top + 23.5 }), red), QString());
+        QCOMPARE(colourAt(picture, { 50, top + 24.1 }).alpha(), 0);
+        QVERIFY(std::abs(paintedArea(picture) - 2400 * reveal) < 12);
+    }
+}
+
+void TestRevealRow::themeChangeRepaints()
+{
+    Row row;
+    row.setReveal(1.0);
+    PaintWatch watch(row);
+    ThemeManager::instance().setDarkMode(true);
+    QVERIFY(watch.seesRepaint());
+}
+
+void TestRevealRow::reducedMotion()
+{
+    qputenv("VARNEL_REDUCED_MOTION", "1");
+    Row row;
+    row.setRevealed(true);
+    QCOMPARE(row.reveal(), 1.0);
+    row.setRevealed(false);
+    QCOMPARE(row.reveal(), 0.0);
+}
+
+QTEST_MAIN(TestRevealRow)
+#include "tst_revealrow.moc"
