@@ -1,5 +1,5 @@
-// How long it takes to find out from a large log why a run failed, beside what grep takes to find the
-// same words in the same file.
+// How long it takes to find out from a large log why a run failed, beside what grep takes to find
+// the same words in the same file.
 //
 //   bench_logsummary [<megabytes>]
 
@@ -46,7 +46,8 @@ void compare(const char *what, const QString &path)
     const double megabytes = double(QFile(path).size()) / double(kMegabyte);
     const double ours = medianSeconds(kRuns, [&path] {
         QFile file(path);
-        if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || failureReason(file).isEmpty())
+        if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)
+            || failureReason(file).isEmpty())
             qFatal("No reason found");
     });
     const double grep = medianSeconds(kRuns, [&path] {
@@ -54,8 +55,8 @@ void compare(const char *what, const QString &path)
         process.start(u"grep"_s, { u"-ciE"_s, QString::fromLatin1(kWords), path });
         process.waitForFinished(-1);
     });
-    std::printf("%-34s %5.0f MB   summary %6.1f ms (%5.0f MB/s)   grep -ciE %6.1f ms   %.1f x\n", what,
-                megabytes, ours * 1e3, megabytes / ours, grep * 1e3, grep / ours);
+    std::printf("%-34s %5.0f MB   summary %6.1f ms (%5.0f MB/s)   grep -ciE %6.1f ms   %.1f x\n",
+                what, megabytes, ours * 1e3, megabytes / ours, grep * 1e3, grep / ours);
 }
 
 } // namespace
@@ -67,7 +68,8 @@ int main(int argc, char *argv[])
     const QString path = folder.filePath(u"engine.log"_s);
     writeLog(path, size, "2026-11-21 10:15:31.000   Log closed.\r\n");
     compare("no word of failure in it", path);
-    writeLog(path, size, "2026-11-21 10:15:31.000   Defaulting to OK for suppressed message box (OK):"
-                         "\r\n                          The disk is full.\r\n");
+    writeLog(path, size,
+             "2026-11-21 10:15:31.000   Defaulting to OK for suppressed message box (OK):"
+             "\r\n                          The disk is full.\r\n");
     compare("a message box at its end", path);
 }

@@ -33,18 +33,16 @@ void append(const QString &path, const QByteArray &content)
 /// Two calls for metadata and one small read: the least that a poll can do.
 double leastWork(const QByteArray &status, const QByteArray &log)
 {
-    return medianSeconds(kRuns, [&] {
-        for (int i = 0; i < kPolls; ++i) {
-            struct stat info {};
-            char buffer[4096];
-            if (stat(status.constData(), &info) != 0 || stat(log.constData(), &info) != 0)
-                qFatal("No file");
-            const int file = open(status.constData(), O_RDONLY | O_CLOEXEC);
-            if (read(file, buffer, sizeof buffer) <= 0)
-                qFatal("No status");
-            close(file);
-        }
-    }) / kPolls;
+    return medianSecondsPerStep(kRuns, kPolls, [&](int) {
+        struct stat info = {};
+        char buffer[4096];
+        if (stat(status.constData(), &info) != 0 || stat(log.constData(), &info) != 0)
+            qFatal("No file");
+        const int file = open(status.constData(), O_RDONLY | O_CLOEXEC);
+        if (read(file, buffer, sizeof buffer) <= 0)
+            qFatal("No status");
+        close(file);
+    });
 }
 
 } // namespace
@@ -64,15 +62,15 @@ int main(int argc, char *argv[])
     append(status, "[status]\nprogress=42.5\nfile=C:\\some\\file.dll\nstatus=Extracting\n");
     append(log, "2026-11-21 10:15:30.123   Log opened.\r\n");
 
-    const double nothingNew = medianSeconds(kRuns, [&engine] {
-        for (int i = 0; i < kPolls; ++i)
-            engine.poll();
-    }) / kPolls;
+    const double nothingNew =
+        medianSecondsPerStep(kRuns, kPolls, [&engine](int) { engine.poll(); });
     const double least = leastWork(status.toLocal8Bit(), log.toLocal8Bit());
-    std::printf("poll, nothing new            %8.2f us   two stat and a read in C %8.2f us   %.1f x\n",
-                nothingNew * 1e6, least * 1e6, nothingNew / least);
+    std::printf(
+        "poll, nothing new            %8.2f us   two stat and a read in C %8.2f us   %.1f x\n",
+        nothingNew * 1e6, least * 1e6, nothingNew / least);
 
-    QByteArray line("2026-11-21 10:15:30.123   Dest filename: C:\\Program Files\\Varnel\\a.dll\r\n");
+    QByteArray line(
+        "2026-11-21 10:15:30.123   Dest filename: C:\\Program Files\\Varnel\\a.dll\r\n");
     QByteArray grown;
     while (grown.size() < 100 * kMegabyte)
         grown += line;
@@ -86,6 +84,7 @@ int main(int argc, char *argv[])
         if (std::memchr(grown.constData(), '\1', size_t(grown.size())))
             qFatal("Unexpected byte");
     });
-    std::printf("poll, log grown by 100 MB    %8.2f us   memchr over them         %8.2f us   %.3f x\n",
-                tail * 1e6, scan * 1e6, tail / scan);
+    std::printf(
+        "poll, log grown by 100 MB    %8.2f us   memchr over them         %8.2f us   %.3f x\n",
+        tail * 1e6, scan * 1e6, tail / scan);
 }

@@ -1,4 +1,5 @@
-// What one frame of the animated widgets costs, beside what it is to be compared with. Drawn off screen:
+// What one frame of the animated widgets costs, beside what it is to be compared with. Drawn off
+// screen:
 //
 //   QT_QPA_PLATFORM=offscreen bench_widgets
 
@@ -40,10 +41,8 @@ QImage canvas(const QSize &size, double ratio)
 double frameSeconds(QWidget &widget, double ratio)
 {
     QImage image = canvas(widget.size(), ratio);
-    return medianSeconds(kRuns, [&] {
-        for (int i = 0; i < kFrames; ++i)
-            widget.render(&image, {}, {}, QWidget::DrawChildren);
-    }) / kFrames;
+    return medianSecondsPerStep(kRuns, kFrames,
+                                [&](int) { widget.render(&image, {}, {}, QWidget::DrawChildren); });
 }
 
 /// The mark's scene with its drawings rendered anew in every frame.
@@ -57,23 +56,26 @@ double markFromSvg(double ratio, const std::array<double, 4> &entrance, double f
     };
     const QRectF target(0, 5, 136, 100);
     QImage image = canvas({ 136, 110 }, ratio);
-    return medianSeconds(kRuns, [&] {
-        for (int frame = 0; frame < kFrames; ++frame) {
-            QPainter painter(&image);
-            painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-            for (double opacity : { 0.13, 1.0 }) {
-                if (opacity == 1.0 && fill < 1.0)
-                    painter.setClipRect(target.adjusted(0, (1.0 - fill) * target.height(), 0, 0));
-                for (size_t i = 0; i < 4; ++i) {
-                    painter.save();
-                    painter.setOpacity(opacity * qMin(entrance[i], 1.0));
-                    painter.translate((1.0 - entrance[i]) * (i == 0 ? -90 : i == 1 ? 90 : 0), 0);
-                    renderers[i]->render(&painter, target);
-                    painter.restore();
-                }
+    return medianSecondsPerStep(kRuns, kFrames, [&](int) {
+        QPainter painter(&image);
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        for (double opacity : { 0.13, 1.0 }) {
+            if (opacity == 1.0 && fill < 1.0)
+                painter.setClipRect(target.adjusted(0, (1.0 - fill) * target.height(), 0, 0));
+            for (size_t i = 0; i < 4; ++i) {
+                const double shrinking = i == 2 ? 0.45 : i == 3 ? 0.7 : 0.0;
+                const double scale = 1.0 - (1.0 - entrance[i]) * shrinking;
+                painter.save();
+                painter.setOpacity(opacity * qMin(entrance[i], 1.0));
+                painter.translate((1.0 - entrance[i]) * (i == 0 ? -90 : i == 1 ? 90 : 0), 0);
+                painter.translate(target.center());
+                painter.scale(scale, scale);
+                painter.translate(-target.center());
+                renderers[i]->render(&painter, target);
+                painter.restore();
             }
         }
-    }) / kFrames;
+    });
 }
 
 void compareMark(const char *what, double ratio, const std::array<double, 4> &entrance, double fill)
@@ -101,14 +103,13 @@ void compareConfetti(double ratio)
     QImage image = canvas(size, ratio);
     constexpr int kTicks = 40; // all pieces still fly
 
-    const double ours = medianSeconds(kRuns, [&] {
-        overlay.burst({ 260, 80 }, { Qt::red, Qt::blue, Qt::green });
-        for (int i = 0; i < kTicks; ++i) {
-            QTimerEvent tick(timer->timerId());
-            QCoreApplication::sendEvent(timer, &tick);
-            overlay.render(&image, {}, {}, QWidget::DrawChildren);
-        }
-    }) / kTicks;
+    const double ours = medianSecondsPerStep(kRuns, kTicks, [&](int i) {
+        if (i == 0)
+            overlay.burst({ 260, 80 }, { Qt::red, Qt::blue, Qt::green });
+        QTimerEvent tick(timer->timerId());
+        QCoreApplication::sendEvent(timer, &tick);
+        overlay.render(&image, {}, {}, QWidget::DrawChildren);
+    });
 
     // The same flight, worked out beforehand.
     struct Piece
@@ -118,8 +119,8 @@ void compareConfetti(double ratio)
     std::vector<Piece> pieces(110);
     const auto random = [] { return QRandomGenerator::global()->generateDouble(); };
     for (Piece &piece : pieces)
-        piece = { 6.28 * random(), 2.5 + 8 * random(), 4 + 5 * random(), 3 + 4 * random(),
-                  6.28 * random(), 0.34 * (random() - 0.5) };
+        piece = { 6.28 * random(),  2.5 + 8 * random(), 4 + 5 * random(),
+                  3 + 4 * random(), 6.28 * random(),    0.34 * (random() - 0.5) };
     std::vector<std::vector<QTransform>> places(kTicks, std::vector<QTransform>(pieces.size()));
     for (int tick = 0; tick < kTicks; ++tick) {
         for (size_t i = 0; i < pieces.size(); ++i) {
@@ -131,21 +132,20 @@ void compareConfetti(double ratio)
                 .rotateRadians(piece.rotation + piece.spin * tick);
         }
     }
-    const double bare = medianSeconds(kRuns, [&] {
-        for (int tick = 0; tick < kTicks; ++tick) {
-            QPainter painter(&image);
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setOpacity(1.0 - tick / 130.0);
-            for (size_t i = 0; i < pieces.size(); ++i) {
-                const Piece &piece = pieces[i];
-                painter.setWorldTransform(places[tick][i]);
-                painter.fillRect(QRectF(-piece.width / 2, -piece.height / 2, piece.width, piece.height),
-                                 Qt::red);
-            }
+    const double bare = medianSecondsPerStep(kRuns, kTicks, [&](int tick) {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setOpacity(1.0 - tick / 130.0);
+        for (size_t i = 0; i < pieces.size(); ++i) {
+            const Piece &piece = pieces[i];
+            painter.setWorldTransform(places[size_t(tick)][i]);
+            painter.fillRect(QRectF(-piece.width / 2, -piece.height / 2, piece.width, piece.height),
+                             Qt::red);
         }
-    }) / kTicks;
-    std::printf("confetti, 110 pieces   ratio %.0f   %7.3f ms   bare fillRect loop  %7.3f ms   %5.2f x\n",
-                ratio, ours * 1e3, bare * 1e3, ours / bare);
+    });
+    std::printf(
+        "confetti, 110 pieces   ratio %.0f   %7.3f ms   bare fillRect loop  %7.3f ms   %5.2f x\n",
+        ratio, ours * 1e3, bare * 1e3, ours / bare);
 }
 
 void printFrame(const char *what, QWidget &widget)

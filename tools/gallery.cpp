@@ -50,7 +50,8 @@ QJsonObject realisticRegistry()
         { uR"(HKEY_LOCAL_MACHINE\HARDWARE\DESCRIPTION\System\CentralProcessor\0)"_s,
           QJsonObject { { u"ProcessorNameString"_s, u"Twelve-Core Processor"_s },
                         { u"~MHz"_s, 3793 } } },
-        { system + uR"(NET Framework Setup\NDP\v4\Full)", QJsonObject { { u"Release"_s, 533325 } } },
+        { system + uR"(NET Framework Setup\NDP\v4\Full)",
+          QJsonObject { { u"Release"_s, 533325 } } },
         { uR"(HKEY_CURRENT_USER\SOFTWARE\Microsoft\EdgeUpdate\Clients\)"
           "{F3017226-FE2A-4295-8BDF-00C3A9A7E4C5}"_s,
           QJsonObject { { u"pv"_s, u"131.0.2903.51"_s } } },
@@ -70,8 +71,7 @@ void wait(int milliseconds)
 class Gallery
 {
 public:
-    explicit Gallery(const QString &folder)
-        : m_folder(folder)
+    explicit Gallery(const QString &folder) : m_folder(folder)
     {
         m_engine.setSetupExecutable(Sandbox::setupEngine());
     }
@@ -214,12 +214,10 @@ void Gallery::update()
     progress(0.0, {}, u"This may take a few minutes."_s);
     wait(kSettled);
     shoot(u"updating-0"_s);
-    progress(0.43, kFolder + u"Qt6Widgets.dll",
-             u"Replacing application files…"_s);
+    progress(0.43, kFolder + u"Qt6Widgets.dll", u"Replacing application files…"_s);
     wait(kSettled);
     shoot(u"updating-43"_s);
-    progress(1.0, kFolder + u"unins000.dat",
-             u"Restarting services…"_s);
+    progress(1.0, kFolder + u"unins000.dat", u"Restarting services…"_s);
     wait(kSettled);
     shoot(u"updating-100"_s);
     Q_EMIT m_engine.finished(true, QString());
@@ -239,12 +237,10 @@ void Gallery::uninstall()
     progress(0.0, {}, u"Stopping Varnel Schematics…"_s);
     wait(kSettled);
     shoot(u"uninstalling-0"_s);
-    progress(0.43, kFolder + u"glfw3.dll",
-             u"Removing application files…"_s);
+    progress(0.43, kFolder + u"glfw3.dll", u"Removing application files…"_s);
     wait(kSettled);
     shoot(u"uninstalling-43"_s);
-    progress(1.0, kFolder + u"unins000.exe",
-             u"Unregistering file types…"_s);
+    progress(1.0, kFolder + u"unins000.exe", u"Unregistering file types…"_s);
     wait(kSettled);
     shoot(u"uninstalling-100"_s);
     Q_EMIT m_engine.finished(true, QString());
@@ -259,11 +255,11 @@ void Gallery::failure()
     press(u"Update Now"_s);
     wait(kSettled);
     press(u"Update"_s);
-    progress(0.43, kFolder + u"pdfium.dll",
-             u"Replacing application files…"_s);
+    progress(0.43, kFolder + u"pdfium.dll", u"Replacing application files…"_s);
     Q_EMIT m_engine.finished(
-        false, u"A fatal error occurred during installation.  There is not enough space on the disk to "
-               "install the program.  (log: C:\\Users\\Ada\\AppData\\Local\\Temp\\varnel_setup_last.log)"_s);
+        false,
+        u"A fatal error occurred during installation.  There is not enough space on the disk to "
+        "install the program.  (log: C:\\Users\\Ada\\AppData\\Local\\Temp\\varnel_setup_last.log)"_s);
     wait(kSettled);
     shoot(u"failure"_s);
 }

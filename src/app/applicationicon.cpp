@@ -19,7 +19,8 @@ QIcon applicationIcon()
         QRectF target(pixmap.rect());
         if (const QSizeF size = renderer.defaultSize(); !size.isEmpty()) {
             const QSizeF fitted = size.scaled(target.size(), Qt::KeepAspectRatio);
-            target = QRectF(QPointF((side - fitted.width()) / 2, (side - fitted.height()) / 2), fitted);
+            target =
+                QRectF(QPointF((side - fitted.width()) / 2, (side - fitted.height()) / 2), fitted);
         }
         renderer.render(&painter, target);
         painter.end();

@@ -15,7 +15,8 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(Product::kSetupName.toString());
     QApplication::setOrganizationName(Product::kPublisher.toString());
-    // The wizard ends the process itself: it may still have a program to start when its window is gone.
+    // The wizard ends the process itself: it may still have a program to start when its window is
+    // gone.
     QApplication::setQuitOnLastWindowClosed(false);
 
     if (const QIcon icon = applicationIcon(); !icon.isNull())
@@ -32,7 +33,10 @@ int main(int argc, char *argv[])
     InstallerWizard wizard;
     wizard.setEngine(&engine);
     wizard.setUninstallerPath(commandLine.uninstaller);
-    wizard.setRunMode(commandLine.runMode.value_or(isInstalled() ? RunMode::Update : RunMode::Install));
+    if (commandLine.runMode)
+        wizard.setRunMode(*commandLine.runMode);
+    else
+        wizard.setRunMode(isInstalled() ? RunMode::Update : RunMode::Install);
     wizard.show();
     return QApplication::exec();
 }

@@ -31,8 +31,7 @@ constexpr qint64 kStatusFileLimit = 64 * 1024;
 
 } // namespace
 
-InstallerEngine::InstallerEngine(QObject *parent)
-    : QObject(parent)
+InstallerEngine::InstallerEngine(QObject *parent) : QObject(parent)
 {
     m_pollTimer.setInterval(kPollInterval);
     connect(&m_pollTimer, &QTimer::timeout, this, &InstallerEngine::poll);
@@ -51,8 +50,10 @@ void InstallerEngine::startInstall(const QString &folder, const QStringList &tas
     }
     const QString target = installFolder(folder);
     if (target.contains(u'"')) {
-        // Windows knows no such names. Elsewhere the engine would take another folder for the one meant.
-        Q_EMIT finished(false, tr("Setup cannot install into a folder whose name has a double quote."));
+        // Windows knows no such names. Elsewhere the engine would take another folder for the one
+        // meant.
+        Q_EMIT finished(false,
+                        tr("Setup cannot install into a folder whose name has a double quote."));
         return;
     }
     beginRun(u"varnel_setup_%1.ini"_s);

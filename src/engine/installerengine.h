@@ -10,8 +10,8 @@
 /// Runs the silent setup engine as a child process and tells how far it is and how it ended.
 ///
 /// The engine program reports through two temporary files, a small status file that it keeps
-/// rewriting and a log that only grows; a timer polls both. The files of an ended run stay until the
-/// next run starts or this object goes: whoever shows a failure may still want to read them.
+/// rewriting and a log that only grows; a timer polls both. The files of an ended run stay until
+/// the next run starts or this object goes: whoever shows a failure may still want to read them.
 class InstallerEngine : public QObject
 {
     Q_OBJECT
@@ -25,16 +25,16 @@ public:
     void setSetupExecutable(const QString &path) { m_setupExecutable = path; }
 
     /// Starts an installation or an update into `folder` (a bare drive gets the product's folder
-    /// appended). Without a setup executable, or if the folder's name cannot be put on a command line,
-    /// the run ends at once and a previous one stays as it is.
+    /// appended). Without a setup executable, or if the folder's name cannot be put on a command
+    /// line, the run ends at once and a previous one stays as it is.
     void startInstall(const QString &folder, const QStringList &tasks);
 
-    /// Starts a removal by the uninstaller at `uninstallerPath`. If there is no such file the run ends
-    /// at once and a previous one stays as it is.
+    /// Starts a removal by the uninstaller at `uninstallerPath`. If there is no such file the run
+    /// ends at once and a previous one stays as it is.
     void startUninstall(const QString &uninstallerPath);
 
-    /// Ends a run without a word: kills the process, waits up to two seconds for it, and deletes the
-    /// run's temporary files. The kept copy of a failed run's log stays.
+    /// Ends a run without a word: kills the process, waits up to two seconds for it, and deletes
+    /// the run's temporary files. The kept copy of a failed run's log stays.
     void stop();
 
     /// Argument text of the latest run, exactly as the process got it.
@@ -68,7 +68,8 @@ private:
     void onProcessError();
     void onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus);
     void setCurrentFile(const QString &path);
-    /// Keeps a copy of the run's log and returns what it says about the failure; empty without a log.
+    /// Keeps a copy of the run's log and returns what it says about the failure; empty without a
+    /// log.
     [[nodiscard]] QString keepAndSummarizeLog();
 
     QString m_setupExecutable;
@@ -80,7 +81,8 @@ private:
     QString m_currentFile;
     QString m_status;
     LogTail m_logTail;
-    QProcess *m_process = nullptr; ///< owned; deleted through the event loop, it may be its own sender
+    QProcess *m_process =
+        nullptr; ///< owned; deleted through the event loop, it may be its own sender
     QTimer m_pollTimer;
     bool m_hasEnded = false;
     int m_stopCount = 0; ///< tells whoever emits a signal that its receiver has stopped the run

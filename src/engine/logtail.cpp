@@ -14,8 +14,8 @@ constexpr QByteArrayView kMarker = "Dest filename: ";
 /// What is looked at in one piece. A line that is longer, which no path is, is looked at in pieces.
 constexpr qint64 kBlockSize = 64 * 1024;
 
-/// The text after the line's first marker. Trimming goes first, so that a marker with nothing behind
-/// it is none.
+/// The text after the line's first marker. Trimming goes first, so that a marker with nothing
+/// behind it is none.
 QString fileNamedBy(QByteArrayView rawLine)
 {
     const QString line = QString::fromUtf8(rawLine).trimmed();
@@ -32,7 +32,8 @@ QString lastFileIn(QByteArrayView lines)
             return {};
         const qsizetype lineStart = lines.lastIndexOf('\n', marker) + 1;
         const qsizetype lineEnd = lines.indexOf('\n', marker);
-        const QByteArrayView line = lines.sliced(lineStart, (lineEnd < 0 ? lines.size() : lineEnd) - lineStart);
+        const QByteArrayView line =
+            lines.sliced(lineStart, (lineEnd < 0 ? lines.size() : lineEnd) - lineStart);
         if (const QString file = fileNamedBy(line); !file.isEmpty())
             return file;
         lines = lines.first(lineStart);
@@ -41,10 +42,7 @@ QString lastFileIn(QByteArrayView lines)
 
 } // namespace
 
-LogTail::LogTail(const QString &path)
-    : m_path(path)
-{
-}
+LogTail::LogTail(const QString &path) : m_path(path) {}
 
 QString LogTail::readNewestFile()
 {
@@ -66,12 +64,13 @@ QString LogTail::readNewestFile()
         if (!log.seek(start) || log.read(block.data(), block.size()) != block.size())
             return {}; // cut short under our hands: the next poll looks again
 
-        // The block's first line may have begun before it; it then belongs to the next block, unless it
-        // fills this one.
+        // The block's first line may have begun before it; it then belongs to the next block,
+        // unless it fills this one.
         qsizetype firstLine = start > begin ? block.indexOf('\n') + 1 : 0;
         if (firstLine == block.size())
             firstLine = 0;
-        if (const QString file = lastFileIn(QByteArrayView(block).sliced(firstLine)); !file.isEmpty())
+        if (const QString file = lastFileIn(QByteArrayView(block).sliced(firstLine));
+            !file.isEmpty())
             return file;
         end = start + firstLine;
     }

@@ -4,5 +4,6 @@
 
 bool openRegularFile(QFile &file)
 {
-    return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    return QFileInfo(file.fileName()).isFile()
+        && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }

@@ -29,8 +29,8 @@ bool startsWith(QByteArrayView text, QByteArrayView word)
                       [](char expected, char c) { return expected == lower(c); });
 }
 
-/// Rank in the usual order of English letters by frequency; higher is rarer. What is no letter counts
-/// as most frequent.
+/// Rank in the usual order of English letters by frequency; higher is rarer. What is no letter
+/// counts as most frequent.
 int rarity(char c)
 {
     constexpr std::string_view kByFrequency = "etaoinshrdlcumwfgypbvkjxqz";
@@ -54,8 +54,8 @@ bool chunkHoldsPair(const char *text, char first, char second)
 {
     std::uint8_t found = 0;
     for (qsizetype i = 0; i < kChunk; ++i) {
-        found |= std::uint8_t(folded(text[i]) == first)
-            & std::uint8_t(folded(text[i + 1]) == second);
+        found |=
+            std::uint8_t(folded(text[i]) == first) & std::uint8_t(folded(text[i + 1]) == second);
     }
     return found != 0;
 }
@@ -75,9 +75,11 @@ std::optional<qsizetype> WordFinder::find(QByteArrayView text, qsizetype from) c
     qsizetype place = from;
     for (; place + kChunk < text.size(); place += kChunk) {
         const char *const chunk = text.data() + place;
-        const bool worthALook = std::any_of(m_words.begin(), m_words.end(), [chunk](const Word &word) {
-            return chunkHoldsPair(chunk, folded(word.text[word.pair]), folded(word.text[word.pair + 1]));
-        });
+        const bool worthALook =
+            std::any_of(m_words.begin(), m_words.end(), [chunk](const Word &word) {
+                return chunkHoldsPair(chunk, folded(word.text[word.pair]),
+                                      folded(word.text[word.pair + 1]));
+            });
         if (!worthALook)
             continue;
         if (const auto found = findByPairs(text, from, place, place + kChunk))

@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-/// Finds the first of several words in a text, ASCII letter case ignored, at several bytes per cycle:
-/// each word is looked for by the pair of its neighbouring letters that text holds most seldom, and
-/// looking for a pair is a loop that the compiler turns into vector instructions.
+/// Finds the first of several words in a text, ASCII letter case ignored, at several bytes per
+/// cycle: each word is looked for by the pair of its neighbouring letters that text holds most
+/// seldom, and looking for a pair is a loop that the compiler turns into vector instructions.
 class WordFinder
 {
 public:

@@ -6,8 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-ConfirmUninstallPage::ConfirmUninstallPage(QWidget *parent)
-    : QWidget(parent)
+ConfirmUninstallPage::ConfirmUninstallPage(QWidget *parent) : QWidget(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     m_body = addPageHead(layout, tr("Uninstall %1").arg(Product::kName), {});
@@ -22,7 +21,8 @@ ConfirmUninstallPage::ConfirmUninstallPage(QWidget *parent)
     layout->addWidget(warning);
     layout->addSpacing(14);
 
-    m_deletePreferences = new ToggleCheckbox(tr("Also delete my preferences and cached data"), this);
+    m_deletePreferences =
+        new ToggleCheckbox(tr("Also delete my preferences and cached data"), this);
     layout->addWidget(m_deletePreferences);
     layout->addStretch();
     setVersion({});

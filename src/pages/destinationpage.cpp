@@ -22,8 +22,7 @@ constexpr double kCaptionSpacing = 110.0; // percent
 
 } // namespace
 
-DestinationPage::DestinationPage(QWidget *parent)
-    : QWidget(parent)
+DestinationPage::DestinationPage(QWidget *parent) : QWidget(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("Select Destination Location"),
@@ -80,8 +79,8 @@ void DestinationPage::setPath(const QString &path)
 
 void DestinationPage::showEvent(QShowEvent *)
 {
-    // Asked for when it is seen, not when the page is built: a slow drive must not hold up the start,
-    // and the figure is the one of this moment.
+    // Asked for when it is seen, not when the page is built: a slow drive must not hold up the
+    // start, and the figure is the one of this moment.
     refreshDiskSpace();
 }
 
@@ -92,8 +91,8 @@ void DestinationPage::refreshDiskSpace()
 
 void DestinationPage::chooseFolder()
 {
-    const QString chosen = QFileDialog::getExistingDirectory(
-        this, tr("Select install location"), m_path, QFileDialog::ShowDirsOnly);
+    const QString chosen = QFileDialog::getExistingDirectory(this, tr("Select install location"),
+                                                             m_path, QFileDialog::ShowDirsOnly);
     if (chosen.isEmpty())
         return;
     // A folder that the user picks is taken literally; only a bare drive gets the product's folder.

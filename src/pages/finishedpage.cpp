@@ -3,8 +3,7 @@
 #include "pages/pagelabels.h"
 #include "widgets/sealcheck.h"
 
-FinishedPage::FinishedPage(QWidget *parent)
-    : QWidget(parent)
+FinishedPage::FinishedPage(QWidget *parent) : QWidget(parent)
 {
     m_seal = new SealCheck(this);
     m_body = layOutFinishPage(this, m_seal, tr("Varnel Schematics is installed"));

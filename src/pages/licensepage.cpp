@@ -25,13 +25,15 @@ QPlainTextEdit *licenseView(QWidget *page)
     view->setFont(monospacedFont(11));
     view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     view->setAccessibleName(LicensePage::tr("License Agreement"));
-    setThemedStyleSheet(view, uR"(QPlainTextEdit{background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;padding:12px 13px;color:@INS_TX2;})"
-                              uR"(QScrollBar:vertical{background:transparent;width:10px;margin:6px 4px 6px 0;border:none;})"
-                              uR"(QScrollBar::handle:vertical{background:@INS_LINE2;border-radius:3px;min-height:28px;})"
-                              uR"(QScrollBar::handle:vertical:hover{background:@INS_TX3;})"
-                              uR"(QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height:0;border:none;background:none;})"
-                              uR"(QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background:none;})"
-                              uR"(QScrollBar:horizontal{height:0;background:transparent;})"_s);
+    setThemedStyleSheet(
+        view,
+        uR"(QPlainTextEdit{background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;padding:12px 13px;color:@INS_TX2;})"
+        uR"(QScrollBar:vertical{background:transparent;width:10px;margin:6px 4px 6px 0;border:none;})"
+        uR"(QScrollBar::handle:vertical{background:@INS_LINE2;border-radius:3px;min-height:28px;})"
+        uR"(QScrollBar::handle:vertical:hover{background:@INS_TX3;})"
+        uR"(QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height:0;border:none;background:none;})"
+        uR"(QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background:none;})"
+        uR"(QScrollBar:horizontal{height:0;background:transparent;})"_s);
 
     // With the bar off while it loads, a long text is laid out once and not once more for the bar.
     view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -42,8 +44,7 @@ QPlainTextEdit *licenseView(QWidget *page)
 
 } // namespace
 
-LicensePage::LicensePage(QWidget *parent)
-    : QWidget(parent)
+LicensePage::LicensePage(QWidget *parent) : QWidget(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("License Agreement"),

@@ -25,9 +25,10 @@ QString licenseText(const QString &programFolder)
         if (!text.isEmpty())
             return text;
     }
-    return QCoreApplication::translate("LicensePage",
-                                       "%1 — License Agreement\n\n%2. All rights reserved.\n\n"
-                                       "This software is proprietary and confidential. Unauthorized "
-                                       "copying, distribution, or use is strictly prohibited.")
+    return QCoreApplication::translate(
+               "LicensePage",
+               "%1 — License Agreement\n\n%2. All rights reserved.\n\n"
+               "This software is proprietary and confidential. Unauthorized "
+               "copying, distribution, or use is strictly prohibited.")
         .arg(Product::kName, Product::kPublisherNotice);
 }

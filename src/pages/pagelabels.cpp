@@ -6,7 +6,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QLabel *themedLabel(const QString &text, const QFont &font, const QString &styleSheet, QWidget *page)
+QLabel *themedLabel(const QString &text, const QFont &font, const QString &styleSheet,
+                    QWidget *page)
 {
     auto *label = new QLabel(text, page);
     label->setTextFormat(Qt::PlainText);
@@ -71,8 +72,8 @@ QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *pag
 {
     QLabel *label = themedLabel(text, page->font(), styleSheet, page);
     label->setWordWrap(true);
-    // A style sheet that speaks of the left border alone leaves the upper one to the native style, and
-    // with it the drawing of all four. So somebody has to say that there is none.
+    // A style sheet that speaks of the left border alone leaves the upper one to the native style,
+    // and with it the drawing of all four. So somebody has to say that there is none.
     label->setObjectName("callout"_L1);
     page->setStyleSheet(u"#callout{border:none;}"_s);
     return label;

@@ -21,7 +21,8 @@ QLabel *pageTitleLabel(const QString &text, QWidget *page);
 QLabel *pageBodyLabel(const QString &text, QWidget *page);
 /// Small print, in one line.
 QLabel *pageCaptionLabel(const QString &text, QWidget *page);
-/// A remark with a bar at its left, in the looks of `styleSheet` (tokens are resolved). One to a page.
+/// A remark with a bar at its left, in the looks of `styleSheet` (tokens are resolved). One to a
+/// page.
 QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *page);
 /// The framed box with what is about to be done; rich text, so outside text must come escaped.
 QLabel *pageSummaryBox(QWidget *page);

@@ -5,8 +5,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-ReadyPage::ReadyPage(QWidget *parent)
-    : QWidget(parent)
+ReadyPage::ReadyPage(QWidget *parent) : QWidget(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("Ready to Install"),

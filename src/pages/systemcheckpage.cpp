@@ -11,15 +11,14 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int kFirstRowDelay = 120;     // ms
+constexpr int kFirstRowDelay = 120; // ms
 constexpr int kFirstWarningDelay = 160; // ms
-constexpr int kRowStagger = 110;        // ms
-constexpr int kWarningDuration = 400;   // ms
+constexpr int kRowStagger = 110; // ms
+constexpr int kWarningDuration = 400; // ms
 
 } // namespace
 
-SystemCheckPage::SystemCheckPage(QWidget *parent)
-    : QWidget(parent)
+SystemCheckPage::SystemCheckPage(QWidget *parent) : QWidget(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("Checking your system"),
@@ -32,11 +31,12 @@ SystemCheckPage::SystemCheckPage(QWidget *parent)
     layout->addWidget(m_rowContainer);
     layout->addSpacing(4);
 
-    m_warning = pageCallout(tr("Smart App Control will block Varnel Schematics from starting. Turn it "
-                               "off in Windows Security › App & Browser Control, then restart."),
-                            u"font-size:11.5px;color:@INS_TX2;border-left:2px solid @INS_WARN;"
-                            "padding-left:11px;"_s,
-                            this);
+    m_warning =
+        pageCallout(tr("Smart App Control will block Varnel Schematics from starting. Turn it "
+                       "off in Windows Security › App & Browser Control, then restart."),
+                    u"font-size:11.5px;color:@INS_TX2;border-left:2px solid @INS_WARN;"
+                    "padding-left:11px;"_s,
+                    this);
     m_warningOpacity = new QGraphicsOpacityEffect(m_warning);
     m_warning->setGraphicsEffect(m_warningOpacity);
     connect(m_warningOpacity, &QGraphicsOpacityEffect::opacityChanged, this,
@@ -111,7 +111,7 @@ void SystemCheckPage::showWarning(double opacity)
 {
     // Transparent is not silent: what is not to be seen must not be read out either.
     m_warning->setVisible(opacity > 0.0);
-    // At rest without the effect: the page has one of its own while it comes and goes, and two of them
-    // cannot paint one into the other.
+    // At rest without the effect: the page has one of its own while it comes and goes, and two of
+    // them cannot paint one into the other.
     m_warningOpacity->setEnabled(opacity < 1.0);
 }

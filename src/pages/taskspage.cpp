@@ -3,12 +3,12 @@
 #include "pages/pagelabels.h"
 #include "widgets/togglecheckbox.h"
 
-TasksPage::TasksPage(QWidget *parent)
-    : QWidget(parent)
+TasksPage::TasksPage(QWidget *parent) : QWidget(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
-    addPageHead(layout, tr("Select Additional Tasks"),
-                tr("Which additional task should be performed while installing Varnel Schematics?"));
+    addPageHead(
+        layout, tr("Select Additional Tasks"),
+        tr("Which additional task should be performed while installing Varnel Schematics?"));
     layout->addSpacing(16);
     m_desktopShortcut = new ToggleCheckbox(tr("Create a desktop shortcut"), this);
     m_desktopShortcut->setChecked(true);

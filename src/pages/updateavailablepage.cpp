@@ -18,8 +18,9 @@ void restyleChip(QLabel *chip)
     const QString version = chip->property(kVersionProperty).toString();
     chip->setText(u"%1 <span style=\"color:%2;font-weight:600;\">%3</span>"_s.arg(
         chip->property(kPrefixProperty).toString(), themed(u"@INS_TX"_s), version.toHtmlEscaped()));
-    chip->setStyleSheet(themed(u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
-                               "padding:0 12px;color:@INS_TX2;"_s));
+    chip->setStyleSheet(
+        themed(u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
+               "padding:0 12px;color:@INS_TX2;"_s));
 }
 
 void setChipVersion(QLabel *chip, const QString &version)
@@ -42,13 +43,12 @@ QLabel *versionChip(const QString &prefix, QWidget *page)
 
 } // namespace
 
-UpdateAvailablePage::UpdateAvailablePage(QWidget *parent)
-    : QWidget(parent)
+UpdateAvailablePage::UpdateAvailablePage(QWidget *parent) : QWidget(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("Update Available for Varnel Schematics"),
                 tr("A newer version is ready to install.\n"
-                                       "Your settings and files will be kept."));
+                   "Your settings and files will be kept."));
     layout->addSpacing(16);
 
     m_installed = versionChip(tr("Installed"), this);

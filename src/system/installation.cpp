@@ -19,7 +19,8 @@ QString readUninstallValue(const QString &name)
         QString("HKEY_CURRENT_USER"_L1 + parent),
     };
     for (const QString &root : roots) {
-        const QString value = readRegistryValue(root + Product::kUninstallKey, name).toString().trimmed();
+        const QString value =
+            readRegistryValue(root + Product::kUninstallKey, name).toString().trimmed();
         if (!value.isEmpty())
             return value;
     }
@@ -63,7 +64,8 @@ QString defaultInstallDir()
     for (const char *variable : { "ProgramFiles", "ProgramW6432" }) {
         const QString folder = qEnvironmentVariable(variable);
         if (!folder.isEmpty())
-            return QDir::toNativeSeparators(QDir(folder).absoluteFilePath(Product::kName.toString()));
+            return QDir::toNativeSeparators(
+                QDir(folder).absoluteFilePath(Product::kName.toString()));
     }
     return uR"(C:\Program Files\)" + Product::kName;
 }

@@ -2,11 +2,12 @@
 
 #include <QString>
 
-/// What the system's list of installed programs says of an existing copy, and where a fresh copy goes.
-/// Nothing here reports an error: what cannot be read counts as "not found" and is an empty text.
+/// What the system's list of installed programs says of an existing copy, and where a fresh copy
+/// goes. Nothing here reports an error: what cannot be read counts as "not found" and is an empty
+/// text.
 
-/// First non-empty value of `name` in the product's uninstall entry, trimmed: machine-wide, then the
-/// machine's 32-bit view, then the user's own.
+/// First non-empty value of `name` in the product's uninstall entry, trimmed: machine-wide, then
+/// the machine's 32-bit view, then the user's own.
 [[nodiscard]] QString readUninstallValue(const QString &name);
 
 /// Version of the installed copy, as it is recorded.
@@ -18,8 +19,8 @@
 /// True if an installed copy is recorded and its folder exists.
 [[nodiscard]] bool isInstalled();
 
-/// The installed copy's uninstaller, with native separators; empty if what is recorded does not exist.
-/// Without a recorded command it is looked for in the install folder.
+/// The installed copy's uninstaller, with native separators; empty if what is recorded does not
+/// exist. Without a recorded command it is looked for in the install folder.
 [[nodiscard]] QString uninstallerPath();
 
 /// Where a fresh copy goes unless the user chooses otherwise, with native separators.

@@ -39,7 +39,8 @@ CheckResult checkProcessor()
     QString name = readRegistryText(key, u"ProcessorNameString"_s);
     if (name.isEmpty())
         name = processorName();
-    return judgeProcessor(name, readRegistryInt(key, u"~MHz"_s), QSysInfo::currentCpuArchitecture());
+    return judgeProcessor(name, readRegistryInt(key, u"~MHz"_s),
+                          QSysInfo::currentCpuArchitecture());
 }
 
 CheckResult checkDisplay()
@@ -54,7 +55,8 @@ CheckResult checkDisplay()
 CheckResult checkDotNet()
 {
     return judgeDotNet(readRegistryInt(
-        uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\NET Framework Setup\NDP\v4\Full)"_s, u"Release"_s));
+        uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\NET Framework Setup\NDP\v4\Full)"_s,
+        u"Release"_s));
 }
 
 CheckResult checkWebView()

@@ -4,10 +4,11 @@
 
 QVariant readRegistryValue(const QString &keyPath, const QString &name)
 {
-    // A native settings object creates the key it is opened on if the process may. So it is opened on
-    // a root's first key, which always exists, and reads below it.
+    // A native settings object creates the key it is opened on if the process may. So it is opened
+    // on a root's first key, which always exists, and reads below it.
     const qsizetype rootEnd = keyPath.indexOf(u'\\', keyPath.indexOf(u'\\') + 1);
     const QString below = rootEnd < 0 ? QString() : keyPath.sliced(rootEnd + 1) + u'/';
-    const QSettings settings(rootEnd < 0 ? keyPath : keyPath.first(rootEnd), QSettings::NativeFormat);
+    const QSettings settings(rootEnd < 0 ? keyPath : keyPath.first(rootEnd),
+                             QSettings::NativeFormat);
     return settings.value(QString(below + name).replace(u'\\', u'/'));
 }

@@ -72,9 +72,10 @@ CheckResult judgeDiskSpace(qint64 available, const QString &volume)
 {
     // Exactly the required amount fails: a volume should not be filled to its last byte.
     const bool ok = available < 1 || available > Product::kRequiredBytes;
-    const QString free = QLocale::system().formattedDataSize(
-        qMax(available, qint64(0)), 1, QLocale::DataSizeTraditionalFormat);
-    const QString text = ok ? u"%1 required · %2 free on %3"_s : u"%1 required · only %2 free on %3"_s;
+    const QString free = QLocale::system().formattedDataSize(qMax(available, qint64(0)), 1,
+                                                             QLocale::DataSizeTraditionalFormat);
+    const QString text =
+        ok ? u"%1 required · %2 free on %3"_s : u"%1 required · only %2 free on %3"_s;
     return { u"Disk space"_s, text.arg(Product::kRequiredSpace, free, volume), ok };
 }
 
@@ -97,7 +98,7 @@ CheckResult judgeDotNet(int release)
         QStringView name;
     };
     static constexpr Version kVersions[] = {
-        { 533320, u"4.8.1" }, { 528040, u"4.8" }, { 461808, u"4.7.2" },
+        { 533320, u"4.8.1" }, { 528040, u"4.8" },   { 461808, u"4.7.2" },
         { 460798, u"4.7" },   { 394802, u"4.6.2" }, { 1, u"4.x" },
     };
     for (const Version &version : kVersions) {

@@ -15,16 +15,17 @@ struct CheckResult
     bool operator==(const CheckResult &) const = default;
 };
 
-/// The judgements on what the probes read: each a function of its arguments alone. A missing finding
-/// is an empty text, a 0 or nothing, and is never held against the machine unless said here.
+/// The judgements on what the probes read: each a function of its arguments alone. A missing
+/// finding is an empty text, a 0 or nothing, and is never held against the machine unless said
+/// here.
 
 /// What the system says of itself; `build` decides.
 struct OperatingSystem
 {
     QString productName;
     QString displayVersion;
-    int build = 0;       ///< 0: unknown, and accepted
-    QString prettyName;  ///< stands in for a missing product name
+    int build = 0; ///< 0: unknown, and accepted
+    QString prettyName; ///< stands in for a missing product name
     QString architecture;
 };
 [[nodiscard]] CheckResult judgeOperatingSystem(const OperatingSystem &system);

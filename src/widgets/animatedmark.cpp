@@ -24,8 +24,8 @@ constexpr double kFull = 0.999;
 constexpr auto kDriftDuration = 2600ms;
 constexpr double kDriftHeight = -4.0; // px
 
-/// How one part comes in. At progress a it stands (1 - a) times its offset away from its place and is
-/// (1 - a) times its shrinking smaller, about the middle of the mark.
+/// How one part comes in. At progress a it stands (1 - a) times its offset away from its place and
+/// is (1 - a) times its shrinking smaller, about the middle of the mark.
 struct Entrance
 {
     const char *property;
@@ -40,12 +40,14 @@ struct Entrance
 
 const std::array<Entrance, 4> &entrances()
 {
+    // clang-format off
     static const std::array<Entrance, 4> table { {
-        { "a1Progress", u":/mark/left.svg"_s, 80ms, 580ms, QEasingCurve::OutCubic, 0.0, { -90, 0 }, 0.0 },
-        { "a2Progress", u":/mark/right.svg"_s, 200ms, 580ms, QEasingCurve::OutCubic, 0.0, { 90, 0 }, 0.0 },
-        { "a3Progress", u":/mark/centre.svg"_s, 440ms, 500ms, QEasingCurve::OutBack, 1.4, { 0, 26 }, 0.45 },
-        { "a4Progress", u":/mark/triangle.svg"_s, 620ms, 460ms, QEasingCurve::OutBack, 2.8, { 0, 0 }, 0.7 },
+        { "a1Progress", u":/mark/left.svg"_s,     80ms,  580ms, QEasingCurve::OutCubic, 0.0, { -90, 0 }, 0.0 },
+        { "a2Progress", u":/mark/right.svg"_s,    200ms, 580ms, QEasingCurve::OutCubic, 0.0, { 90, 0 },  0.0 },
+        { "a3Progress", u":/mark/centre.svg"_s,   440ms, 500ms, QEasingCurve::OutBack,  1.4, { 0, 26 },  0.45 },
+        { "a4Progress", u":/mark/triangle.svg"_s, 620ms, 460ms, QEasingCurve::OutBack,  2.8, { 0, 0 },   0.7 },
     } };
+    // clang-format on
     return table;
 }
 
@@ -64,8 +66,7 @@ QRect visibleRect(const QImage &picture)
 
 } // namespace
 
-AnimatedMark::AnimatedMark(QWidget *parent)
-    : QWidget(parent), m_onScreen(this)
+AnimatedMark::AnimatedMark(QWidget *parent) : QWidget(parent), m_onScreen(this)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     for (size_t i = 0; i < kParts; ++i) {
@@ -81,7 +82,8 @@ AnimatedMark::AnimatedMark(QWidget *parent)
         animation.setEasingCurve(easing);
         m_entranceDelays[i].setSingleShot(true);
         m_entranceDelays[i].setInterval(entrance.delay);
-        connect(&m_entranceDelays[i], &QTimer::timeout, this, [&animation] { playOnce(animation); });
+        connect(&m_entranceDelays[i], &QTimer::timeout, this,
+                [&animation] { playOnce(animation); });
     }
     connect(&m_onScreen, &OnScreenWatcher::changed, this, &AnimatedMark::updateDrift);
     m_driftAnimation.setTargetObject(this);
@@ -212,8 +214,8 @@ void AnimatedMark::paintParts(QPainter &painter, double ghost, double colour) co
         painter.translate(m_pictures[i].topLeft - centre);
         painter.scale(1.0 / m_rasterRatio, 1.0 / m_rasterRatio);
         if (m_driftOffset != 0.0) {
-            // A picture that is only translated is put on whole pixels, which is fast, and good enough
-            // for what comes flying in; but the mark would float in jerks.
+            // A picture that is only translated is put on whole pixels, which is fast, and good
+            // enough for what comes flying in; but the mark would float in jerks.
             constexpr double kNotOnlyTranslated = 1.0 + 1e-9;
             painter.scale(kNotOnlyTranslated, kNotOnlyTranslated);
         }

@@ -64,7 +64,7 @@ private:
     /// One part as it looks in its place.
     struct Picture
     {
-        QPixmap pixmap;  ///< in device pixels; no larger than what there is to see
+        QPixmap pixmap; ///< in device pixels; no larger than what there is to see
         QPointF topLeft; ///< in the widget
     };
 

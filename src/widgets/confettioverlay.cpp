@@ -16,7 +16,7 @@ constexpr int kPieces = 110;
 constexpr int kLifetime = 130; // ticks
 
 constexpr double kAirDrag = 0.995; // of the sideways speed, per tick
-constexpr double kGravity = 0.2;   // px per tick, per tick
+constexpr double kGravity = 0.2; // px per tick, per tick
 
 /// This far below the overlay a piece is out of sight for good, in px.
 constexpr double kFallOut = 40.0;
@@ -28,8 +28,7 @@ double uniform()
 
 } // namespace
 
-ConfettiOverlay::ConfettiOverlay(QWidget *parent)
-    : QWidget(parent), m_timer(this)
+ConfettiOverlay::ConfettiOverlay(QWidget *parent) : QWidget(parent), m_timer(this)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAttribute(Qt::WA_TranslucentBackground);

@@ -16,8 +16,8 @@ class ConfettiOverlay : public QWidget
 public:
     explicit ConfettiOverlay(QWidget *parent);
 
-    /// Throws a new burst from `origin` (in this widget's coordinates), in place of any still flying.
-    /// Without colours nothing happens.
+    /// Throws a new burst from `origin` (in this widget's coordinates), in place of any still
+    /// flying. Without colours nothing happens.
     void burst(const QPointF &origin, const QList<QColor> &colours);
 
     /// Number of pieces in the air, dead ones included until the last one has died.
@@ -37,7 +37,7 @@ private:
         double width;
         double height;
         double rotation; ///< radians
-        double spin;     ///< radians per tick
+        double spin; ///< radians per tick
         QColor colour;
         int age = 0; ///< ticks
     };

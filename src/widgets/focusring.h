@@ -5,8 +5,8 @@
 class QFocusEvent;
 class QPainter;
 
-/// Shows where the keyboard is, and only while it is the keyboard that moves the focus: a click needs
-/// no pointer to itself. A member of the control that draws it.
+/// Shows where the keyboard is, and only while it is the keyboard that moves the focus: a click
+/// needs no pointer to itself. A member of the control that draws it.
 class FocusRing
 {
 public:

@@ -18,7 +18,11 @@ constexpr double kRingWidth = 1.0;
 } // namespace
 
 GifBadge::GifBadge(const QString &fileName, int side, QWidget *parent)
-    : QWidget(parent), m_side(side), m_movie(fileName), m_onScreen(this), m_popAnimation(this, "popProgress")
+    : QWidget(parent),
+      m_side(side),
+      m_movie(fileName),
+      m_onScreen(this),
+      m_popAnimation(this, "popProgress")
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     m_popAnimation.setDuration(kPopDuration);

@@ -6,8 +6,8 @@
 #include <QPropertyAnimation>
 #include <QWidget>
 
-/// A round badge that plays an animated GIF on a white disc and can pop in. A picture that cannot be
-/// read leaves the disc and its ring.
+/// A round badge that plays an animated GIF on a white disc and can pop in. A picture that cannot
+/// be read leaves the disc and its ring.
 class GifBadge : public QWidget
 {
     Q_OBJECT

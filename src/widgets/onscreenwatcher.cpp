@@ -3,8 +3,7 @@
 #include <QEvent>
 #include <QWidget>
 
-OnScreenWatcher::OnScreenWatcher(QWidget *widget)
-    : QObject(widget), m_widget(widget)
+OnScreenWatcher::OnScreenWatcher(QWidget *widget) : QObject(widget), m_widget(widget)
 {
     widget->installEventFilter(this);
 }

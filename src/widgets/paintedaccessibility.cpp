@@ -15,8 +15,7 @@ class RevealRowInterface : public QAccessibleWidget
 public:
     explicit RevealRowInterface(RevealRow *row)
         : QAccessibleWidget(row, QAccessible::ListItem), m_row(row)
-    {
-    }
+    {}
 
     QAccessible::State state() const override
     {
@@ -35,8 +34,7 @@ class ProgressTrackInterface : public QAccessibleWidget, public QAccessibleValue
 public:
     explicit ProgressTrackInterface(ProgressTrack *track)
         : QAccessibleWidget(track, QAccessible::ProgressBar), m_track(track)
-    {
-    }
+    {}
 
     void *interface_cast(QAccessible::InterfaceType type) override
     {
@@ -46,7 +44,7 @@ public:
     }
 
     QVariant currentValue() const override { return m_track->target() * 100.0; }
-    void setCurrentValue(const QVariant &) override { }
+    void setCurrentValue(const QVariant &) override {}
     QVariant maximumValue() const override { return 100.0; }
     QVariant minimumValue() const override { return 0.0; }
     QVariant minimumStepSize() const override { return 1.0; }

@@ -13,14 +13,16 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int kGlideDuration = 300;  // ms
+constexpr int kGlideDuration = 300; // ms
 constexpr int kSweepDuration = 1100; // ms
-constexpr double kSegment = 0.38;    // of the width
+constexpr double kSegment = 0.38; // of the width
 
 } // namespace
 
 ProgressTrack::ProgressTrack(QWidget *parent)
-    : QWidget(parent), m_valueAnimation(this, "value"), m_phaseAnimation(this, "indeterminatePhase"),
+    : QWidget(parent),
+      m_valueAnimation(this, "value"),
+      m_phaseAnimation(this, "indeterminatePhase"),
       m_onScreen(this)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int kCircleDuration = 400; // ms
-constexpr int kCheckDuration = 380;  // ms
+constexpr int kCheckDuration = 380; // ms
 constexpr auto kCheckDelay = 280ms;
 
 /// The seal is designed in a box of this side.
@@ -25,7 +25,9 @@ constexpr int kCheckSteps = 24;
 } // namespace
 
 SealCheck::SealCheck(QWidget *parent)
-    : QWidget(parent), m_circleAnimation(this, "circleProgress"), m_checkAnimation(this, "checkProgress")
+    : QWidget(parent),
+      m_circleAnimation(this, "circleProgress"),
+      m_checkAnimation(this, "checkProgress")
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     for (QPropertyAnimation *animation : { &m_circleAnimation, &m_checkAnimation }) {
@@ -98,6 +100,7 @@ void SealCheck::paintEvent(QPaintEvent *)
             break;
         drawn.lineTo(mark.pointAtPercent(percent));
     }
-    painter.strokePath(drawn, QPen(themedColor(u"@INS_OK"_s), kCheckWidth * s, Qt::SolidLine,
-                                   Qt::RoundCap, Qt::RoundJoin));
+    painter.strokePath(drawn,
+                       QPen(themedColor(u"@INS_OK"_s), kCheckWidth * s, Qt::SolidLine, Qt::RoundCap,
+                            Qt::RoundJoin));
 }

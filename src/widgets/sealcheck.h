@@ -4,8 +4,8 @@
 #include <QTimer>
 #include <QWidget>
 
-/// The round seal of success: a disc pops in, then a check mark draws itself. Paints nothing until it
-/// is played.
+/// The round seal of success: a disc pops in, then a check mark draws itself. Paints nothing until
+/// it is played.
 class SealCheck : public QWidget
 {
     Q_OBJECT

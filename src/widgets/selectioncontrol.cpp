@@ -64,8 +64,9 @@ void SelectionControl::paintEvent(QPaintEvent *)
         painter.drawRoundedRect(rect(), kPlateRadius, kPlateRadius);
     }
 
-    paintIndicator(painter, QRectF(kIndicatorLeft, (height() - kIndicatorSize) / 2.0,
-                                   kIndicatorSize, kIndicatorSize));
+    paintIndicator(
+        painter,
+        QRectF(kIndicatorLeft, (height() - kIndicatorSize) / 2.0, kIndicatorSize, kIndicatorSize));
 
     painter.setPen(themedColor(u"@INS_TX"_s));
     painter.setFont(font());

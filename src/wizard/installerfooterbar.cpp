@@ -70,7 +70,10 @@ QPushButton *InstallerFooterBar::addButton(const QString &text, bool primary, bo
 {
     auto *button = new ThemedButton(text, kButtonRadius, this);
     button->setFixedHeight(kButtonHeight);
-    button->setProperty(kVariantProperty, danger ? u"danger"_s : primary ? u"primary"_s : u"ghost"_s);
+    button->setProperty(kVariantProperty,
+                        danger        ? u"danger"_s
+                            : primary ? u"primary"_s
+                                      : u"ghost"_s);
     onThemeChange(button, [button] {
         button->setStyleSheet(themed(buttonStyle(button->property(kVariantProperty).toString())));
     });
@@ -83,8 +86,8 @@ QPushButton *InstallerFooterBar::addButton(const QString &text, bool primary, bo
 void InstallerFooterBar::clear()
 {
     for (QPushButton *button : std::as_const(m_buttons)) {
-        // Perhaps it is this button's click that brought us here, so it goes later; but it is no part
-        // of the bar from now on.
+        // Perhaps it is this button's click that brought us here, so it goes later; but it is no
+        // part of the bar from now on.
         m_buttonRow->removeWidget(button);
         button->clearFocus(); // or hiding would hand the focus to whatever comes next in the window
         button->hide();

@@ -11,12 +11,12 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int kSlide = 14;             // px
+constexpr int kSlide = 14; // px
 constexpr int kIncomingDuration = 320; // ms
 constexpr int kOutgoingDuration = 200; // ms
 
-void addAnimation(QParallelAnimationGroup *group, QObject *target, const char *property, int duration,
-                  const QVariant &from, const QVariant &to)
+void addAnimation(QParallelAnimationGroup *group, QObject *target, const char *property,
+                  int duration, const QVariant &from, const QVariant &to)
 {
     auto *animation = new QPropertyAnimation(target, property, group);
     animation->setDuration(duration);
@@ -36,8 +36,7 @@ void addFade(QParallelAnimationGroup *group, QWidget *page, int duration, double
 
 } // namespace
 
-InstallerPane::InstallerPane(QWidget *parent)
-    : QWidget(parent)
+InstallerPane::InstallerPane(QWidget *parent) : QWidget(parent)
 {
     repaintOnThemeChange(this);
 }

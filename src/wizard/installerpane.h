@@ -32,6 +32,7 @@ private:
 
     QList<QWidget *> m_pages;
     QWidget *m_current = nullptr;
-    QWidget *m_outgoing = nullptr; ///< only while a transition runs, and not if a page follows itself
+    QWidget *m_outgoing =
+        nullptr; ///< only while a transition runs, and not if a page follows itself
     QPointer<QParallelAnimationGroup> m_transition;
 };

@@ -21,9 +21,8 @@ InstallerRail::InstallerRail(QWidget *parent)
       m_mark(new AnimatedMark(this)),
       m_wordmark(new QLabel(this)),
       m_versionLine(new QLabel(u"%1 · %2"_s.arg(Product::kVersion, Product::kRequiredSpace), this)),
-      m_legal(new QLabel(u"%1<br>%2"_s.arg(Product::kPublisherNotice,
-                                           tr("Proprietary and confidential")),
-                         this))
+      m_legal(new QLabel(
+          u"%1<br>%2"_s.arg(Product::kPublisherNotice, tr("Proprietary and confidential")), this))
 {
     setFixedWidth(kWidth);
     m_mark->setFixedSize(m_mark->sizeHint());

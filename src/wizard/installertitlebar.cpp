@@ -17,16 +17,17 @@ namespace {
 constexpr int kHeight = 36;
 constexpr QSize kButtonSize(40, 35);
 
-const QString kButtonStyle
-    = u"QPushButton{border:none;background:transparent;color:@INS_TX2;font-size:12px;}"
-      "QPushButton:hover{background:@INS_LINE;color:@INS_TX;}"_s;
+const QString kButtonStyle =
+    u"QPushButton{border:none;background:transparent;color:@INS_TX2;font-size:12px;}"
+    "QPushButton:hover{background:@INS_LINE;color:@INS_TX;}"_s;
 
 /// Red and white are no tokens: this button means the same in every theme.
 const QString kCloseButtonStyle = kButtonStyle
     + u"QPushButton#insCloseBtn:hover{background:#D63B32;color:#FFFFFF;"
       "border-top-right-radius:%1px;}"_s.arg(kCornerRadius);
 
-ThemedButton *titleButton(const QString &sign, const QString &name, const QString &style, QWidget *bar)
+ThemedButton *titleButton(const QString &sign, const QString &name, const QString &style,
+                          QWidget *bar)
 {
     auto *button = new ThemedButton(sign, 0.0, bar);
     button->setAccessibleName(name);

@@ -174,8 +174,8 @@ void InstallerWizard::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (std::exchange(m_wasShown, true))
         return;
-    // Once more when the window is on screen, so that the entrance is seen; but not over the head of a
-    // user who was quick enough to be somewhere else already.
+    // Once more when the window is on screen, so that the entrance is seen; but not over the head
+    // of a user who was quick enough to be somewhere else already.
     QTimer::singleShot(0, this, [this] {
         if (m_pane->currentPage() == page(firstPage(m_runMode)))
             setRunMode(m_runMode);
@@ -309,8 +309,8 @@ void InstallerWizard::addFooterButton(const FooterButton &button)
 
 void InstallerWizard::focusFooter()
 {
-    // The way on, so that the keyboard has a place to start from; on a page that destroys something,
-    // the way back.
+    // The way on, so that the keyboard has a place to start from; on a page that destroys
+    // something, the way back.
     const QList<QPushButton *> buttons = m_footer->buttons();
     const bool isDangerous = buttons.last()->property("insVariant") == "danger"_L1;
     (isDangerous ? buttons.first() : buttons.last())->setFocus(Qt::OtherFocusReason);
@@ -374,9 +374,9 @@ void InstallerWizard::startEngine()
     page->setWaiting(true);
     switch (m_runMode) {
     case RunMode::Install:
-        m_engine->startInstall(m_destination->path(), m_tasks->desktopShortcut()
-                                   ? QStringList { u"desktopicon"_s }
-                                   : QStringList());
+        m_engine->startInstall(m_destination->path(),
+                               m_tasks->desktopShortcut() ? QStringList { u"desktopicon"_s }
+                                                          : QStringList());
         break;
     case RunMode::Update:
         m_engine->startInstall(installLocation(), {});

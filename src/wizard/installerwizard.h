@@ -30,9 +30,9 @@ class UninstallCompletePage;
 class UpdateAvailablePage;
 class UpdateFinishedPage;
 
-/// The one window. It conducts: which page comes and what its footer says is in the page flow, what a
-/// run is made of in the run plan; the window enters pages, starts runs and shows how they go. Every
-/// change of page passes through leavePage(), so that at most one run is ever connected.
+/// The one window. It conducts: which page comes and what its footer says is in the page flow, what
+/// a run is made of in the run plan; the window enters pages, starts runs and shows how they go.
+/// Every change of page passes through leavePage(), so that at most one run is ever connected.
 class InstallerWizard : public QWidget
 {
     Q_OBJECT
@@ -108,9 +108,9 @@ private:
     std::array<QMetaObject::Connection, 4> m_engineConnections;
     SimulatedRun m_simulation;
     SealCheck *m_celebratedSeal = nullptr; ///< where the pending burst starts from
-    QTimer m_finishDelay;   ///< the last look at a completed run
+    QTimer m_finishDelay; ///< the last look at a completed run
     QTimer m_confettiDelay; ///< from the finish page to its burst
-    QTimer m_idleDelay;     ///< from the finish page to the mark's floating
+    QTimer m_idleDelay; ///< from the finish page to the mark's floating
     bool m_wasShown = false;
     bool m_isClosing = false;
 };

@@ -5,5 +5,4 @@ InstallingPage::InstallingPage(QWidget *parent)
                      .body = tr("Roughly a minute. You can keep using your PC."),
                      .caption = tr("This may take a few minutes.") },
                    nullptr, parent)
-{
-}
+{}

@@ -28,15 +28,15 @@ constexpr FooterButton back(PageId target)
              .target = target };
 }
 
-constexpr const char *kAdministrator
-    = QT_TRANSLATE_NOOP("InstallerWizard", "Administrator rights required");
+constexpr const char *kAdministrator =
+    QT_TRANSLATE_NOOP("InstallerWizard", "Administrator rights required");
 constexpr const char *kNext = QT_TRANSLATE_NOOP("InstallerWizard", "Next");
-constexpr FooterButton kCancel
-    = ghost(QT_TRANSLATE_NOOP("InstallerWizard", "Cancel"), Command::Close);
-constexpr FooterButton kClose
-    = ghost(QT_TRANSLATE_NOOP("InstallerWizard", "Close"), Command::Close);
-constexpr FooterButton kOpen = primary(
-    QT_TRANSLATE_NOOP("InstallerWizard", "Open Varnel Schematics"), Command::OpenAndClose);
+constexpr FooterButton kCancel =
+    ghost(QT_TRANSLATE_NOOP("InstallerWizard", "Cancel"), Command::Close);
+constexpr FooterButton kClose =
+    ghost(QT_TRANSLATE_NOOP("InstallerWizard", "Close"), Command::Close);
+constexpr FooterButton kOpen =
+    primary(QT_TRANSLATE_NOOP("InstallerWizard", "Open Varnel Schematics"), Command::OpenAndClose);
 
 // clang-format off
 constexpr PageStop kStops[] = {
@@ -90,7 +90,7 @@ const PageStop &pageStop(PageId page)
 
 PageId firstPage(RunMode mode)
 {
-    constexpr PageId kFirstPages[]
-        = { PageId::Welcome, PageId::UpdateAvailable, PageId::ConfirmUninstall };
+    constexpr PageId kFirstPages[] = { PageId::Welcome, PageId::UpdateAvailable,
+                                       PageId::ConfirmUninstall };
     return kFirstPages[int(mode)];
 }

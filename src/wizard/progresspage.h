@@ -6,8 +6,8 @@ class ProgressTrack;
 class QLabel;
 class StepList;
 
-/// A run as the user sees it. What the three progress pages share, which is all but their texts and,
-/// on one of them, a badge beside the head.
+/// A run as the user sees it. What the three progress pages share, which is all but their texts
+/// and, on one of them, a badge beside the head.
 class ProgressPage : public QWidget
 {
     Q_OBJECT

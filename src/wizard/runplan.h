@@ -9,8 +9,8 @@ struct RunPlan
 {
     PageId progressPage;
     PageId finishPage;
-    bool fillsMark;         ///< the mark fills with progress; otherwise it empties
-    double simulationStep;  ///< percentage points per tick without an engine
+    bool fillsMark; ///< the mark fills with progress; otherwise it empties
+    double simulationStep; ///< percentage points per tick without an engine
 };
 [[nodiscard]] const RunPlan &runPlan(RunMode mode);
 

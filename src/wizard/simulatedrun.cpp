@@ -15,21 +15,14 @@ constexpr double kFileProbability = 0.22; // per tick
 /// Where a made-up file would lie; the folder that was chosen has nothing to do with it.
 constexpr QStringView kFolder = uR"(C:\Program Files\Varnel Schematics\)";
 constexpr std::array<QStringView, 9> kFiles = {
-    u"libEGL.dll",
-    u"Qt6Core.dll",
-    u"Qt6Widgets.dll",
-    u"Qt6Network.dll",
-    u"pdfium.dll",
-    u"glew32.dll",
-    u"glfw3.dll",
-    uR"(config\pcb_themes_builtin.json)",
+    u"libEGL.dll",          u"Qt6Core.dll", u"Qt6Widgets.dll", u"Qt6Network.dll",
+    u"pdfium.dll",          u"glew32.dll",  u"glfw3.dll",      uR"(config\pcb_themes_builtin.json)",
     uR"(symbols\ieee.lib)",
 };
 
 } // namespace
 
-SimulatedRun::SimulatedRun(QObject *parent)
-    : QObject(parent)
+SimulatedRun::SimulatedRun(QObject *parent) : QObject(parent)
 {
     m_timer.setInterval(kTick);
     connect(&m_timer, &QTimer::timeout, this, &SimulatedRun::tick);

@@ -3,8 +3,8 @@
 #include <QObject>
 #include <QTimer>
 
-/// Stands in for the setup engine when there is none, so that every screen can be shown: a timed run
-/// with made-up file names that touches nothing.
+/// Stands in for the setup engine when there is none, so that every screen can be shown: a timed
+/// run with made-up file names that touches nothing.
 class SimulatedRun : public QObject
 {
     Q_OBJECT

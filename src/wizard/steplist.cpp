@@ -4,8 +4,7 @@
 
 #include <QVBoxLayout>
 
-StepList::StepList(QWidget *parent)
-    : QWidget(parent), m_layout(new QVBoxLayout(this))
+StepList::StepList(QWidget *parent) : QWidget(parent), m_layout(new QVBoxLayout(this))
 {
     m_layout->setContentsMargins({});
     m_layout->setSpacing(0);

@@ -9,7 +9,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int kSlide = 4;  // px
+constexpr int kSlide = 4; // px
 constexpr int kHeight = 22;
 const QString kCheckMark = u"\u2713 "_s;
 

@@ -5,5 +5,4 @@ UninstallingPage::UninstallingPage(QWidget *parent)
                      .body = tr("Removing Varnel Schematics from your computer."),
                      .caption = tr("Do not turn off your PC.") },
                    nullptr, parent)
-{
-}
+{}

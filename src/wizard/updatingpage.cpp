@@ -15,5 +15,4 @@ UpdatingPage::UpdatingPage(QWidget *parent)
                      .body = tr("Roughly a minute. You can keep using your PC."),
                      .caption = tr("This may take a few minutes.") },
                    new GifBadge(u":/assets/business-development.gif"_s, kBadgeSize), parent)
-{
-}
+{}

@@ -10,7 +10,8 @@ using namespace Qt::Literals::StringLiterals;
 
 Sandbox::Sandbox()
 {
-    for (const QString &folder : { u"temp"_s, u"home"_s, u"desktop"_s, u"appdata"_s, u"programs"_s })
+    for (const QString &folder :
+         { u"temp"_s, u"home"_s, u"desktop"_s, u"appdata"_s, u"programs"_s })
         QDir(m_folder.path()).mkpath(folder);
     for (const char *variable : { "TMPDIR", "TMP", "TEMP" })
         setVariable(variable, tempFolder());
@@ -54,8 +55,8 @@ QString Sandbox::path(const QString &name) const
 
 QStringList Sandbox::tempFiles() const
 {
-    return QDir(tempFolder()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot,
-                                        QDir::Name);
+    return QDir(tempFolder())
+        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
 }
 
 QString Sandbox::write(const QString &name, const QByteArray &content) const
@@ -84,7 +85,8 @@ QList<QStringList> Sandbox::engineRuns() const
     QList<QStringList> runs;
     for (const QByteArray &line : read(u"engine-runs.txt"_s).split('\n')) {
         if (!line.isEmpty())
-            runs.append(QVariant(QJsonDocument::fromJson(line).array().toVariantList()).toStringList());
+            runs.append(
+                QVariant(QJsonDocument::fromJson(line).array().toVariantList()).toStringList());
     }
     return runs;
 }

@@ -6,9 +6,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// A small world of its own for one test: temp folder, home, desktop, preferences, registry, and the
-/// stand-in setup engine with a scenario. The process's environment points there for as long as it
-/// lives; afterwards nothing of it is left.
+/// A small world of its own for one test: temp folder, home, desktop, preferences, registry, and
+/// the stand-in setup engine with a scenario. The process's environment points there for as long as
+/// it lives; afterwards nothing of it is left.
 class Sandbox
 {
 public:
@@ -30,7 +30,8 @@ public:
     QString write(const QString &name, const QByteArray &content) const;
     [[nodiscard]] QByteArray read(const QString &name) const;
 
-    /// How the stand-in engine behaves from now on: lines of "key = value". Without delay otherwise.
+    /// How the stand-in engine behaves from now on: lines of "key = value". Without delay
+    /// otherwise.
     void setScenario(const QByteArray &lines);
     /// The argument lists of the engine's runs so far, each with the program first.
     [[nodiscard]] QList<QStringList> engineRuns() const;
