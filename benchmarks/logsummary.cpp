@@ -30,6 +30,7 @@ void writeLog(const QString &path, qint64 size, const QByteArray &reason)
     for (int i = 0; block.size() < kMegabyte; ++i) {
         const QByteArray stamp = "2026-11-21 10:15:30." + QByteArray::number(100 + i % 900) + "   ";
         block += stamp + "-- File entry --\r\n";
+        block += stamp + "Non-default bitness: 64-bit\r\n";
         block += stamp + "Dest filename: C:\\Program Files\\Varnel Schematics\\symbols\\part"
             + QByteArray::number(i) + ".lib\r\n";
         block += stamp + "Time stamp of our file: 2026-10-02 09:00:00.000\r\n";

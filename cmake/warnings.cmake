@@ -1,6 +1,9 @@
 # What every target of ours is compiled with. Warnings become errors where CI is set, so that a
 # newcomer's different compiler version does not stop them from building.
-option(VARNEL_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" "$ENV{CI}")
+option(VARNEL_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
+if("$ENV{CI}")
+    set(VARNEL_WARNINGS_AS_ERRORS ON)
+endif()
 
 add_library(varnel_build_options INTERFACE)
 target_compile_definitions(varnel_build_options INTERFACE

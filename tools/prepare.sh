@@ -6,7 +6,7 @@
 # What building, running and testing takes, by the names of Debian 12.
 packages="
     cmake g++ ninja-build
-    qt6-base-dev qt6-svg-dev libxcb1-dev
+    qt6-base-dev qt6-svg-dev qt6-wayland libxcb1-dev
     xvfb xauth openbox x11-xserver-utils xdotool imagemagick
     dbus at-spi2-core gir1.2-atspi-2.0 python3 python3-gi
     fonts-dejavu-core
@@ -42,13 +42,32 @@ install_packages() {
     fi
     say "Installing with apt:$missing"
     log=$(mktemp)
-    # shellcheck disable=SC2086 # both lists are meant to be split
-    if ! { $as_root apt-get update -q && $as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -q --no-install-recommends $missing; } >"$log" 2>&1; then
-        tail -n 20 "$log" >&2
-        give_up "The packages could not be installed; see above, and the whole story in $log."
-    fi
+    say "Part 1 of 2: the lists of packages"
+    watched "$log" $as_root apt-get update -q \
+        || give_up "The lists of packages could not be fetched; see above, and the whole story in $log."
+    say "Part 2 of 2: the packages"
+    # shellcheck disable=SC2086 # the list is meant to be split
+    watched "$log" $as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -q --no-install-recommends $missing \
+        || give_up "The packages could not be installed; see above, and the whole story in $log."
     rm -f "$log"
+}
+
+# watched <log> <command>...: runs a command that talks too much, showing where it is now and then.
+watched() {
+    log_file=$1
+    shift
+    "$@" >>"$log_file" 2>&1 &
+    command_pid=$!
+    waited=0
+    while kill -0 $command_pid 2>/dev/null; do
+        sleep 1
+        waited=$((waited + 1))
+        [ $((waited % 10)) -ne 0 ] || say "… $(tail -n 1 "$log_file" | cut -c 1-90)"
+    done
+    wait $command_pid && return 0
+    tail -n 20 "$log_file" >&2
+    return 1
 }
 
 # build <preset>: configures if that was never done, then builds what has changed.

@@ -16,7 +16,8 @@ from wizard import Sandbox, Wizard, wait_until  # noqa: E402
 
 # In the order in which they are looked for: the button that leads on from a page.
 WAY_ON = ("Next", "Install", "Update Now", "Update", "Uninstall")
-LAST_PAGES = ("is installed", "has been updated", "See You Later!", "Setup could not finish")
+SUCCESSES = ("is installed", "has been updated", "See You Later!")
+LAST_PAGES = (*SUCCESSES, "Setup could not finish")
 
 
 class Album:
@@ -86,12 +87,13 @@ def main():
         with Wizard(*arguments, sandbox=sandbox) as wizard:
             walk(wizard, album)
             print(f"On the last page: {wizard.texts()[-3:]}")
+            succeeded = any(wizard.has_text(text) for text in SUCCESSES)
             wizard.press("Escape")
             code = wizard.wait_end()
         installed = sum(path.is_file() for path in sandbox.destination.rglob("*"))
         print(f"The wizard ended with {code}; it had installed {installed} files.")
         print(f"Contact sheet: {album.contact_sheet()}")
-        return code
+        return 0 if succeeded and code == 0 else 1
     finally:
         sandbox.remove()
 

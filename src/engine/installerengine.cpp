@@ -179,7 +179,8 @@ void InstallerEngine::onProcessFinished(int exitCode, QProcess::ExitStatus exitS
         return;
     if (exitStatus == QProcess::NormalExit && exitCode == 0) {
         Q_EMIT progress(1.0);
-        Q_EMIT finished(true, QString());
+        if (stopCount == m_stopCount)
+            Q_EMIT finished(true, QString());
         return;
     }
     QString message = exitCodeMessage(exitCode);

@@ -59,7 +59,8 @@ Q_SIGNALS:
     void currentFile(const QString &path);
     /// The engine program's own words on what it is doing, each time they change.
     void statusChanged(const QString &status);
-    /// Exactly once per run. `error` is a sentence for the user, empty on success.
+    /// Exactly once per run that nobody stops. `error` is a sentence for the user, empty on
+    /// success. After a crash the engine program's last words may still follow.
     void finished(bool ok, const QString &error);
 
 private:

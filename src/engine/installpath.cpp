@@ -18,7 +18,11 @@ bool isDriveRoot(QStringView path)
 
 QString installFolder(const QString &path)
 {
-    const QString folder = QDir::cleanPath(path);
+    QString text = path;
+    // So that a Windows path is cleaned as one wherever we run.
+    if (path.size() >= 2 && isDriveRoot(path.first(2)))
+        text.replace(u'\\', u'/');
+    const QString folder = QDir::cleanPath(text);
     if (!isDriveRoot(folder))
         return folder;
     const QStringView drive = QStringView(folder).first(folder == u'/' ? 0 : 2);

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QIODevice>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qsizetype kBufferSize = 64 * 1024;

@@ -55,24 +55,22 @@ QString LogTail::readNewestFile()
     if (!openRegularFile(log))
         return {};
 
-    const qint64 begin = m_position;
-    m_position = size;
+    QString newest;
     QByteArray block;
-    for (qint64 end = size; end > begin;) {
-        const qint64 start = qMax(begin, end - kBlockSize);
+    for (qint64 end = size; end > m_position && newest.isEmpty();) {
+        const qint64 start = qMax(m_position, end - kBlockSize);
         block.resize(end - start);
         if (!log.seek(start) || log.read(block.data(), block.size()) != block.size())
             return {}; // cut short under our hands: the next poll looks again
 
         // The block's first line may have begun before it; it then belongs to the next block,
         // unless it fills this one.
-        qsizetype firstLine = start > begin ? block.indexOf('\n') + 1 : 0;
+        qsizetype firstLine = start > m_position ? block.indexOf('\n') + 1 : 0;
         if (firstLine == block.size())
             firstLine = 0;
-        if (const QString file = lastFileIn(QByteArrayView(block).sliced(firstLine));
-            !file.isEmpty())
-            return file;
+        newest = lastFileIn(QByteArrayView(block).sliced(firstLine));
         end = start + firstLine;
     }
-    return {};
+    m_position = size;
+    return newest;
 }

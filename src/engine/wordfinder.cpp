@@ -6,7 +6,11 @@
 
 namespace {
 
-/// Pairs are looked for in so many places at once.
+/// So many letters are looked for together: two of them, "fa", stand in every other line of a log
+/// ("default"), three do not.
+constexpr qsizetype kProbe = 3;
+
+/// In so many places at once.
 constexpr qsizetype kChunk = 256;
 
 constexpr char kCaseBit = 0x20; // tells 'a' from 'A'
@@ -38,24 +42,32 @@ int rarity(char c)
     return rank == std::string_view::npos ? -1 : int(rank);
 }
 
-qsizetype rarestPair(QByteArrayView word)
+qsizetype rarestLetters(QByteArrayView word)
 {
+    const auto rarityAt = [word](qsizetype i) {
+        return rarity(word[i]) + rarity(word[i + 1]) + rarity(word[i + 2]);
+    };
     qsizetype best = 0;
-    for (qsizetype i = 1; i + 1 < word.size(); ++i) {
-        if (rarity(word[i]) + rarity(word[i + 1]) > rarity(word[best]) + rarity(word[best + 1]))
+    for (qsizetype i = 1; i + kProbe <= word.size(); ++i) {
+        if (rarityAt(i) > rarityAt(best))
             best = i;
     }
     return best;
 }
 
-/// Whether the pair begins at any of the kChunk places from `text` on; reads one byte more. Without
-/// a branch in it, so that it can be vectorised.
-bool chunkHoldsPair(const char *text, char first, char second)
+/// Whether `letters` begin at any of the kChunk places from `text` on; reads two bytes more.
+/// Without a branch in it, so that it can be vectorised.
+bool chunkHolds(const char *text, const char *letters)
 {
+    const char first = folded(letters[0]);
+    const char second = folded(letters[1]);
+    const char third = folded(letters[2]);
     std::uint8_t found = 0;
     for (qsizetype i = 0; i < kChunk; ++i) {
-        found |=
-            std::uint8_t(folded(text[i]) == first) & std::uint8_t(folded(text[i + 1]) == second);
+        found = std::uint8_t(found
+                             | (std::uint8_t(folded(text[i]) == first)
+                                & std::uint8_t(folded(text[i + 1]) == second)
+                                & std::uint8_t(folded(text[i + 2]) == third)));
     }
     return found != 0;
 }
@@ -65,7 +77,7 @@ bool chunkHoldsPair(const char *text, char first, char second)
 WordFinder::WordFinder(std::initializer_list<QByteArrayView> words)
 {
     for (QByteArrayView word : words) {
-        m_words.push_back({ word, rarestPair(word) });
+        m_words.push_back({ word, rarestLetters(word) });
         m_longest = std::max(m_longest, word.size());
     }
 }
@@ -73,30 +85,31 @@ WordFinder::WordFinder(std::initializer_list<QByteArrayView> words)
 std::optional<qsizetype> WordFinder::find(QByteArrayView text, qsizetype from) const
 {
     qsizetype place = from;
-    for (; place + kChunk < text.size(); place += kChunk) {
+    for (; place + kChunk + kProbe <= text.size(); place += kChunk) {
         const char *const chunk = text.data() + place;
         const bool worthALook =
             std::any_of(m_words.begin(), m_words.end(), [chunk](const Word &word) {
-                return chunkHoldsPair(chunk, folded(word.text[word.pair]),
-                                      folded(word.text[word.pair + 1]));
+                return chunkHolds(chunk, word.text.data() + word.probe);
             });
         if (!worthALook)
             continue;
-        if (const auto found = findByPairs(text, from, place, place + kChunk))
+        if (const auto found = findByProbes(text, from, place, place + kChunk))
             return found;
     }
-    return findByPairs(text, from, place, text.size() - 1);
+    return findByProbes(text, from, place, text.size() - kProbe + 1);
 }
 
-std::optional<qsizetype> WordFinder::findByPairs(QByteArrayView text, qsizetype from,
-                                                 qsizetype pairsBegin, qsizetype pairsEnd) const
+std::optional<qsizetype> WordFinder::findByProbes(QByteArrayView text, qsizetype from,
+                                                  qsizetype probesBegin, qsizetype probesEnd) const
 {
-    for (qsizetype place = pairsBegin; place < pairsEnd; ++place) {
+    for (qsizetype place = probesBegin; place < probesEnd; ++place) {
+        const char letter = folded(text[place]);
         for (const Word &word : m_words) {
-            const qsizetype start = place - word.pair;
-            if (start < from || !startsWith(text.sliced(start), word.text))
+            const qsizetype start = place - word.probe;
+            if (letter != folded(word.text[word.probe]) || start < from
+                || !startsWith(text.sliced(start), word.text))
                 continue;
-            // A longer word whose pair comes later may have begun before this one.
+            // A longer word whose rarest letters come later may have begun before this one.
             qsizetype leftmost = std::max(from, start - m_longest);
             while (!anyWordAt(text, leftmost))
                 ++leftmost;

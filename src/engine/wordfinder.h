@@ -2,16 +2,18 @@
 
 #include <QByteArrayView>
 
+#include <initializer_list>
 #include <optional>
 #include <vector>
 
 /// Finds the first of several words in a text, ASCII letter case ignored, at several bytes per
-/// cycle: each word is looked for by the pair of its neighbouring letters that text holds most
-/// seldom, and looking for a pair is a loop that the compiler turns into vector instructions.
+/// cycle: each word is looked for by the three neighbouring letters in it that text holds most
+/// seldom, and looking for three letters is a loop that the compiler turns into vector
+/// instructions.
 class WordFinder
 {
 public:
-    /// `words`: lower-case ASCII, two or more bytes each; they must outlive the finder.
+    /// `words`: lower-case ASCII, three or more bytes each; they must outlive the finder.
     explicit WordFinder(std::initializer_list<QByteArrayView> words);
 
     /// Offset of the leftmost occurrence of any word in `text` at or after `from`.
@@ -21,13 +23,13 @@ private:
     struct Word
     {
         QByteArrayView text;
-        qsizetype pair; ///< offset of the rarest pair in it
+        qsizetype probe; ///< offset of its rarest letters
     };
 
     [[nodiscard]] bool anyWordAt(QByteArrayView text, qsizetype start) const;
-    [[nodiscard]] std::optional<qsizetype> findByPairs(QByteArrayView text, qsizetype from,
-                                                       qsizetype pairsBegin,
-                                                       qsizetype pairsEnd) const;
+    [[nodiscard]] std::optional<qsizetype> findByProbes(QByteArrayView text, qsizetype from,
+                                                        qsizetype probesBegin,
+                                                        qsizetype probesEnd) const;
 
     std::vector<Word> m_words;
     qsizetype m_longest = 0;

@@ -2,6 +2,7 @@
 
 #include "pages/pagelabels.h"
 #include "theme/themed.h"
+#include "widgets/hairline.h"
 
 #include <QPainter>
 
@@ -87,5 +88,5 @@ void SystemCheckPage::CheckRow::paintRow(QPainter &painter)
         valueRect, Qt::AlignRight | Qt::AlignVCenter,
         painter.fontMetrics().elidedText(m_result.value, Qt::ElideRight, valueRect.width()));
 
-    painter.fillRect(0, height() - 1, width(), 1, themedColor(u"@INS_LINE"_s));
+    paintHairline(painter, { 0, height() - 1, width(), 1 }, themedColor(u"@INS_LINE"_s));
 }

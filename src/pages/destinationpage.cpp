@@ -73,14 +73,12 @@ void DestinationPage::setPath(const QString &path)
     m_path = QDir::toNativeSeparators(path);
     m_pathLabel->setText(m_path);
     m_pathLabel->setToolTip(u"<p style=\"white-space:pre\">%1</p>"_s.arg(m_path.toHtmlEscaped()));
-    if (isVisible())
-        refreshDiskSpace();
+    refreshDiskSpace();
 }
 
 void DestinationPage::showEvent(QShowEvent *)
 {
-    // Asked for when it is seen, not when the page is built: a slow drive must not hold up the
-    // start, and the figure is the one of this moment.
+    // Others write to the disk too: the figure is that of the moment in which it is seen.
     refreshDiskSpace();
 }
 

@@ -59,6 +59,7 @@ LicensePage::LicensePage(QWidget *parent) : QWidget(parent)
     answers->addButton(decline);
     answers->addButton(m_accept);
     decline->setChecked(true);
+    setFocusProxy(decline);
     connect(m_accept, &QAbstractButton::toggled, this, &LicensePage::acceptedChanged);
     layout->addWidget(decline);
     layout->addWidget(m_accept);

@@ -7,13 +7,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-/// A text this long takes a month to read; a longer one would only hold up the window.
-constexpr qint64 kLongestText = 1 << 20;
-
-} // namespace
-
 QString licenseText(const QString &programFolder)
 {
     for (QLatin1StringView place : { "/LICENSE.txt"_L1, "/../LICENSE.txt"_L1 }) {
@@ -21,7 +14,7 @@ QString licenseText(const QString &programFolder)
         if (!openRegularFile(file))
             continue;
         file.setTextModeEnabled(true);
-        const QString text = QString::fromUtf8(file.read(kLongestText)).trimmed();
+        const QString text = QString::fromUtf8(file.readAll()).trimmed();
         if (!text.isEmpty())
             return text;
     }

@@ -4,5 +4,5 @@
 
 /// The licence to be shown: the first text among "LICENSE.txt" in `programFolder` and in its parent
 /// (UTF-8, trimmed), else a built-in notice. A file without text counts as missing, and so does
-/// what is no regular file. Of a file beyond 1 MiB the first mebibyte is shown.
+/// what is no regular file.
 [[nodiscard]] QString licenseText(const QString &programFolder);

@@ -7,6 +7,8 @@
 
 #include <QDir>
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -49,6 +51,7 @@ SystemCheckPage::SystemCheckPage(QWidget *parent) : QWidget(parent)
     m_warningAnimation.setPropertyName("opacity");
     m_warningAnimation.setDuration(kWarningDuration);
     m_warningDelay.setSingleShot(true);
+    m_warningDelay.setTimerType(Qt::PreciseTimer);
     connect(&m_warningDelay, &QTimer::timeout, this, [this] { glideTo(m_warningAnimation, 1.0); });
 }
 

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 
+#include <cstdlib>
 #include <memory>
 #include <xcb/xcb.h>
 

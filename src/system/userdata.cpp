@@ -17,7 +17,7 @@ bool isLink(const QString &path)
 
 void removeUserData()
 {
-    const QString root = QDir::cleanPath(QString::fromLocal8Bit(qgetenv("APPDATA")));
+    const QString root = QDir::cleanPath(qEnvironmentVariable("APPDATA"));
     if (root.isEmpty() || QDir::isRelativePath(root))
         return;
     const QString target = QDir::cleanPath(root + "/Varnel Schematics/Varnel Schematics"_L1);

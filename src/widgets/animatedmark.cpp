@@ -81,6 +81,7 @@ AnimatedMark::AnimatedMark(QWidget *parent) : QWidget(parent), m_onScreen(this)
         animation.setDuration(int(entrance.duration.count()));
         animation.setEasingCurve(easing);
         m_entranceDelays[i].setSingleShot(true);
+        m_entranceDelays[i].setTimerType(Qt::PreciseTimer);
         m_entranceDelays[i].setInterval(entrance.delay);
         connect(&m_entranceDelays[i], &QTimer::timeout, this,
                 [&animation] { playOnce(animation); });

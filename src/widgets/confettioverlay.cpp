@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QRandomGenerator>
 
+#include <chrono>
 #include <cmath>
 #include <numbers>
 

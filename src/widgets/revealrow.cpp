@@ -18,6 +18,7 @@ RevealRow::RevealRow(int slide, const QString &text, QWidget *parent)
     m_animation.setDuration(kRevealDuration);
     m_animation.setEasingCurve(QEasingCurve::OutCubic);
     m_delay.setSingleShot(true);
+    m_delay.setTimerType(Qt::PreciseTimer);
     connect(&m_delay, &QTimer::timeout, this, [this] { setRevealed(true); });
     repaintOnThemeChange(this);
 }

@@ -1,10 +1,13 @@
 #include "widgets/sealcheck.h"
 
+#include "system/machine.h"
 #include "theme/themed.h"
 #include "widgets/animation.h"
 
 #include <QPainter>
 #include <QPainterPath>
+
+#include <chrono>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -39,7 +42,7 @@ SealCheck::SealCheck(QWidget *parent)
     m_checkAnimation.setDuration(kCheckDuration);
     m_checkAnimation.setEasingCurve(QEasingCurve::OutCubic);
     m_checkDelay.setSingleShot(true);
-    m_checkDelay.setInterval(kCheckDelay);
+    m_checkDelay.setTimerType(Qt::PreciseTimer);
     connect(&m_checkDelay, &QTimer::timeout, this, [this] { playOnce(m_checkAnimation); });
     repaintOnThemeChange(this);
 }
@@ -61,7 +64,7 @@ void SealCheck::play()
     playOnce(m_circleAnimation);
     m_checkAnimation.stop();
     setCheckProgress(0.0);
-    m_checkDelay.start();
+    m_checkDelay.start(prefersReducedMotion() ? 0ms : kCheckDelay);
 }
 
 void SealCheck::paintEvent(QPaintEvent *)

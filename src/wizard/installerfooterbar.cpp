@@ -1,6 +1,7 @@
 #include "wizard/installerfooterbar.h"
 
 #include "theme/themed.h"
+#include "widgets/hairline.h"
 #include "widgets/themedbutton.h"
 #include "wizard/windowshape.h"
 
@@ -8,6 +9,8 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
+
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -105,5 +108,5 @@ void InstallerFooterBar::paintEvent(QPaintEvent *)
     bar.addRoundedRect(rect(), kCornerRadius, kCornerRadius);
     bar.addRect(rect().adjusted(0, 0, 0, -kCornerRadius));
     painter.fillPath(bar, themedColor(u"@INS_PANEL"_s));
-    painter.fillRect(0, 0, width(), 1, themedColor(u"@INS_LINE"_s));
+    paintHairline(painter, { 0, 0, width(), 1 }, themedColor(u"@INS_LINE"_s));
 }

@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QPropertyAnimation>
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

@@ -4,6 +4,7 @@
 #include "product/product.h"
 #include "theme/themed.h"
 #include "widgets/animatedmark.h"
+#include "widgets/hairline.h"
 
 #include <QPainter>
 
@@ -67,5 +68,5 @@ void InstallerRail::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), themedColor(u"@INS_RAIL"_s));
-    painter.fillRect(width() - 1, 0, 1, height(), themedColor(u"@INS_LINE"_s));
+    paintHairline(painter, { width() - 1, 0, 1, height() }, themedColor(u"@INS_LINE"_s));
 }

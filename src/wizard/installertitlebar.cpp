@@ -1,6 +1,7 @@
 #include "wizard/installertitlebar.h"
 
 #include "theme/themed.h"
+#include "widgets/hairline.h"
 #include "widgets/themedbutton.h"
 #include "wizard/windowshape.h"
 
@@ -99,5 +100,5 @@ void InstallerTitleBar::paintEvent(QPaintEvent *)
     bar.addRoundedRect(rect(), kCornerRadius, kCornerRadius);
     bar.addRect(rect().adjusted(0, kCornerRadius, 0, 0));
     painter.fillPath(bar, themedColor(u"@INS_PANEL"_s));
-    painter.fillRect(0, height() - 1, width(), 1, themedColor(u"@INS_LINE"_s));
+    paintHairline(painter, { 0, height() - 1, width(), 1 }, themedColor(u"@INS_LINE"_s));
 }

@@ -19,8 +19,7 @@
 #include "system/launch.h"
 #include "system/userdata.h"
 #include "widgets/animatedmark.h"
-#include "widgets/confettioverlay.h"
-#include "widgets/sealcheck.h"
+#include "wizard/celebration.h"
 #include "wizard/installerfooterbar.h"
 #include "wizard/installerpane.h"
 #include "wizard/installerrail.h"
@@ -35,33 +34,19 @@
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QPainterPath>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include <chrono>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr QSize kWindowSize(680, 474);
 constexpr auto kFinishDelay = 500ms;
-constexpr auto kConfettiDelay = 300ms;
 constexpr auto kIdleDelay = 780ms;
-
-QRegion windowShape()
-{
-    QPainterPath shape;
-    shape.addRoundedRect(QRect({}, kWindowSize), kCornerRadius, kCornerRadius);
-    return QRegion(shape.toFillPolygon().toPolygon());
-}
-
-const QList<QColor> &confettiColours()
-{
-    static const QList<QColor> colours { QColor(0x064cad), QColor(0xff3131), QColor(0x0a5ec9),
-                                         QColor(0x545454), QColor(0xf3b23d), QColor(0x1f9d63) };
-    return colours;
-}
 
 } // namespace
 
@@ -80,18 +65,14 @@ InstallerWizard::InstallerWizard(QWidget *parent)
             [this](const QString &path) { progressPage()->setCurrentFile(path); });
     connect(&m_simulation, &SimulatedRun::finished, this, &InstallerWizard::completeRun);
 
-    for (QTimer *delay : { &m_finishDelay, &m_confettiDelay, &m_idleDelay })
+    for (QTimer *delay : { &m_finishDelay, &m_idleDelay }) {
         delay->setSingleShot(true);
+        delay->setTimerType(Qt::PreciseTimer);
+    }
     m_finishDelay.setInterval(kFinishDelay);
-    m_confettiDelay.setInterval(kConfettiDelay);
     m_idleDelay.setInterval(kIdleDelay);
     connect(&m_finishDelay, &QTimer::timeout, this, &InstallerWizard::enterFinish);
     connect(&m_idleDelay, &QTimer::timeout, m_rail->mark(), &AnimatedMark::startIdle);
-    connect(&m_confettiDelay, &QTimer::timeout, this, [this] {
-        const QPointF centre = QRectF(m_celebratedSeal->rect()).center();
-        m_confetti->burst(m_confetti->mapFromGlobal(m_celebratedSeal->mapToGlobal(centre)),
-                          confettiColours());
-    });
 }
 
 InstallerWizard::~InstallerWizard() = default;
@@ -120,9 +101,7 @@ void InstallerWizard::buildChrome()
     layout->addLayout(middle, 1);
     layout->addWidget(m_footer);
 
-    m_confetti = new ConfettiOverlay(this);
-    m_confetti->setGeometry(rect());
-    m_confetti->lower();
+    m_celebration = new Celebration(this);
 }
 
 void InstallerWizard::buildPages()
@@ -203,7 +182,8 @@ void InstallerWizard::closeAndQuit(bool launch)
 void InstallerWizard::keyPressEvent(QKeyEvent *event)
 {
     const QList<QPushButton *> buttons = m_footer->buttons();
-    if (buttons.isEmpty())
+    // A key that is held down must not run through all the pages.
+    if (buttons.isEmpty() || event->isAutoRepeat())
         return QWidget::keyPressEvent(event);
     switch (event->key()) {
     case Qt::Key_Return:
@@ -225,8 +205,9 @@ void InstallerWizard::keyPressEvent(QKeyEvent *event)
 void InstallerWizard::leavePage()
 {
     m_simulation.stop();
-    for (QTimer *delay : { &m_finishDelay, &m_confettiDelay, &m_idleDelay })
-        delay->stop();
+    m_finishDelay.stop();
+    m_idleDelay.stop();
+    m_celebration->stop();
     for (const QMetaObject::Connection &connection : m_engineConnections)
         disconnect(connection);
     m_footer->clear();
@@ -298,7 +279,7 @@ void InstallerWizard::showFooter(const PageStop &stop)
         next->setEnabled(m_license->isAccepted());
         connect(m_license, &LicensePage::acceptedChanged, next, &QWidget::setEnabled);
     }
-    focusFooter();
+    focusWayOn();
 }
 
 void InstallerWizard::addFooterButton(const FooterButton &button)
@@ -307,13 +288,14 @@ void InstallerWizard::addFooterButton(const FooterButton &button)
     connect(widget, &QPushButton::clicked, this, [this, button] { obey(button); });
 }
 
-void InstallerWizard::focusFooter()
+void InstallerWizard::focusWayOn()
 {
     // The way on, so that the keyboard has a place to start from; on a page that destroys
-    // something, the way back.
+    // something, the way back; where there is no way on yet, what has to be answered first.
     const QList<QPushButton *> buttons = m_footer->buttons();
     const bool isDangerous = buttons.last()->property("insVariant") == "danger"_L1;
-    (isDangerous ? buttons.first() : buttons.last())->setFocus(Qt::OtherFocusReason);
+    QWidget *place = isDangerous ? buttons.first() : buttons.last();
+    (place->isEnabled() ? place : m_pane->currentPage())->setFocus(Qt::OtherFocusReason);
 }
 
 void InstallerWizard::obey(const FooterButton &button)
@@ -417,6 +399,7 @@ void InstallerWizard::failRun(const QString &error)
     m_footer->setStatusText(tr("Setup could not finish"));
     m_footer->clear();
     addFooterButton({ .text = QT_TR_NOOP("Close"), .primary = true, .danger = true });
+    focusWayOn();
 }
 
 void InstallerWizard::enterFinish()
@@ -425,23 +408,11 @@ void InstallerWizard::enterFinish()
     AnimatedMark *mark = m_rail->mark();
     mark->setFill(m_runMode == RunMode::Uninstall ? 0.0 : 1.0);
     mark->replay();
-    switch (m_runMode) {
-    case RunMode::Install:
-        celebrate(m_finished->seal());
-        break;
-    case RunMode::Update:
-        celebrate(m_updateFinished->seal());
-        break;
-    case RunMode::Uninstall:
+    if (m_runMode == RunMode::Uninstall) {
         m_uninstallComplete->start();
-        break;
+        return;
     }
-}
-
-void InstallerWizard::celebrate(SealCheck *seal)
-{
-    m_celebratedSeal = seal;
-    seal->play();
-    m_confettiDelay.start();
+    m_celebration->start(m_runMode == RunMode::Update ? m_updateFinished->seal()
+                                                      : m_finished->seal());
     m_idleDelay.start();
 }

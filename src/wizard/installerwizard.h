@@ -8,7 +8,7 @@
 
 #include <array>
 
-class ConfettiOverlay;
+class Celebration;
 class ConfirmUninstallPage;
 class DestinationPage;
 class FinishedPage;
@@ -23,7 +23,6 @@ class ProgressPage;
 class QPushButton;
 class ReadyPage;
 class ReadyToUpdatePage;
-class SealCheck;
 class SystemCheckPage;
 class TasksPage;
 class UninstallCompletePage;
@@ -66,7 +65,7 @@ private:
     void preparePage(PageId page);
     void showFooter(const PageStop &stop);
     void addFooterButton(const FooterButton &button);
-    void focusFooter();
+    void focusWayOn();
     void obey(const FooterButton &button);
 
     void startRun();
@@ -77,7 +76,6 @@ private:
     void onEngineFinished(bool ok, const QString &error);
     void failRun(const QString &error);
     void enterFinish();
-    void celebrate(SealCheck *seal);
 
     [[nodiscard]] QWidget *page(PageId page) const { return m_pages[size_t(page)]; }
     [[nodiscard]] ProgressPage *progressPage() const;
@@ -86,7 +84,7 @@ private:
     InstallerRail *m_rail;
     InstallerPane *m_pane;
     InstallerFooterBar *m_footer;
-    ConfettiOverlay *m_confetti;
+    Celebration *m_celebration;
 
     std::array<QWidget *, kPageCount> m_pages {};
     LicensePage *m_license;
@@ -107,9 +105,7 @@ private:
     InstallerEngine *m_engine = nullptr;
     std::array<QMetaObject::Connection, 4> m_engineConnections;
     SimulatedRun m_simulation;
-    SealCheck *m_celebratedSeal = nullptr; ///< where the pending burst starts from
     QTimer m_finishDelay; ///< the last look at a completed run
-    QTimer m_confettiDelay; ///< from the finish page to its burst
     QTimer m_idleDelay; ///< from the finish page to the mark's floating
     bool m_wasShown = false;
     bool m_isClosing = false;

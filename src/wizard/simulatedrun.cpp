@@ -3,6 +3,7 @@
 #include <QRandomGenerator>
 
 #include <array>
+#include <chrono>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -24,6 +25,7 @@ constexpr std::array<QStringView, 9> kFiles = {
 
 SimulatedRun::SimulatedRun(QObject *parent) : QObject(parent)
 {
+    m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.setInterval(kTick);
     connect(&m_timer, &QTimer::timeout, this, &SimulatedRun::tick);
 }

@@ -4,6 +4,8 @@
 
 #include <QVBoxLayout>
 
+#include <utility>
+
 StepList::StepList(QWidget *parent) : QWidget(parent), m_layout(new QVBoxLayout(this))
 {
     m_layout->setContentsMargins({});

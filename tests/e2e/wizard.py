@@ -285,10 +285,10 @@ class Wizard:
         """Waits for the process to end; returns its exit code."""
         return self.process.wait(timeout=patience)
 
-    def resident_memory(self):
-        """Bytes of memory that the wizard holds at this moment."""
+    def peak_memory(self):
+        """The most bytes of memory that the wizard has held so far."""
         status = Path(f"/proc/{self.process.pid}/status").read_text()
-        return int(re.search(r"VmRSS:\s+(\d+) kB", status).group(1)) * 1024
+        return int(re.search(r"VmHWM:\s+(\d+) kB", status).group(1)) * 1024
 
     def kill(self):
         if self.process.poll() is None:

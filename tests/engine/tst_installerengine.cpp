@@ -84,10 +84,11 @@ void TestInstallerEngine::install()
     QCOMPARE(record.errors, QStringList { QString() });
     QVERIFY(QFile::exists(folder + u"/VarnelSolutions.exe"));
     QVERIFY(QFile::exists(folder + u"/unins000.exe"));
-    QCOMPARE(QDir(sandbox.path(u"desktop"_s)).entryList(QDir::Files).size(), 1);
+    const QStringList shortcuts = QDir(sandbox.path(u"desktop"_s)).entryList(QDir::Files);
+    QCOMPARE(shortcuts.size(), 1);
+    // The last file that the log names, so it is told however few polls there were.
+    QVERIFY(record.files.contains(native(sandbox.path(u"desktop/"_s + shortcuts.first()))));
     QCOMPARE(engine.lastLogPath(), QString());
-    // The shortcut is the last file that the log names; the status file names none at the end.
-    QCOMPARE(fileName(record.files.last()).section(u'.', 0, 0), u"Varnel Schematics"_s);
     QCOMPARE(record.statuses.last(), u"Creating shortcuts\u2026"_s);
     QCOMPARE(record.fractions.last(), 1.0);
 }

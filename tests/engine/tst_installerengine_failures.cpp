@@ -19,6 +19,8 @@ private Q_SLOTS:
     void init();
     void noSetupEngine();
     void noSetupEngineDuringARun();
+    void folderWithADoubleQuote_data();
+    void folderWithADoubleQuote();
     void programThatCannotStart_data();
     void programThatCannotStart();
     void noUninstaller_data();
@@ -98,6 +100,33 @@ void TestInstallerEngineFailures::noSetupEngineDuringARun()
     QVERIFY(QFile::exists(status));
 }
 
+void TestInstallerEngineFailures::folderWithADoubleQuote_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("in its name") << u"/opt/a\"b"_s;
+    QTest::newRow("at its end") << u"/opt/a\""_s;
+    QTest::newRow("another switch behind it") << u"/opt/a\" /LOG=\"/tmp/x"_s;
+    QTest::newRow("in a folder above it") << u"/opt\"/a/b"_s;
+}
+
+// Nothing may be started with arguments that say something else than was meant.
+void TestInstallerEngineFailures::folderWithADoubleQuote()
+{
+    QFETCH(const QString, folder);
+    EngineRun run("finish-at-once = yes");
+    run.start();
+    const QString status = run.engine.statusFilePath();
+    run.engine.startInstall(folder, {});
+    QCOMPARE(run.record.told,
+             QStringList {
+                 u"failed Setup cannot install into a folder whose name has a double quote."_s });
+    // The run under way goes on.
+    QCOMPARE(run.engine.statusFilePath(), status);
+    QVERIFY(run.record.waitForEnd(2));
+    QCOMPARE(run.record.told.last(), u"finished"_s);
+    QCOMPARE(run.sandbox.engineRuns().size(), 1);
+}
+
 void TestInstallerEngineFailures::programThatCannotStart_data()
 {
     QTest::addColumn<QString>("program");
@@ -175,6 +204,9 @@ void TestInstallerEngineFailures::sentencesAreTranslated()
     QCOMPARE(run.record.errors.last(), u"[The uninstaller could not be found.]"_s);
     QVERIFY(run.toTheEnd(2));
     QCOMPARE(run.record.errors.last(), u"[Setup exited with code 9.]"_s);
+    run.engine.startInstall(u"\""_s, {});
+    QCOMPARE(run.record.errors.last(),
+             u"[Setup cannot install into a folder whose name has a double quote.]"_s);
     run.engine.setSetupExecutable({});
     run.start();
     QCOMPARE(run.record.errors.last(), u"[No setup engine was supplied.]"_s);

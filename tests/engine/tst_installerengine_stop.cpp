@@ -35,6 +35,8 @@ private Q_SLOTS:
     void stopFromASignal();
     void stopFromTheLastPoll();
     void newRunFromTheLastPoll();
+    void stopAtAHundredPercent();
+    void newRunAtAHundredPercent();
 };
 
 namespace {
@@ -286,6 +288,40 @@ void TestInstallerEngineStop::newRunFromTheLastPoll()
     QVERIFY(record.waitForEnd());
     record.settle();
     QCOMPARE(record.errors, QStringList { u"Installation was cancelled."_s });
+}
+
+void TestInstallerEngineStop::stopAtAHundredPercent()
+{
+    Sandbox sandbox;
+    sandbox.setScenario("finish-at-once = yes");
+    InstallerEngine engine;
+    EngineRecord record(engine);
+    engine.setSetupExecutable(Sandbox::setupEngine());
+    connect(&engine, &InstallerEngine::progress, &engine, &InstallerEngine::stop);
+    engine.startInstall(sandbox.path(u"app"_s), {});
+    QTRY_VERIFY_WITH_TIMEOUT(!record.told.isEmpty(), kPatience);
+    record.settle();
+    QCOMPARE(record.told, QStringList { u"progress 1"_s });
+}
+
+void TestInstallerEngineStop::newRunAtAHundredPercent()
+{
+    Sandbox sandbox;
+    sandbox.setScenario("finish-at-once = yes");
+    InstallerEngine engine;
+    EngineRecord record(engine);
+    engine.setSetupExecutable(Sandbox::setupEngine());
+    const QString folder = sandbox.path(u"app"_s);
+    const auto startAnother = [&] {
+        sandbox.setScenario("finish-at-once = yes\nexit-code = 2");
+        engine.startInstall(folder, {});
+    };
+    connect(&engine, &InstallerEngine::progress, this, startAnother, Qt::SingleShotConnection);
+    engine.startInstall(folder, {});
+    QVERIFY(record.waitForEnd());
+    record.settle();
+    const QStringList all { u"progress 1"_s, u"failed Installation was cancelled."_s };
+    QCOMPARE(record.told, all);
 }
 
 QTEST_GUILESS_MAIN(TestInstallerEngineStop)

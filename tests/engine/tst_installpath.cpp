@@ -1,5 +1,6 @@
 #include "engine/installpath.h"
 
+#include <QDir>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -83,7 +84,19 @@ void TestInstallPath::folder_data()
     QTest::newRow("root and dot") << u"/./"_s << u"/Varnel Schematics"_s;
     QTest::newRow("back to the root") << u"/a/.."_s << u"/Varnel Schematics"_s;
 
+    QTest::newRow("back to the drive, back-slashes")
+        << uR"(C:\a\b\..\..)"_s << u"C:/Varnel Schematics"_s;
+    QTest::newRow("drive with back-slashes") << uR"(d:\\)"_s << u"d:/Varnel Schematics"_s;
+    QTest::newRow("drive and dot, back-slash") << uR"(C:\.)"_s << u"C:/Varnel Schematics"_s;
+
     QTest::newRow("empty") << u""_s << u""_s;
+    QTest::newRow("one character") << u"a"_s << u"a"_s;
+    QTest::newRow("folder, back-slashes")
+        << uR"(C:\Program Files\.\Varnel\)"_s << u"C:/Program Files/Varnel"_s;
+    if (QDir::separator() == u'/') {
+        // Where a back-slash is only a character, a name may have it.
+        QTest::newRow("back-slash in a name") << uR"(/opt/a\b)"_s << uR"(/opt/a\b)"_s;
+    }
     QTest::newRow("folder") << u"C:/Program Files/Varnel"_s << u"C:/Program Files/Varnel"_s;
     QTest::newRow("folder, slash at the end") << u"C:/Varnel/"_s << u"C:/Varnel"_s;
     QTest::newRow("folder of one letter") << u"C:/a"_s << u"C:/a"_s;

@@ -57,6 +57,9 @@ struct Keyboard : WizardDriver
     /// What the Tab key walks over, from the title bar's first button on, once around.
     [[nodiscard]] QStringList tabOrder()
     {
+        // The page before this one takes its time to go.
+        if (!QTest::qWaitFor([this] { return !currentPage()->graphicsEffect(); }, kPatience))
+            return {};
         titleBar->findChildren<QPushButton *>().first()->setFocus(Qt::TabFocusReason);
         const QString first = focus();
         QStringList stops;
