@@ -55,15 +55,19 @@ LicensePage::LicensePage(QWidget *parent) : QWidget(parent)
 
     auto *decline = new RadioOption(tr("I do not accept the agreement"), this);
     m_accept = new RadioOption(tr("I accept the license agreement"), this);
-    auto *answers = new QButtonGroup(this);
-    answers->addButton(decline);
-    answers->addButton(m_accept);
+    m_answers = new QButtonGroup(this);
+    m_answers->addButton(decline);
+    m_answers->addButton(m_accept);
     decline->setChecked(true);
-    setFocusProxy(decline);
     connect(m_accept, &QAbstractButton::toggled, this, &LicensePage::acceptedChanged);
     layout->addWidget(decline);
     layout->addWidget(m_accept);
     layout->addStretch();
+}
+
+void LicensePage::focusAnswer()
+{
+    m_answers->checkedButton()->setFocus(Qt::OtherFocusReason);
 }
 
 bool LicensePage::isAccepted() const

@@ -19,7 +19,7 @@ constexpr double kDotRadius = 4.0;
 RadioOption::RadioOption(const QString &text, QWidget *parent)
     : SelectionControl(text, kVerticalRoom, parent), m_selectAnimation(this, "selectProgress")
 {
-    // In a group this changes nothing but the role that assistive technology is told.
+    // In its group this changes nothing but the role that assistive technology is told.
     setAutoExclusive(true);
     m_selectAnimation.setDuration(kSelectDuration);
     m_selectAnimation.setEasingCurve(QEasingCurve::OutCubic);

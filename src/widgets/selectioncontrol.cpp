@@ -73,7 +73,8 @@ void SelectionControl::paintEvent(QPaintEvent *)
     painter.drawText(QRect(kTextLeft, 0, width() - kTextMargins, height()),
                      Qt::AlignLeft | Qt::AlignVCenter, text());
 
-    m_focusRing.paint(painter, rect(), kPlateRadius);
+    if (hasFocus()) // it may have gone while the window was not looking
+        m_focusRing.paint(painter, rect(), kPlateRadius);
 }
 
 void SelectionControl::enterEvent(QEnterEvent *event)

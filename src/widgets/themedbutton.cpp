@@ -33,6 +33,8 @@ void ThemedButton::focusOutEvent(QFocusEvent *event)
 void ThemedButton::paintEvent(QPaintEvent *event)
 {
     QPushButton::paintEvent(event);
+    if (!hasFocus())
+        return; // it may have gone while the window was not looking
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF ring = QRectF(rect()).adjusted(kRingGap, kRingGap, -kRingGap, -kRingGap);

@@ -295,7 +295,10 @@ void InstallerWizard::focusWayOn()
     const QList<QPushButton *> buttons = m_footer->buttons();
     const bool isDangerous = buttons.last()->property("insVariant") == "danger"_L1;
     QWidget *place = isDangerous ? buttons.first() : buttons.last();
-    (place->isEnabled() ? place : m_pane->currentPage())->setFocus(Qt::OtherFocusReason);
+    if (place->isEnabled())
+        place->setFocus(Qt::OtherFocusReason);
+    else
+        m_license->focusAnswer();
 }
 
 void InstallerWizard::obey(const FooterButton &button)

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void from();
     void everyPlaceInALongText();
     void everyLetterInBothCases();
+    void wordInsideAnother();
     void longestWord();
     void endsWithTheView();
     void likeNaiveSearch_data();
@@ -181,10 +182,9 @@ void TestWordFinder::everyPlaceInALongText()
 
 void TestWordFinder::everyLetterInBothCases()
 {
-    const QByteArray alphabet = "abcdefghijklmnopqrstuvwxyz";
-    for (int i = 0; i < alphabet.size(); ++i) {
-        const QByteArray word { alphabet[i], alphabet[(i + 1) % alphabet.size()],
-                                alphabet[(i + 7) % alphabet.size()] };
+    const QByteArray alphabet = "abcdefghijklmnopqrstuvwxyzab";
+    for (int i = 0; i < 26; ++i) {
+        const QByteArray word = alphabet.sliced(i, 3);
         const WordFinder finder { word };
         for (int capitals = 0; capitals < 8; ++capitals) {
             QByteArray text = ".." + word;
@@ -199,6 +199,18 @@ void TestWordFinder::everyLetterInBothCases()
     QCOMPARE(offset(WordFinder { "[{[" }.find("{{[[{{[{[")), 6);
     QCOMPARE(offset(WordFinder { "```" }.find("@@@")), kNowhere);
     QCOMPARE(offset(WordFinder { "111" }.find("\x11\x11\x11")), kNowhere);
+}
+
+// The longer one begins first, however early in it the shorter one shows.
+void TestWordFinder::wordInsideAnother()
+{
+    const QByteArray text = "see THE ERROR IN QXZ";
+    QCOMPARE(offset(WordFinder { "the error in qxz", "error", "abc" }.find(text)), 4);
+    QCOMPARE(offset(WordFinder { "abc", "error", "the error in qxz" }.find(text)), 4);
+    QCOMPARE(offset(WordFinder { "error", "the error in qxz", "abc" }.find(text)), 4);
+    QCOMPARE(offset(WordFinder { "the error in qxz", "error", "abc" }.find(text, 5)), 8);
+    QCOMPARE(offset(WordFinder { "the error in qxz", "error" }.find(text.chopped(1))), 8);
+    QCOMPARE(offset(WordFinder { "qxz error the", "qxz", "err" }.find("qxz error th")), 0);
 }
 
 void TestWordFinder::longestWord()

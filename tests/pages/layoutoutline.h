@@ -14,7 +14,8 @@
 ///       button: Change
 ///     stretch
 ///
-/// Push buttons, labels and other controls with a text show it; every other widget is its class name.
+/// Push buttons, labels and other controls with a text show it; every other widget is its class
+/// name.
 [[nodiscard]] QStringList layoutOutline(const QWidget *page);
 
 /// The widgets in `layout` and in the layouts within it, in reading order.

@@ -50,7 +50,8 @@ Ink inkOf(const QImage &picture, double from, double to)
 bool hasColour(const QImage &picture, const QRectF &area, const QColor &colour)
 {
     const double ratio = picture.devicePixelRatio();
-    const QRect pixels(QPointF(area.topLeft() * ratio).toPoint(), QSizeF(area.size() * ratio).toSize());
+    const QRect pixels(QPointF(area.topLeft() * ratio).toPoint(),
+                       QSizeF(area.size() * ratio).toSize());
     const QImage part = picture.copy(pixels);
     return pixelsUnlike(part, colour) < part.width() * part.height();
 }
@@ -144,7 +145,8 @@ void TestCheckRow::badge()
         const QColor colour = themedColor(result.ok ? u"@INS_OK"_s : u"@INS_WARN"_s);
         const double top = (row.height() - 16) * 0.5;
         // The circle: 16 px, at the left edge, in the middle of the height, and no more.
-        for (const QPointF &inside : { QPointF(1.5, 8), QPointF(14.5, 8), QPointF(8, 1.5), QPointF(8, 14.5) })
+        for (const QPointF &inside :
+             { QPointF(1.5, 8), QPointF(14.5, 8), QPointF(8, 1.5), QPointF(8, 14.5) })
             QCOMPARE(colourAt(picture, inside + QPointF(0, top)), colour);
         for (const QPointF &outside :
              { QPointF(0.5, 0.5), QPointF(15.5, 0.5), QPointF(8, -1), QPointF(17, 8) })
@@ -152,7 +154,8 @@ void TestCheckRow::badge()
         // What is on it is white.
         const QImage magnified = grabWidget(row, kMagnified);
         if (result.ok) {
-            for (const QPointF &point : { QPointF(0.27, 0.52), QPointF(0.43, 0.68), QPointF(0.75, 0.32) })
+            for (const QPointF &point :
+                 { QPointF(0.27, 0.52), QPointF(0.43, 0.68), QPointF(0.75, 0.32) })
                 QCOMPARE(colourAt(magnified, point * 16 + QPointF(0, top)), QColor(Qt::white));
             // 1.7 px wide: white 0.6 px beside the line's middle, no longer 1.1 px beside it.
             const QPointF middle = QPointF(0.59, 0.50) * 16 + QPointF(0, top);
@@ -200,9 +203,10 @@ void TestCheckRow::texts()
         const double width = QFontMetricsF(valueFont).horizontalAdvance(result.value);
         QVERIFY(std::abs(value.left - (kWidth - width)) < 2.5);
         const QRectF valueArea(kWidth - width, 0, width, row.height() - 2);
-        QVERIFY(hasColour(picture, valueArea, themedColor(result.ok ? u"@INS_TX2"_s : u"@INS_WARN"_s)));
-        QVERIFY(!hasColour(picture, valueArea,
-                           themedColor(result.ok ? u"@INS_WARN"_s : u"@INS_TX"_s)));
+        QVERIFY(
+            hasColour(picture, valueArea, themedColor(result.ok ? u"@INS_TX2"_s : u"@INS_WARN"_s)));
+        QVERIFY(
+            !hasColour(picture, valueArea, themedColor(result.ok ? u"@INS_WARN"_s : u"@INS_TX"_s)));
     }
 }
 

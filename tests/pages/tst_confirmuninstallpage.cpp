@@ -13,8 +13,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QString kWarning
-    = u"This cannot be undone. Your project files (.sch, .pcb) will not be deleted."_s;
+const QString kWarning =
+    u"This cannot be undone. Your project files (.sch, .pcb) will not be deleted."_s;
 
 } // namespace
 
@@ -77,8 +77,8 @@ void TestConfirmUninstallPage::version_data()
     QTest::addColumn<QString>("body");
     QTest::newRow("none recorded")
         << QString() << u"This will remove Varnel Schematics from your computer."_s;
-    QTest::newRow("recorded")
-        << u"1.6.8"_s << u"This will remove Varnel Schematics 1.6.8 from your computer."_s;
+    QTest::newRow("recorded") << u"1.6.8"_s
+                              << u"This will remove Varnel Schematics 1.6.8 from your computer."_s;
     QTest::newRow("markup") << kLiteral
                             << u"This will remove Varnel Schematics "_s + kLiteral
             + u" from your computer."_s;

@@ -68,7 +68,8 @@ void TestFinishedPage::result_data()
     QTest::newRow("with a shortcut")
         << usual << true << u"Installed to "_s + usual + u".\nA shortcut is on your desktop."_s;
     QTest::newRow("markup") << kLiteral << true
-                            << u"Installed to "_s + kLiteral + u".\nA shortcut is on your desktop."_s;
+                            << u"Installed to "_s + kLiteral
+            + u".\nA shortcut is on your desktop."_s;
     QTest::newRow("blanks at its ends are kept")
         << u" /opt/a  "_s << false << u"Installed to  /opt/a  ."_s;
 }

@@ -122,7 +122,8 @@ void TestLicensePage::viewFollowsTheTheme()
                 "height:0;border:none;background:none;}QScrollBar::add-page:vertical,"
                 "QScrollBar::sub-page:vertical{background:none;}QScrollBar:horizontal{height:0;"
                 "background:transparent;}"_s,
-                { u"@INS_PANEL"_s, u"@INS_LINE"_s, u"@INS_TX2"_s, u"@INS_LINE2"_s, u"@INS_TX3"_s }));
+                { u"@INS_PANEL"_s, u"@INS_LINE"_s, u"@INS_TX2"_s, u"@INS_LINE2"_s,
+                  u"@INS_TX3"_s }));
     }
 }
 
@@ -131,7 +132,8 @@ void TestLicensePage::textComesFromTheProgramsFolder()
     QVERIFY(LicensePage().findChild<QPlainTextEdit *>()->toPlainText().startsWith(
         u"Varnel Schematics — License Agreement\n\n© 2026 Varnel Solutions Team."_s));
     writeLicense("\n  The licence.\nIts end.\n");
-    QCOMPARE(LicensePage().findChild<QPlainTextEdit *>()->toPlainText(), u"The licence.\nIts end."_s);
+    QCOMPARE(LicensePage().findChild<QPlainTextEdit *>()->toPlainText(),
+             u"The licence.\nIts end."_s);
 }
 
 void TestLicensePage::textIsReadOnce()

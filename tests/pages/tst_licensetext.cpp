@@ -13,11 +13,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QString kBuiltIn
-    = u"Varnel Schematics — License Agreement\n\n"
-      "© 2026 Varnel Solutions Team. All rights reserved.\n\n"
-      "This software is proprietary and confidential. Unauthorized copying, distribution, or use "
-      "is strictly prohibited."_s;
+const QString kBuiltIn =
+    u"Varnel Schematics — License Agreement\n\n"
+    "© 2026 Varnel Solutions Team. All rights reserved.\n\n"
+    "This software is proprietary and confidential. Unauthorized copying, distribution, or use "
+    "is strictly prohibited."_s;
 
 const QByteArray kNoFile;
 
@@ -38,7 +38,7 @@ private Q_SLOTS:
     void linkToAFile();
     void unreadableFileCountsAsMissing();
     void otherNamesDoNotCount();
-    void hugeFileIsCutShort();
+    void hugeFileIsShownWhole();
     void folderNameIsLiteral();
 
 private:
@@ -84,11 +84,14 @@ void TestLicenseText::decoding_data()
         << QByteArray(" \n\tFirst\n\n  Second \n\n") << u"First\n\n  Second"_s;
     QTest::newRow("CRLF") << QByteArray("First\r\nSecond\r\n") << u"First\nSecond"_s;
     QTest::newRow("UTF-8") << QByteArray("\xC2\xA9 \xE2\x80\x94 \xE6\xBC\xA2") << u"© — 漢"_s;
-    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF" "Text") << u"Text"_s;
+    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF"
+                                                   "Text")
+                                     << u"Text"_s;
     QTest::newRow("markup and markers stay")
         << QByteArray("a&b <i>%2 %1</i>") << u"a&b <i>%2 %1</i>"_s;
-    QTest::newRow("invalid UTF-8 is not fatal")
-        << QByteArray("a\xFF\xFE" "b") << u"a\uFFFD\uFFFDb"_s;
+    QTest::newRow("invalid UTF-8 is not fatal") << QByteArray("a\xFF\xFE"
+                                                              "b")
+                                                << u"a\uFFFD\uFFFDb"_s;
 }
 
 void TestLicenseText::decoding()
@@ -158,16 +161,13 @@ void TestLicenseText::otherNamesDoNotCount()
     QCOMPARE(licenseText(m_sandbox.path(u"names"_s)), kBuiltIn);
 }
 
-void TestLicenseText::hugeFileIsCutShort()
+void TestLicenseText::hugeFileIsShownWhole()
 {
     QByteArray content;
     while (content.size() < 5'000'000)
         content += "All of this is licensed to you. ";
     m_sandbox.write(u"huge/LICENSE.txt"_s, content);
-    const QString shown = licenseText(m_sandbox.path(u"huge"_s));
-    QVERIFY(QString::fromLatin1(content).startsWith(shown));
-    QVERIFY(shown.size() <= 1 << 20);
-    QVERIFY(shown.size() > (1 << 20) - 40);
+    QVERIFY(licenseText(m_sandbox.path(u"huge"_s)) == QString::fromLatin1(content.trimmed()));
 }
 
 void TestLicenseText::folderNameIsLiteral()

@@ -55,8 +55,8 @@ void TestPageLabels::builders_data()
                            << u"@INS_TX"_s;
     QTest::newRow("body") << Builder(pageBodyLabel) << pageFamily << 12 << 400 << true
                           << u"@INS_TX2"_s;
-    QTest::newRow("caption") << Builder(pageCaptionLabel) << u"JetBrains Mono"_s << 10 << 400 << false
-                             << u"@INS_TX3"_s;
+    QTest::newRow("caption") << Builder(pageCaptionLabel) << u"JetBrains Mono"_s << 10 << 400
+                             << false << u"@INS_TX3"_s;
 }
 
 void TestPageLabels::builders()
@@ -188,7 +188,8 @@ void TestPageLabels::fontsAreTheOnesBroughtAlong_data()
     QTest::newRow("monospaced") << monospacedFont(11) << u"JetBrains Mono"_s << 11 << 400;
     QTest::newRow("display, semi-bold")
         << displayFont(18, QFont::DemiBold) << u"Space Grotesk"_s << 18 << 600;
-    QTest::newRow("display, bold") << displayFont(14, QFont::Bold) << u"Space Grotesk"_s << 14 << 700;
+    QTest::newRow("display, bold")
+        << displayFont(14, QFont::Bold) << u"Space Grotesk"_s << 14 << 700;
 }
 
 void TestPageLabels::fontsAreTheOnesBroughtAlong()

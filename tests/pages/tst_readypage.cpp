@@ -22,8 +22,9 @@ QString summaryText(const QString &path, const QString &task)
     return coloured(u"<span style=\"color:%1;font-weight:600;\">Destination location:</span><br>"_s,
                     { u"@INS_TX"_s })
         + path
-        + coloured(u"<br><br><span style=\"color:%1;font-weight:600;\">Additional tasks:</span><br>"_s,
-                   { u"@INS_TX"_s })
+        + coloured(
+               u"<br><br><span style=\"color:%1;font-weight:600;\">Additional tasks:</span><br>"_s,
+               { u"@INS_TX"_s })
         + task;
 }
 
@@ -100,7 +101,8 @@ void TestReadyPage::summary_data()
         << u"/opt/a&b <i>"_s << true << u"/opt/a&amp;b &lt;i&gt;"_s << wanted;
     QTest::newRow("an entity is no entity") << u"/a&lt;b"_s << true << u"/a&amp;lt;b"_s << wanted;
     QTest::newRow("quotes") << u"/a\"b"_s << true << u"/a&quot;b"_s << wanted;
-    QTest::newRow("place markers") << u"/%1 %2 %3 %%"_s << false << u"/%1 %2 %3 %%"_s << u"(none)"_s;
+    QTest::newRow("place markers")
+        << u"/%1 %2 %3 %%"_s << false << u"/%1 %2 %3 %%"_s << u"(none)"_s;
     QTest::newRow("token") << u"/@INS_TX"_s << false << u"/@INS_TX"_s << u"(none)"_s;
 }
 

@@ -110,7 +110,8 @@ void TestReadyToUpdatePage::details()
     ReadyToUpdatePage page;
     page.setDetails(version, folder);
     QCOMPARE(bodyOf(page)->textFormat(), Qt::PlainText);
-    QCOMPARE(bodyOf(page)->text(), u"Setup will update Varnel Schematics to version "_s + version + u'.');
+    QCOMPARE(bodyOf(page)->text(),
+             u"Setup will update Varnel Schematics to version "_s + version + u'.');
     QCOMPARE(summaryOf(page)->text(), summaryText(folderText));
     QCOMPARE(shownText(summaryOf(page)),
              u"Destination location:\n"_s + folder

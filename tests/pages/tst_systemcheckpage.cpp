@@ -23,14 +23,14 @@ namespace {
 
 using CheckRow = SystemCheckPage::CheckRow;
 
-const QString kWarning
-    = u"Smart App Control will block Varnel Schematics from starting. Turn it off in Windows "
-      "Security › App & Browser Control, then restart."_s;
+const QString kWarning =
+    u"Smart App Control will block Varnel Schematics from starting. Turn it off in Windows "
+    "Security › App & Browser Control, then restart."_s;
 
 const QStringList kLabels {
-    u"Operating system"_s, u"Processor"_s,          u"Memory"_s,
-    u"Disk space"_s,       u"Graphics · display"_s, u".NET Framework"_s,
-    u"Visual C++ Runtime"_s, u"WebView2 Runtime"_s, u"Smart App Control"_s,
+    u"Operating system"_s,   u"Processor"_s,          u"Memory"_s,
+    u"Disk space"_s,         u"Graphics · display"_s, u".NET Framework"_s,
+    u"Visual C++ Runtime"_s, u"WebView2 Runtime"_s,   u"Smart App Control"_s,
 };
 
 constexpr int kLastShot = 1000; // ms, of the last of nine rows
@@ -132,9 +132,10 @@ void TestSystemCheckPage::warningLabel()
     QCOMPARE(warningOpacity(page), 0.0);
     for (bool dark : { false, true }) {
         ThemeManager::instance().setDarkMode(dark);
-        QCOMPARE(warningOf(page)->styleSheet(),
-                 coloured(u"font-size:11.5px;color:%1;border-left:2px solid %2;padding-left:11px;"_s,
-                          { u"@INS_TX2"_s, u"@INS_WARN"_s }));
+        QCOMPARE(
+            warningOf(page)->styleSheet(),
+            coloured(u"font-size:11.5px;color:%1;border-left:2px solid %2;padding-left:11px;"_s,
+                     { u"@INS_TX2"_s, u"@INS_WARN"_s }));
     }
 }
 

@@ -23,9 +23,8 @@ QLabel *chipOf(const UpdateAvailablePage &page, const QString &prefix)
 
 QString chipText(const QString &prefix, const QString &version)
 {
-    return prefix
-        + coloured(u" <span style=\"color:%1;font-weight:600;\">"_s, { u"@INS_TX"_s }) + version
-        + u"</span>";
+    return prefix + coloured(u" <span style=\"color:%1;font-weight:600;\">"_s, { u"@INS_TX"_s })
+        + version + u"</span>";
 }
 
 } // namespace
@@ -161,6 +160,8 @@ void TestUpdateAvailablePage::fits()
     UpdateAvailablePage page;
     page.setVersions(installed, u"1.6.9"_s);
     QVERIFY(fitsWindow(&page));
+    const QLabel *available = chipOf(page, u"Available"_s);
+    QVERIFY(available->width() >= available->sizeHint().width());
 }
 
 QTEST_MAIN(TestUpdateAvailablePage)

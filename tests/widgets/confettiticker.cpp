@@ -6,8 +6,7 @@
 #include <QTimer>
 #include <QTimerEvent>
 
-ConfettiTicker::ConfettiTicker(ConfettiOverlay &overlay)
-    : m_timer(overlay.findChild<QTimer *>())
+ConfettiTicker::ConfettiTicker(ConfettiOverlay &overlay) : m_timer(overlay.findChild<QTimer *>())
 {
     Q_ASSERT(m_timer);
     m_timer->installEventFilter(this);

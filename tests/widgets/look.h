@@ -18,6 +18,6 @@
 /// How much of `picture` is painted, in square pixels (not device pixels): the sum of all alphas.
 [[nodiscard]] double paintedArea(const QImage &picture);
 
-/// The smallest rectangle, in pixels, around everything of at least half opacity whose colour is like
-/// `colour`, or around everything of at least half opacity if none is given.
+/// The smallest rectangle, in pixels, around everything of at least half opacity whose colour is
+/// like `colour`, or around everything of at least half opacity if none is given.
 [[nodiscard]] QRectF inkRect(const QImage &picture, const QColor &colour = {});

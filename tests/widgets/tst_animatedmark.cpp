@@ -17,28 +17,16 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QList<int> kDelays { 80, 200, 440, 620 };
-constexpr std::array<const char *, 4> kParts { "a1Progress", "a2Progress", "a3Progress", "a4Progress" };
+constexpr std::array<const char *, 4> kParts { "a1Progress", "a2Progress", "a3Progress",
+                                               "a4Progress" };
 
-constexpr int kDrift = 2600;    // ms
-constexpr double kRise = -4.0; // px
+constexpr int kDrift = 2600; // ms
 
 QEasingCurve outBack(double overshoot)
 {
     QEasingCurve curve(QEasingCurve::OutBack);
     curve.setOvershoot(overshoot);
     return curve;
-}
-
-/// Where the mark floats `time` ms after the start of a round.
-double driftAt(int time)
-{
-    const double progress = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(double(time) / kDrift);
-    return kRise * (progress < 0.5 ? progress : 1.0 - progress) * 2.0;
-}
-
-bool isNear(double actual, double expected)
-{
-    return std::abs(actual - expected) < 0.02;
 }
 
 QList<double> entrance(const AnimatedMark &mark)
@@ -73,17 +61,9 @@ private Q_SLOTS:
     void replayInTheMiddle();
     void oldShotsNeverEnterTheNewRun();
     void entranceInRealTime();
-    void drift();
-    void driftIsStartedOnce();
-    void stopIdlePutsTheMarkBack();
-    void driftStartsAnew();
-    void driftRestsOutOfSight();
-    void driftRestsWhileMinimised();
-    void idlePassesUnseen();
     void entranceDriftAndFillAreIndependent();
     void goesWhileItIsAnimated();
     void reducedMotionEntrance();
-    void reducedMotionDrift();
 };
 
 void TestAnimatedMark::construction()
@@ -210,8 +190,10 @@ void TestAnimatedMark::entrance_data()
     QTest::addColumn<QByteArray>("property");
     QTest::addColumn<int>("duration");
     QTest::addColumn<QEasingCurve>("curve");
-    QTest::newRow("part 1") << QByteArray("a1Progress") << 580 << QEasingCurve(QEasingCurve::OutCubic);
-    QTest::newRow("part 2") << QByteArray("a2Progress") << 580 << QEasingCurve(QEasingCurve::OutCubic);
+    QTest::newRow("part 1") << QByteArray("a1Progress") << 580
+                            << QEasingCurve(QEasingCurve::OutCubic);
+    QTest::newRow("part 2") << QByteArray("a2Progress") << 580
+                            << QEasingCurve(QEasingCurve::OutCubic);
     QTest::newRow("part 3") << QByteArray("a3Progress") << 500 << outBack(1.4);
     QTest::newRow("part 4") << QByteArray("a4Progress") << 460 << outBack(2.8);
 }
@@ -271,7 +253,8 @@ void TestAnimatedMark::replayInTheMiddle()
     QCOMPARE(timers.shots(), kDelays);
 }
 
-// The second replay comes between two shots of the first one, whose other two may not come any more.
+// The second replay comes between two shots of the first one, whose other two may not come any
+// more.
 void TestAnimatedMark::oldShotsNeverEnterTheNewRun()
 {
     TimerWatch timers;
@@ -299,127 +282,6 @@ void TestAnimatedMark::entranceInRealTime()
     AnimatedMark mark;
     mark.replay();
     QTRY_COMPARE_WITH_TIMEOUT(::entrance(mark), kThere, 10000);
-}
-
-void TestAnimatedMark::drift()
-{
-    ManualClock clock;
-    AnimatedMark mark;
-    mark.show();
-    mark.startIdle();
-    QVERIFY(mark.isIdle());
-    QCOMPARE(mark.driftOffset(), 0.0);
-    for (int round = 0; round < 2; ++round) {
-        for (int time = kDrift / 20; time <= kDrift; time += kDrift / 20) {
-            clock.pass(kDrift / 20);
-            QVERIFY2(isNear(mark.driftOffset(), driftAt(time)), qPrintable(QString::number(time)));
-        }
-    }
-    clock.pass(kDrift / 2);
-    QVERIFY(isNear(mark.driftOffset(), kRise));
-}
-
-void TestAnimatedMark::driftIsStartedOnce()
-{
-    ManualClock clock;
-    AnimatedMark mark;
-    mark.show();
-    mark.startIdle();
-    clock.pass(kDrift / 4);
-    const double before = mark.driftOffset();
-    mark.startIdle();
-    QCOMPARE(mark.driftOffset(), before);
-    clock.pass(kDrift / 4);
-    QVERIFY(isNear(mark.driftOffset(), kRise));
-}
-
-void TestAnimatedMark::stopIdlePutsTheMarkBack()
-{
-    ManualClock clock;
-    AnimatedMark mark;
-    PaintWatch watch(mark);
-    mark.startIdle();
-    clock.pass(kDrift / 2);
-    QVERIFY(isNear(mark.driftOffset(), kRise));
-    (void)watch.settled();
-    mark.stopIdle();
-    QVERIFY(!mark.isIdle());
-    QCOMPARE(mark.driftOffset(), 0.0);
-    QVERIFY(watch.seesRepaint());
-    QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10000);
-    clock.pass(kDrift / 4);
-    QCOMPARE(mark.driftOffset(), 0.0);
-    mark.setDriftOffset(-2.0); // put there by hand, and without a drift
-    mark.stopIdle();
-    QCOMPARE(mark.driftOffset(), 0.0);
-}
-
-void TestAnimatedMark::driftStartsAnew()
-{
-    ManualClock clock;
-    AnimatedMark mark;
-    mark.show();
-    mark.startIdle();
-    clock.pass(kDrift / 2);
-    mark.stopIdle();
-    mark.startIdle();
-    QCOMPARE(mark.driftOffset(), 0.0);
-    clock.pass(kDrift / 4);
-    QVERIFY(isNear(mark.driftOffset(), driftAt(kDrift / 4)));
-}
-
-void TestAnimatedMark::driftRestsOutOfSight()
-{
-    ManualClock clock;
-    AnimatedMark mark;
-    mark.startIdle();
-    QVERIFY(mark.isIdle());
-    QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10000);
-    mark.show();
-    clock.pass(kDrift / 4);
-    const double before = mark.driftOffset();
-    QVERIFY(isNear(before, driftAt(kDrift / 4)));
-    mark.hide();
-    QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10000);
-    QVERIFY(mark.isIdle());
-    QCOMPARE(mark.driftOffset(), before);
-    mark.show(); // and goes on from there
-    QVERIFY(isNear(mark.driftOffset(), before));
-    clock.pass(kDrift / 4);
-    QVERIFY(isNear(mark.driftOffset(), kRise));
-}
-
-void TestAnimatedMark::driftRestsWhileMinimised()
-{
-    ManualClock clock;
-    QWidget window;
-    AnimatedMark mark(&window);
-    window.show();
-    mark.startIdle();
-    QTRY_VERIFY_WITH_TIMEOUT(clock.isRunning(), 10000);
-    window.showMinimized();
-    QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10000);
-    mark.startIdle();
-    QCoreApplication::processEvents();
-    QVERIFY(!clock.isRunning());
-    window.showNormal();
-    QTRY_VERIFY_WITH_TIMEOUT(clock.isRunning(), 10000);
-}
-
-void TestAnimatedMark::idlePassesUnseen()
-{
-    ManualClock clock;
-    AnimatedMark mark;
-    mark.show();
-    mark.startIdle();
-    clock.pass(kDrift / 2);
-    mark.hide();
-    mark.stopIdle();
-    QCOMPARE(mark.driftOffset(), 0.0);
-    mark.show();
-    QCoreApplication::processEvents();
-    QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10000);
-    QCOMPARE(mark.driftOffset(), 0.0);
 }
 
 void TestAnimatedMark::entranceDriftAndFillAreIndependent()
@@ -471,21 +333,6 @@ void TestAnimatedMark::reducedMotionEntrance()
     AnimatedMark mark;
     mark.replay();
     QTRY_COMPARE_WITH_TIMEOUT(::entrance(mark), kThere, 10000);
-}
-
-void TestAnimatedMark::reducedMotionDrift()
-{
-    qputenv("VARNEL_REDUCED_MOTION", "1");
-    ManualClock clock;
-    AnimatedMark mark;
-    mark.show();
-    mark.startIdle();
-    for (int i = 0; i < 5; ++i)
-        QCoreApplication::processEvents();
-    QVERIFY(!clock.isRunning());
-    QCOMPARE(mark.driftOffset(), 0.0);
-    mark.stopIdle();
-    QCOMPARE(mark.driftOffset(), 0.0);
 }
 
 QTEST_MAIN(TestAnimatedMark)

@@ -1,15 +1,15 @@
-// The mark keeps its parts as pictures, made for one size and ratio. Here they are compared with the
-// vector drawings themselves.
+// The mark keeps its parts as pictures, made for one size and ratio. Here they are compared with
+// the vector drawings themselves.
 
 #include "pages/strictwarnings.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/animatedmark.h"
 #include "widgets/look.h"
+#include "widgets/markscene.h"
 
 #include <QFile>
-#include <QPainter>
-#include <QSvgRenderer>
+#include <QTest>
 
 #include <array>
 #include <cmath>
@@ -18,92 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QSize kUsual(136, 110);
-constexpr QSizeF kViewBox(735, 540);
-
-struct Scene
-{
-    std::array<double, 4> entrance { 1.0, 1.0, 1.0, 1.0 };
-    double fill = 1.0;
-    double drift = 0.0;
-    QSize size = kUsual;
-    double ratio = 1.0;
-};
-
 constexpr std::array kRatios { 1.0, 1.25, 1.5, 2.0 };
-
-QRectF targetOf(const QSize &size)
-{
-    const double scale = qMin(size.width() / kViewBox.width(), size.height() / kViewBox.height());
-    QRectF target(QPointF(), kViewBox * scale);
-    target.moveCenter(QPointF(size.width(), size.height()) / 2.0);
-    return target;
-}
-
-/// A place of the 735 x 540 drawing in a mark of the usual size at rest.
-QPointF placeOf(double x, double y, const QSize &size = kUsual)
-{
-    const QRectF target = targetOf(size);
-    return target.topLeft() + QPointF(x, y) * target.width() / kViewBox.width();
-}
-
-QImage pictureOf(const Scene &scene)
-{
-    AnimatedMark mark;
-    mark.resize(scene.size);
-    mark.setA1Progress(scene.entrance[0]);
-    mark.setA2Progress(scene.entrance[1]);
-    mark.setA3Progress(scene.entrance[2]);
-    mark.setA4Progress(scene.entrance[3]);
-    mark.setFill(scene.fill);
-    mark.setDriftOffset(scene.drift);
-    return grabWidget(mark, scene.ratio);
-}
-
-void drawParts(QPainter &painter, const Scene &scene, double opacity)
-{
-    const QRectF target = targetOf(scene.size);
-    const QPointF centre = target.center();
-    const std::array<QString, 4> files { u"left"_s, u"right"_s, u"centre"_s, u"triangle"_s };
-    for (size_t i = 0; i < 4; ++i) {
-        const double a = scene.entrance[i];
-        if (a <= 0.001)
-            continue;
-        painter.save();
-        painter.setOpacity(opacity * qMin(a, 1.0));
-        if (i == 0)
-            painter.translate((1.0 - a) * -90.0, 0.0);
-        else if (i == 1)
-            painter.translate((1.0 - a) * 90.0, 0.0);
-        else if (i == 2)
-            painter.translate(0.0, (1.0 - a) * 26.0);
-        const double scale = i == 2 ? 0.55 + 0.45 * a : i == 3 ? 0.3 + 0.7 * a : 1.0;
-        painter.translate(centre);
-        painter.scale(scale, scale);
-        painter.translate(-centre);
-        QSvgRenderer(u":/mark/%1.svg"_s.arg(files[i])).render(&painter, target);
-        painter.restore();
-    }
-}
-
-/// The scene drawn from the vector drawings, in every pixel anew.
-QImage drawingOf(const Scene &scene)
-{
-    QImage drawing((QSizeF(scene.size) * scene.ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
-    drawing.setDevicePixelRatio(scene.ratio);
-    drawing.fill(Qt::transparent);
-    QPainter painter(&drawing);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(0.0, scene.drift);
-    drawParts(painter, scene, 0.13);
-    if (scene.fill < 0.999) {
-        QRectF filled = targetOf(scene.size);
-        filled.setTop(filled.bottom() - scene.fill * filled.height());
-        painter.setClipRect(filled);
-    }
-    drawParts(painter, scene, 1.0);
-    return drawing;
-}
 
 /// The sum of all differences of alpha between two pictures, in square pixels.
 double roughness(const QImage &a, const QImage &b)
@@ -147,7 +62,8 @@ QString differenceInside(const QImage &actual, const QImage &expected)
         for (int x = 0; x < expected.width(); ++x) {
             if (!isFlat(expected, x, y))
                 continue;
-            const QString unlike = difference(actual.pixelColor(x, y), expected.pixelColor(x, y), 4);
+            const QString unlike =
+                difference(actual.pixelColor(x, y), expected.pixelColor(x, y), 4);
             if (!unlike.isEmpty())
                 return u"at %1, %2: "_s.arg(x).arg(y) + unlike;
         }
@@ -205,7 +121,7 @@ void TestAnimatedMarkPainting::colours()
 {
     QFETCH(const QPointF, place);
     QFETCH(const QColor, colour);
-    for (const QSize &size : { kUsual, QSize(300, 110), QSize(136, 300) }) {
+    for (const QSize &size : { kUsualMark, QSize(300, 110), QSize(136, 300) }) {
         for (double ratio : kRatios) {
             const QImage picture = pictureOf({ .size = size, .ratio = ratio });
             const QColor actual = colourAt(picture, placeOf(place.x(), place.y(), size));
@@ -242,36 +158,38 @@ void TestAnimatedMarkPainting::drawings()
 
 void TestAnimatedMarkPainting::scenes_data()
 {
-    QTest::addColumn<Scene>("scene");
-    QTest::newRow("at rest") << Scene {};
-    QTest::newRow("empty") << Scene { .fill = 0.0 };
-    QTest::newRow("a quarter") << Scene { .fill = 0.25 };
-    QTest::newRow("half") << Scene { .fill = 0.5 };
-    QTest::newRow("nearly full") << Scene { .fill = 0.998 };
-    QTest::newRow("as good as full") << Scene { .fill = 0.999 };
-    QTest::newRow("floating") << Scene { .drift = -4.0 };
-    QTest::newRow("floating, half full") << Scene { .fill = 0.5, .drift = -3.0 };
-    QTest::newRow("floating by a fraction") << Scene { .drift = -1.5 };
-    QTest::newRow("left chevron comes") << Scene { .entrance = { 0.5, 0.0, 0.0, 0.0 } };
-    QTest::newRow("right chevron comes") << Scene { .entrance = { 0.0, 0.6, 0.0, 0.0 } };
-    QTest::newRow("polygon comes") << Scene { .entrance = { 0.0, 0.0, 0.5, 0.0 } };
-    QTest::newRow("triangle comes") << Scene { .entrance = { 0.0, 0.0, 0.0, 0.5 } };
-    QTest::newRow("all come") << Scene { .entrance = { 0.9, 0.7, 0.4, 0.2 } };
-    QTest::newRow("all come, half full") << Scene { .entrance = { 0.9, 0.7, 0.4, 0.2 }, .fill = 0.5 };
-    QTest::newRow("overshoot") << Scene { .entrance = { 1.0, 1.0, 1.06, 1.22 } };
-    QTest::newRow("overshoot, empty") << Scene { .entrance = { 1.0, 1.0, 1.06, 1.22 }, .fill = 0.0 };
-    QTest::newRow("polygon under triangle") << Scene { .entrance = { 0.0, 0.0, 1.6, 1.0 } };
-    QTest::newRow("chevrons cross") << Scene { .entrance = { 1.9, 1.9, 1.0, 1.0 } };
-    QTest::newRow("wide") << Scene { .entrance = { 0.5, 0.5, 1.0, 1.0 }, .size = { 300, 110 } };
+    QTest::addColumn<MarkScene>("scene");
+    QTest::newRow("at rest") << MarkScene {};
+    QTest::newRow("empty") << MarkScene { .fill = 0.0 };
+    QTest::newRow("a quarter") << MarkScene { .fill = 0.25 };
+    QTest::newRow("half") << MarkScene { .fill = 0.5 };
+    QTest::newRow("nearly full") << MarkScene { .fill = 0.998 };
+    QTest::newRow("as good as full") << MarkScene { .fill = 0.999 };
+    QTest::newRow("floating") << MarkScene { .drift = -4.0 };
+    QTest::newRow("floating, half full") << MarkScene { .fill = 0.5, .drift = -3.0 };
+    QTest::newRow("floating by a fraction") << MarkScene { .drift = -1.5 };
+    QTest::newRow("left chevron comes") << MarkScene { .entrance = { 0.5, 0.0, 0.0, 0.0 } };
+    QTest::newRow("right chevron comes") << MarkScene { .entrance = { 0.0, 0.6, 0.0, 0.0 } };
+    QTest::newRow("polygon comes") << MarkScene { .entrance = { 0.0, 0.0, 0.5, 0.0 } };
+    QTest::newRow("triangle comes") << MarkScene { .entrance = { 0.0, 0.0, 0.0, 0.5 } };
+    QTest::newRow("all come") << MarkScene { .entrance = { 0.9, 0.7, 0.4, 0.2 } };
+    QTest::newRow("all come, half full")
+        << MarkScene { .entrance = { 0.9, 0.7, 0.4, 0.2 }, .fill = 0.5 };
+    QTest::newRow("overshoot") << MarkScene { .entrance = { 1.0, 1.0, 1.06, 1.22 } };
+    QTest::newRow("overshoot, empty")
+        << MarkScene { .entrance = { 1.0, 1.0, 1.06, 1.22 }, .fill = 0.0 };
+    QTest::newRow("polygon under triangle") << MarkScene { .entrance = { 0.0, 0.0, 1.6, 1.0 } };
+    QTest::newRow("chevrons cross") << MarkScene { .entrance = { 1.9, 1.9, 1.0, 1.0 } };
+    QTest::newRow("wide") << MarkScene { .entrance = { 0.5, 0.5, 1.0, 1.0 }, .size = { 300, 110 } };
     QTest::newRow("wide, nearly full")
-        << Scene { .entrance = { 0.5, 0.5, 1.0, 1.0 }, .fill = 0.998, .size = { 300, 110 } };
-    QTest::newRow("high") << Scene { .fill = 0.6, .size = { 100, 200 } };
-    QTest::newRow("icon") << Scene { .size = { 16, 16 } };
+        << MarkScene { .entrance = { 0.5, 0.5, 1.0, 1.0 }, .fill = 0.998, .size = { 300, 110 } };
+    QTest::newRow("high") << MarkScene { .fill = 0.6, .size = { 100, 200 } };
+    QTest::newRow("icon") << MarkScene { .size = { 16, 16 } };
 }
 
 void TestAnimatedMarkPainting::scenes()
 {
-    QFETCH(Scene, scene);
+    QFETCH(MarkScene, scene);
     const QRectF target = targetOf(scene.size);
     const double area = target.width() * target.height();
     for (double ratio : kRatios) {
@@ -354,7 +272,7 @@ void TestAnimatedMarkPainting::asGoodAsFullHasNoClip()
     const QPointF outside = placeOf(70, 270, wide) - QPointF(45, 0);
     QVERIFY(outside.x() < targetOf(wide).left());
     const auto alphaAt = [&](double fill) {
-        const Scene scene { .entrance = { 0.5, 0, 0, 0 }, .fill = fill, .size = wide };
+        const MarkScene scene { .entrance = { 0.5, 0, 0, 0 }, .fill = fill, .size = wide };
         return colourAt(pictureOf(scene), outside).alphaF();
     };
     QVERIFY(std::abs(alphaAt(0.9989) - 0.065) < 0.0095);
@@ -376,12 +294,12 @@ void TestAnimatedMarkPainting::clipDriftsToo()
 // At rest the mark is what the vector drawing is on this screen, to the last pixel.
 void TestAnimatedMarkPainting::edgesAreSharpAtRest()
 {
-    for (const QSize &size : { kUsual, QSize(140, 100), QSize(64, 64) }) {
+    for (const QSize &size : { kUsualMark, QSize(140, 100), QSize(64, 64) }) {
         for (double ratio : kRatios) {
             // The ghost's own soft edge under that of the colour is all that may be missing.
-            const Scene scene { .size = size, .ratio = ratio };
+            const MarkScene scene { .size = size, .ratio = ratio };
             QVERIFY(worstPixel(pictureOf(scene), drawingOf(scene)) <= 9);
-            const Scene empty { .fill = 0.0, .size = size, .ratio = ratio };
+            const MarkScene empty { .fill = 0.0, .size = size, .ratio = ratio };
             QVERIFY(worstPixel(pictureOf(empty), drawingOf(empty)) <= 4);
         }
     }
@@ -416,7 +334,7 @@ void TestAnimatedMarkPainting::newSizeAndRatioAreDrawnAnew()
     mark.setA2Progress(1.0);
     mark.setA3Progress(1.0);
     mark.setA4Progress(1.0);
-    for (const QSize &size : { kUsual, QSize(68, 55), QSize(272, 220), QSize(110, 136) }) {
+    for (const QSize &size : { kUsualMark, QSize(68, 55), QSize(272, 220), QSize(110, 136) }) {
         mark.resize(size);
         for (double ratio : kRatios)
             QCOMPARE(grabWidget(mark, ratio), pictureOf({ .size = size, .ratio = ratio }));
@@ -439,7 +357,7 @@ void TestAnimatedMarkPainting::sharpBetweenDevicePixels()
     QWidget parent;
     parent.resize(200, 200);
     auto *mark = new AnimatedMark(&parent);
-    mark->setGeometry(QRect(QPoint(33, 22), kUsual));
+    mark->setGeometry(QRect(QPoint(33, 22), kUsualMark));
     mark->setA1Progress(1.0);
     mark->setA2Progress(1.0);
     mark->setA3Progress(1.0);
@@ -453,7 +371,7 @@ void TestAnimatedMarkPainting::sharpBetweenDevicePixels()
 
 void TestAnimatedMarkPainting::sameInBothThemes()
 {
-    const Scene scene { .entrance = { 1.0, 1.0, 0.8, 0.6 }, .fill = 0.5 };
+    const MarkScene scene { .entrance = { 1.0, 1.0, 0.8, 0.6 }, .fill = 0.5 };
     const QImage light = pictureOf(scene);
     ThemeManager::instance().setDarkMode(true);
     QCOMPARE(pictureOf(scene), light);

@@ -201,8 +201,7 @@ void TestAnimation::reducedMotionEndsAtOnce()
     playOnce(animation);
     QCOMPARE(subject.level(), atOnce ? 1.0 : 0.0);
     QCOMPARE(finished.count(), atOnce ? 1 : 0);
-    QCOMPARE(animation.state(),
-             atOnce ? QAbstractAnimation::Stopped : QAbstractAnimation::Running);
+    QCOMPARE(animation.state(), atOnce ? QAbstractAnimation::Stopped : QAbstractAnimation::Running);
 }
 
 void TestAnimation::reducedMotionGlidesAtOnce()

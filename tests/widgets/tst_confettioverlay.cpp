@@ -1,7 +1,7 @@
 #include "pages/strictwarnings.h"
 #include "support/grab.h"
-#include "widgets/confettiticker.h"
 #include "widgets/confettioverlay.h"
+#include "widgets/confettiticker.h"
 #include "widgets/look.h"
 #include "widgets/paintwatch.h"
 
@@ -234,8 +234,8 @@ void TestConfettiOverlay::fallsOutEarly()
     QCOMPARE(scene.overlay->pieceCount(), 0);
 }
 
-// After their first move all of these are below the overlay by more than 30, and half of them by more
-// than 40.
+// After their first move all of these are below the overlay by more than 30, and half of them by
+// more than 40.
 void TestConfettiOverlay::fallsOutFortyBelow()
 {
     Scene scene({ 400, 300 });

@@ -1,10 +1,10 @@
-// Follows single pieces through pictures of the flight. They are told apart by their colours, of which
-// there are so many that hardly two pieces get the same.
+// Follows single pieces through pictures of the flight. They are told apart by their colours, of
+// which there are so many that hardly two pieces get the same.
 
 #include "pages/strictwarnings.h"
 #include "support/grab.h"
-#include "widgets/confettiticker.h"
 #include "widgets/confettioverlay.h"
+#include "widgets/confettiticker.h"
 
 #include <QHash>
 #include <QMap>
@@ -35,10 +35,10 @@ constexpr double kGravity = 0.2;
 struct Sight
 {
     QPointF centre;
-    double area = 0.0;      // square pixels
-    double longSide = 0.0;  // px
+    double area = 0.0; // square pixels
+    double longSide = 0.0; // px
     double shortSide = 0.0; // px
-    double angle = 0.0;     // of the long side, radians, from -pi/2 to pi/2
+    double angle = 0.0; // of the long side, radians, from -pi/2 to pi/2
 };
 
 using Sights = QHash<int, Sight>; // by colour
@@ -126,17 +126,19 @@ Sights sightsIn(const QImage &picture, double opacity)
             while (!open.empty()) {
                 const QPoint here = open.back();
                 open.pop_back();
-                const QRgb pixel = reinterpret_cast<const QRgb *>(
-                    picture.constScanLine(here.y()))[here.x()];
+                const QRgb pixel =
+                    reinterpret_cast<const QRgb *>(picture.constScanLine(here.y()))[here.x()];
                 blot.add(here.x(), here.y(), qAlpha(pixel) / 255.0 / opacity);
                 if (qAlpha(pixel) > expected + 2) {
                     blot.isOnePiece = false;
                 } else if (qAlpha(pixel) >= expected - 2) {
                     const int colour = indexOf(qUnpremultiply(pixel));
-                    blot.isOnePiece = blot.isOnePiece && (blot.colour == -1 || blot.colour == colour);
+                    blot.isOnePiece =
+                        blot.isOnePiece && (blot.colour == -1 || blot.colour == colour);
                     blot.colour = colour;
                 }
-                for (const QPoint &step : { QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1) }) {
+                for (const QPoint &step :
+                     { QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1) }) {
                     const QPoint next = here + step;
                     if (!picture.valid(next) || qAlpha(picture.pixel(next)) == 0)
                         continue;
@@ -241,8 +243,8 @@ void TestConfettiOverlayFlight::gravityAndAirDrag()
         for (auto [colour, at20] : flight[20].asKeyValueRange()) {
             const QPointF first = flight[30][colour].centre - at20.centre;
             const QPointF second = flight[40][colour].centre - flight[30][colour].centre;
-            // In ten ticks the fall grows by ten times ten times gravity. What stands all but upright
-            // is painted up to half a pixel too short.
+            // In ten ticks the fall grows by ten times ten times gravity. What stands all but
+            // upright is painted up to half a pixel too short.
             const double growth = second.y() - first.y();
             const double drag = second.x() - first.x() * std::pow(kAirDrag, 10);
             const bool obeys = std::abs(growth - 100 * kGravity) < 0.7 && std::abs(drag) < 0.7;

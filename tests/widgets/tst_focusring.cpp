@@ -154,7 +154,8 @@ void TestFocusRing::colour()
     ThemeManager::instance().setDarkMode(dark);
     for (double ratio : { 1.0, 2.0 }) {
         const QImage ring = picture(keyboardFocus(), 8.0, ratio);
-        QCOMPARE(difference(colourAt(ring, { 50, 10.25 }), themedColor(u"@INS_ACCENT"_s)), QString());
+        QCOMPARE(difference(colourAt(ring, { 50, 10.25 }), themedColor(u"@INS_ACCENT"_s)),
+                 QString());
         QCOMPARE(colourAt(ring, { 50, 30 }).alpha(), 0); // nothing inside
     }
 }

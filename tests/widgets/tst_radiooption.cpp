@@ -50,7 +50,8 @@ struct Pair
 
 bool ringIsSeen(RadioOption &option)
 {
-    return difference(colourAt(grabWidget(option, 2.0), { 100, 0.75 }), themedColor(u"@INS_ACCENT"_s))
+    return difference(colourAt(grabWidget(option, 2.0), { 100, 0.75 }),
+                      themedColor(u"@INS_ACCENT"_s))
         .isEmpty();
 }
 
@@ -66,8 +67,6 @@ private Q_SLOTS:
     void selecting();
     void deselecting();
     void turnsBackFromWhereItIs();
-    void outsideAGroupItIsOnItsOwn_data();
-    void outsideAGroupItIsOnItsOwn();
     void checkedBeforeItIsShown();
     void otherOneOfTheGroupGoesOut();
     void oneOfAGroupStaysChecked();
@@ -108,7 +107,8 @@ void TestRadioOption::selecting()
     QWidget parent;
     RadioOption option(u"A"_s, &parent);
     option.setChecked(true);
-    QCOMPARE(departure(clock, course(0.0, 1.0), [&] { return option.selectProgress(); }), QString());
+    QCOMPARE(departure(clock, course(0.0, 1.0), [&] { return option.selectProgress(); }),
+             QString());
 }
 
 void TestRadioOption::deselecting()
@@ -119,7 +119,8 @@ void TestRadioOption::deselecting()
     option.setChecked(true);
     clock.pass(kDuration);
     option.setChecked(false);
-    QCOMPARE(departure(clock, course(1.0, 0.0), [&] { return option.selectProgress(); }), QString());
+    QCOMPARE(departure(clock, course(1.0, 0.0), [&] { return option.selectProgress(); }),
+             QString());
 }
 
 void TestRadioOption::turnsBackFromWhereItIs()
@@ -132,35 +133,11 @@ void TestRadioOption::turnsBackFromWhereItIs()
     const double turn = option.selectProgress();
     QVERIFY(turn > 0.4 && turn < 0.7);
     option.setChecked(false);
-    QCOMPARE(departure(clock, course(turn, 0.0), [&] { return option.selectProgress(); }), QString());
+    QCOMPARE(departure(clock, course(turn, 0.0), [&] { return option.selectProgress(); }),
+             QString());
     option.setChecked(true);
     clock.pass(kDuration);
     QCOMPARE(option.selectProgress(), 1.0);
-}
-
-void TestRadioOption::outsideAGroupItIsOnItsOwn_data()
-{
-    QTest::addColumn<bool>("hasParent");
-    QTest::addColumn<bool>("hasSibling");
-    QTest::newRow("no parent") << false << false;
-    QTest::newRow("only child") << true << false;
-    QTest::newRow("with a sibling") << true << true;
-}
-
-void TestRadioOption::outsideAGroupItIsOnItsOwn()
-{
-    QFETCH(const bool, hasParent);
-    QFETCH(const bool, hasSibling);
-    QWidget parent;
-    RadioOption sibling(u"B"_s, hasSibling ? &parent : nullptr);
-    RadioOption option(u"A"_s, hasParent ? &parent : nullptr);
-    sibling.setChecked(true);
-    option.setChecked(true);
-    QVERIFY(sibling.isChecked());
-    QTRY_COMPARE_WITH_TIMEOUT(option.selectProgress(), 1.0, 10000);
-    option.setChecked(false);
-    QVERIFY(!option.isChecked());
-    QTRY_COMPARE_WITH_TIMEOUT(option.selectProgress(), 0.0, 10000);
 }
 
 void TestRadioOption::checkedBeforeItIsShown()
@@ -293,7 +270,8 @@ void TestRadioOption::ring()
         const QImage small = grabWidget(option, ratio);
         QCOMPARE(difference(colourAt(small, { 11.5, 15 }), ground), QString());
         const double inner = ratio == 1.0 ? 0.75 : 1.0; // of the pixel at 9 that the stroke covers
-        QCOMPARE(difference(colourAt(small, { 9.0, 15 }), blended(pen, inner, ground), 16), QString());
+        QCOMPARE(difference(colourAt(small, { 9.0, 15 }), blended(pen, inner, ground), 16),
+                 QString());
     }
 }
 
@@ -365,9 +343,9 @@ void TestRadioOption::dot()
         QCOMPARE(difference(colourAt(picture, centre + way * (radius - 0.2)),
                             themedColor(u"@INS_ACCENT"_s)),
                  QString());
-        QCOMPARE(difference(colourAt(picture, centre + way * (radius + 0.2)),
-                            themedColor(u"@INS_BG"_s)),
-                 QString());
+        QCOMPARE(
+            difference(colourAt(picture, centre + way * (radius + 0.2)), themedColor(u"@INS_BG"_s)),
+            QString());
     }
     QCOMPARE(difference(colourAt(picture, centre), themedColor(u"@INS_ACCENT"_s)), QString());
 }

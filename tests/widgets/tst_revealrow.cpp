@@ -22,11 +22,7 @@ constexpr int kSlide = 6;
 class Row : public RevealRow
 {
 public:
-    explicit Row(int slide = kSlide)
-        : RevealRow(slide, u"A row"_s)
-    {
-        resize(100, 40);
-    }
+    explicit Row(int slide = kSlide) : RevealRow(slide, u"A row"_s) { resize(100, 40); }
 
     int paints = 0;
 

@@ -122,10 +122,13 @@ void TestSealCheckPainting::disc()
         const QImage image = picture(progress, 0.0, kDesign, ratio);
         const QColor expected = faded(::disc(), opacity);
         QCOMPARE(difference(colourAt(image, centre), expected), QString());
-        QVERIFY(std::abs(paintedArea(image) - M_PI * radius * radius * opacity) < 2.0 + 8.0 / ratio);
-        for (const QPointF &way : { QPointF(1, 0), QPointF(0, 1), QPointF(-M_SQRT1_2, M_SQRT1_2) }) {
+        QVERIFY(std::abs(paintedArea(image) - M_PI * radius * radius * opacity)
+                < 2.0 + 8.0 / ratio);
+        for (const QPointF &way :
+             { QPointF(1, 0), QPointF(0, 1), QPointF(-M_SQRT1_2, M_SQRT1_2) }) {
             const double edge = 1.0 / ratio + 0.2;
-            QCOMPARE(difference(colourAt(image, centre + way * (radius - edge)), expected), QString());
+            QCOMPARE(difference(colourAt(image, centre + way * (radius - edge)), expected),
+                     QString());
             if (radius + edge < 24.0)
                 QCOMPARE(colourAt(image, centre + way * (radius + edge)).alpha(), 0);
         }
@@ -231,8 +234,8 @@ void TestSealCheckPainting::markGrows()
     QCOMPARE(difference(colourAt(image, tip + along * 1.7), ::disc()), QString());
 }
 
-// The corner lies between two of the 24 steps, so that the stroke cuts it: its lowest point would be
-// at 32.6 otherwise.
+// The corner lies between two of the 24 steps, so that the stroke cuts it: its lowest point would
+// be at 32.6 otherwise.
 void TestSealCheckPainting::markGrowsInSteps()
 {
     const double lowest = qMax(pointOfMark(7.0 / 24.0).y(), pointOfMark(8.0 / 24.0).y()) + 1.6;

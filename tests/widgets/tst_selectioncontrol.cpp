@@ -7,42 +7,22 @@
 #include "widgets/course.h"
 #include "widgets/look.h"
 #include "widgets/paintwatch.h"
-#include "widgets/radiooption.h"
-#include "widgets/togglecheckbox.h"
+#include "widgets/selectionkinds.h"
 
 #include <QEnterEvent>
 #include <QFontMetrics>
 #include <QMetaProperty>
-#include <QPainter>
 #include <QPushButton>
 #include <QSignalSpy>
 
-#include <functional>
 #include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using Maker = std::function<SelectionControl *(const QString &text)>;
-
 constexpr int kHoverDuration = 150;
 constexpr QSize kSize(200, 40);
-
-void addKinds(bool withRooms = false)
-{
-    QTest::addColumn<Maker>("make");
-    QTest::addColumn<QByteArray>("progress");
-    if (withRooms)
-        QTest::addColumn<int>("room");
-    const auto add = [withRooms](const char *name, const Maker &make, const char *progress, int room) {
-        QTestData &row = QTest::newRow(name) << make << QByteArray(progress);
-        if (withRooms)
-            row << room;
-    };
-    add("radio option", [](const QString &text) { return new RadioOption(text); }, "selectProgress", 14);
-    add("check box", [](const QString &text) { return new ToggleCheckbox(text); }, "checkProgress", 16);
-}
 
 void enter(QWidget &widget)
 {
@@ -60,7 +40,7 @@ void leave(QWidget &widget)
 /// The control in a window of its own that has another control to tab from and to.
 struct Window
 {
-    explicit Window(const Maker &make)
+    explicit Window(const SelectionMaker &make)
         : first(new QPushButton(u"First"_s, &widget)), control(make(u"Second"_s))
     {
         control->setParent(&widget);
@@ -93,40 +73,28 @@ class TestSelectionControl : public QObject
 
 private Q_SLOTS:
     void init();
-    void construction_data() { addKinds(); }
+    void construction_data() { addSelectionKinds(); }
     void construction();
     void hoverProperty();
-    void preferredSize_data() { addKinds(true); }
+    void preferredSize_data() { addSelectionKinds(); }
     void preferredSize();
-    void hover_data() { addKinds(); }
+    void hover_data() { addSelectionKinds(); }
     void hover();
-    void hoverTurnsBackFromWhereItIs_data() { addKinds(); }
+    void hoverTurnsBackFromWhereItIs_data() { addSelectionKinds(); }
     void hoverTurnsBackFromWhereItIs();
-    void plate_data() { addKinds(); }
-    void plate();
-    void plateThreshold_data() { addKinds(); }
-    void plateThreshold();
-    void plateCorners_data() { addKinds(); }
-    void plateCorners();
-    void text_data() { addKinds(); }
-    void text();
-    void textIsInTheMiddle_data() { addKinds(); }
-    void textIsInTheMiddle();
-    void longTextIsCut_data() { addKinds(); }
-    void longTextIsCut();
-    void themeChangeRepaints_data() { addKinds(); }
+    void themeChangeRepaints_data() { addSelectionKinds(); }
     void themeChangeRepaints();
-    void settingAPropertyRepaints_data() { addKinds(); }
+    void settingAPropertyRepaints_data() { addSelectionKinds(); }
     void settingAPropertyRepaints();
-    void spaceToggles_data() { addKinds(); }
+    void spaceToggles_data() { addSelectionKinds(); }
     void spaceToggles();
-    void clickAnywhereInTheRowToggles_data() { addKinds(); }
+    void clickAnywhereInTheRowToggles_data() { addSelectionKinds(); }
     void clickAnywhereInTheRowToggles();
-    void ringForTheKeyboardOnly_data() { addKinds(); }
+    void ringForTheKeyboardOnly_data() { addSelectionKinds(); }
     void ringForTheKeyboardOnly();
-    void ringNeedsNoRoom_data() { addKinds(); }
+    void ringNeedsNoRoom_data() { addSelectionKinds(); }
     void ringNeedsNoRoom();
-    void goesWhileItIsAnimated_data() { addKinds(); }
+    void goesWhileItIsAnimated_data() { addSelectionKinds(); }
     void goesWhileItIsAnimated();
 };
 
@@ -138,7 +106,7 @@ void TestSelectionControl::init()
 
 void TestSelectionControl::construction()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     QFETCH(const QByteArray, progress);
     const std::unique_ptr<SelectionControl> control(make(u"A label"_s));
     QCOMPARE(control->text(), u"A label"_s);
@@ -165,7 +133,7 @@ void TestSelectionControl::hoverProperty()
 
 void TestSelectionControl::preferredSize()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     QFETCH(const int, room);
     for (const QString &text : { u""_s, u"i"_s, u"Delete my preferences"_s }) {
         const std::unique_ptr<SelectionControl> control(make(text));
@@ -185,20 +153,22 @@ void TestSelectionControl::preferredSize()
 
 void TestSelectionControl::hover()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     ManualClock clock;
     const std::unique_ptr<SelectionControl> control(make(u"A"_s));
     enter(*control);
     const auto progress = [&] { return control->hoverProgress(); };
-    QCOMPARE(departure(clock, { 0.0, 1.0, kHoverDuration, QEasingCurve::Linear }, progress), QString());
+    QCOMPARE(departure(clock, { 0.0, 1.0, kHoverDuration, QEasingCurve::Linear }, progress),
+             QString());
     leave(*control);
-    QCOMPARE(departure(clock, { 1.0, 0.0, kHoverDuration, QEasingCurve::Linear }, progress), QString());
+    QCOMPARE(departure(clock, { 1.0, 0.0, kHoverDuration, QEasingCurve::Linear }, progress),
+             QString());
     QVERIFY(!control->isChecked());
 }
 
 void TestSelectionControl::hoverTurnsBackFromWhereItIs()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     ManualClock clock;
     const std::unique_ptr<SelectionControl> control(make(u"A"_s));
     enter(*control);
@@ -214,111 +184,9 @@ void TestSelectionControl::hoverTurnsBackFromWhereItIs()
     QCOMPARE(control->hoverProgress(), 1.0);
 }
 
-void TestSelectionControl::plate()
-{
-    QFETCH(const Maker, make);
-    const std::unique_ptr<SelectionControl> control(make(u""_s));
-    control->resize(kSize);
-    for (bool dark : { false, true }) {
-        ThemeManager::instance().setDarkMode(dark);
-        for (double ratio : { 1.0, 2.0 }) {
-            for (double progress : { 0.25, 0.5, 1.0 }) {
-                control->setHoverProgress(progress);
-                const QImage picture = grabWidget(*control, ratio);
-                const QColor panel = faded(themedColor(u"@INS_PANEL"_s), progress);
-                QCOMPARE(difference(colourAt(picture, { 198, 20 }), panel), QString());
-                QCOMPARE(difference(colourAt(picture, { 1, 20 }), panel), QString());
-                QCOMPARE(difference(colourAt(picture, { 100, 0.25 }), panel), QString());
-                QCOMPARE(difference(colourAt(picture, { 100, 39.75 }), panel), QString());
-            }
-            control->setHoverProgress(0.0);
-            QCOMPARE(colourAt(grabWidget(*control, ratio), { 100, 20 }).alpha(), 0);
-        }
-    }
-}
-
-void TestSelectionControl::plateThreshold()
-{
-    QFETCH(const Maker, make);
-    const std::unique_ptr<SelectionControl> control(make(u""_s));
-    control->resize(kSize);
-    const QImage bare = grabWidget(*control);
-    control->setHoverProgress(0.001);
-    QCOMPARE(grabWidget(*control), bare);
-    control->setHoverProgress(0.01);
-    QVERIFY(grabWidget(*control) != bare);
-}
-
-void TestSelectionControl::plateCorners()
-{
-    QFETCH(const Maker, make);
-    const std::unique_ptr<SelectionControl> control(make(u""_s));
-    control->resize(kSize);
-    control->setHoverProgress(1.0);
-    // Four corners of radius 8 leave out this much, and one of 7.8 or 8.2 would not.
-    const double leftOut = (4.0 - M_PI) * 8.0 * 8.0;
-    const double area = kSize.width() * kSize.height() - leftOut;
-    QVERIFY(std::abs(paintedArea(grabWidget(*control, 4.0)) - area) < 2.0);
-}
-
-void TestSelectionControl::text()
-{
-    QFETCH(const Maker, make);
-    const std::unique_ptr<SelectionControl> control(make(u"████████"_s));
-    control->resize(kSize);
-    for (bool dark : { false, true }) {
-        ThemeManager::instance().setDarkMode(dark);
-        for (double ratio : { 1.0, 2.0 }) {
-            for (double hover : { 0.0, 1.0 }) {
-                control->setHoverProgress(hover);
-                const QImage picture = grabWidget(*control, ratio);
-                QCOMPARE(difference(colourAt(picture, { 45, 20 }), themedColor(u"@INS_TX"_s)),
-                         QString());
-            }
-        }
-    }
-}
-
-void TestSelectionControl::textIsInTheMiddle()
-{
-    QFETCH(const Maker, make);
-    const std::unique_ptr<SelectionControl> control(make(u"A label"_s));
-    for (int pixels : { 9, 13, 20 }) {
-        QFont font = control->font();
-        font.setPixelSize(pixels);
-        font.setBold(pixels == 20);
-        control->setFont(font);
-        for (int height : { 29, 30, 60 }) {
-            control->resize(kSize.width(), height);
-            const QImage picture = grabWidget(*control);
-            QImage expected(control->size(), QImage::Format_ARGB32_Premultiplied);
-            expected.fill(Qt::transparent);
-            QPainter painter(&expected);
-            painter.setPen(themedColor(u"@INS_TX"_s));
-            painter.setFont(font);
-            painter.drawText(QRect(35, 0, kSize.width() - 44, height),
-                             Qt::AlignLeft | Qt::AlignVCenter, u"A label"_s);
-            painter.end();
-            const QRect besideIndicator(30, 0, kSize.width() - 30, height);
-            QCOMPARE(picture.copy(besideIndicator), expected.copy(besideIndicator));
-        }
-    }
-}
-
-void TestSelectionControl::longTextIsCut()
-{
-    QFETCH(const Maker, make);
-    const std::unique_ptr<SelectionControl> control(make(QString(60, u'█')));
-    control->resize(kSize);
-    const QImage picture = grabWidget(*control, 2.0);
-    const QRectF ink = inkRect(picture.copy(2 * 30, 0, 2 * 170, 2 * 40)).translated(30, 0);
-    QCOMPARE(ink.left(), 35.0);
-    QCOMPARE(ink.right(), kSize.width() - 9.0);
-}
-
 void TestSelectionControl::themeChangeRepaints()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     const std::unique_ptr<SelectionControl> control(make(u"A"_s));
     PaintWatch watch(*control);
     ThemeManager::instance().setDarkMode(true);
@@ -327,7 +195,7 @@ void TestSelectionControl::themeChangeRepaints()
 
 void TestSelectionControl::settingAPropertyRepaints()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     QFETCH(const QByteArray, progress);
     const std::unique_ptr<SelectionControl> control(make(u"A"_s));
     PaintWatch watch(*control);
@@ -342,7 +210,7 @@ void TestSelectionControl::settingAPropertyRepaints()
 
 void TestSelectionControl::spaceToggles()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     const Window window(make);
     const QSignalSpy toggled(window.control, &QAbstractButton::toggled);
     QTest::keyClick(window.first, Qt::Key_Tab);
@@ -359,7 +227,7 @@ void TestSelectionControl::spaceToggles()
 
 void TestSelectionControl::clickAnywhereInTheRowToggles()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     const Window window(make);
     const QSignalSpy clicked(window.control, &QAbstractButton::clicked);
     for (const QPoint &point : { QPoint(1, 1), QPoint(17, 20), QPoint(198, 38) })
@@ -370,7 +238,7 @@ void TestSelectionControl::clickAnywhereInTheRowToggles()
 
 void TestSelectionControl::ringForTheKeyboardOnly()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     const Window window(make);
     QVERIFY(!window.ringIsSeen());
     QTest::keyClick(window.first, Qt::Key_Tab);
@@ -393,7 +261,7 @@ void TestSelectionControl::ringForTheKeyboardOnly()
 
 void TestSelectionControl::ringNeedsNoRoom()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     const Window window(make);
     const QSize before = window.control->sizeHint();
     QTest::keyClick(window.first, Qt::Key_Tab);
@@ -408,7 +276,7 @@ void TestSelectionControl::ringNeedsNoRoom()
 
 void TestSelectionControl::goesWhileItIsAnimated()
 {
-    QFETCH(const Maker, make);
+    QFETCH(const SelectionMaker, make);
     ManualClock clock;
     {
         const std::unique_ptr<SelectionControl> control(make(u"A"_s));

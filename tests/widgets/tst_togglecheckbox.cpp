@@ -158,14 +158,16 @@ void TestToggleCheckbox::box()
     for (double distance : { -0.7, 0.0, 0.7 }) {
         QCOMPARE(difference(colourAt(picture, kBox + QPointF(distance, 8)), themedColor(border)),
                  QString());
-        QCOMPARE(difference(colourAt(picture, kBox + QPointF(8, 16 - distance)), themedColor(border)),
-                 QString());
+        QCOMPARE(
+            difference(colourAt(picture, kBox + QPointF(8, 16 - distance)), themedColor(border)),
+            QString());
     }
     for (const QPointF &point : { QPointF(0.85, 10), QPointF(2, 2), QPointF(14.5, 12) })
         QCOMPARE(difference(colourAt(picture, kBox + point), themedColor(fill)), QString());
     for (double ratio : { 1.0, 2.0 }) {
         const QImage small = pictureAt(progress, ratio);
-        QCOMPARE(difference(colourAt(small, kBox + QPointF(2.5, 2.5)), themedColor(fill)), QString());
+        QCOMPARE(difference(colourAt(small, kBox + QPointF(2.5, 2.5)), themedColor(fill)),
+                 QString());
         QCOMPARE(difference(colourAt(small, kBox + QPointF(0, 8)), themedColor(border),
                             ratio == 2.0 ? 2 : 40),
                  QString());
@@ -179,7 +181,8 @@ void TestToggleCheckbox::boxCorners()
     const QColor line = themedColor(u"@INS_LINE2"_s);
     const double outer = 4.0 - 4.75 * M_SQRT1_2;
     const double inner = 4.0 - 3.25 * M_SQRT1_2;
-    for (const QPointF &corner : { QPointF(0, 0), QPointF(16, 0), QPointF(0, 16), QPointF(16, 16) }) {
+    for (const QPointF &corner :
+         { QPointF(0, 0), QPointF(16, 0), QPointF(0, 16), QPointF(16, 16) }) {
         const auto inwards = [corner](double way) {
             return kBox + corner
                 + QPointF(corner.x() > 0 ? -way : way, corner.y() > 0 ? -way : way);
@@ -244,7 +247,8 @@ void TestToggleCheckbox::tickRunsThroughItsPoints()
         const QPointF start(4.0, 8.2);
         const QPointF corner(6.7, 11.2);
         const QPointF end(12.0, 4.8);
-        for (const QPointF &point : { start, (start + corner) / 2, corner, (corner + end) / 2, end })
+        for (const QPointF &point :
+             { start, (start + corner) / 2, corner, (corner + end) / 2, end })
             QCOMPARE(difference(colourAt(picture, kBox + point), Qt::white), QString());
         // The stroke, half its width beyond the outermost points.
         const QRectF ink = inkRect(picture, Qt::white);
@@ -306,8 +310,9 @@ void TestToggleCheckbox::tickFadesInEarly()
         // At the corner, where the stroke meets itself, it is no denser than elsewhere.
         for (const QPointF &point : { QPointF(6.7, 11.2), QPointF(9.35, 8.0) })
             QCOMPARE(difference(colourAt(pictureAt(progress), kBox + point), expected), QString());
-        QCOMPARE(difference(colourAt(pictureAt(progress, 2.0), kBox + QPointF(9.35, 8.0)), expected, 4),
-                 QString());
+        QCOMPARE(
+            difference(colourAt(pictureAt(progress, 2.0), kBox + QPointF(9.35, 8.0)), expected, 4),
+            QString());
     }
 }
 
@@ -317,7 +322,8 @@ void TestToggleCheckbox::liesOnThePlate()
     box.resize(100, kHeight);
     box.setHoverProgress(1.0);
     const QImage picture = grabWidget(box, kMagnified);
-    QCOMPARE(difference(colourAt(picture, kBox + QPointF(8, 8)), themedColor(u"@INS_BG"_s)), QString());
+    QCOMPARE(difference(colourAt(picture, kBox + QPointF(8, 8)), themedColor(u"@INS_BG"_s)),
+             QString());
     QCOMPARE(difference(colourAt(picture, kBox - QPointF(2, 2)), themedColor(u"@INS_PANEL"_s)),
              QString());
 }

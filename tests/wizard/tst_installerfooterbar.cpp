@@ -20,11 +20,12 @@ constexpr int kWidth = 680;
 
 QString ghostStyle()
 {
-    return coloured(u"QPushButton{padding:0 14px;border-radius:8px;background:%1;"
-                    "border:1px solid %2;color:%3;}"
-                    "QPushButton:hover{background:%4;border-color:%5;}"
-                    "QPushButton:disabled{color:%5;}"_s,
-                    { u"@INS_BG"_s, u"@INS_LINE2"_s, u"@INS_TX"_s, u"@INS_PANEL"_s, u"@INS_TX3"_s });
+    return coloured(
+        u"QPushButton{padding:0 14px;border-radius:8px;background:%1;"
+        "border:1px solid %2;color:%3;}"
+        "QPushButton:hover{background:%4;border-color:%5;}"
+        "QPushButton:disabled{color:%5;}"_s,
+        { u"@INS_BG"_s, u"@INS_LINE2"_s, u"@INS_TX"_s, u"@INS_PANEL"_s, u"@INS_TX3"_s });
 }
 
 QString primaryStyle()
@@ -105,8 +106,7 @@ void TestInstallerFooterBar::statusLabel()
     QCOMPARE(label->text(), u"Optional — safe to skip"_s);
     for (bool dark : { false, true }) {
         ThemeManager::instance().setDarkMode(dark);
-        QCOMPARE(label->styleSheet(),
-                 coloured(u"color:%1;font-size:11.5px;"_s, { u"@INS_TX3"_s }));
+        QCOMPARE(label->styleSheet(), coloured(u"color:%1;font-size:11.5px;"_s, { u"@INS_TX3"_s }));
     }
 }
 

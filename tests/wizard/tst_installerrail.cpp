@@ -146,8 +146,8 @@ void TestInstallerRail::everythingFits()
     for (const QLabel *label : rail.findChildren<QLabel *>()) {
         QVERIFY(QRect(20, 20, 156, 350).contains(label->geometry()));
         QVERIFY2(label->minimumSizeHint().width() <= label->width(), qPrintable(label->text()));
-        const int height = label->wordWrap() ? label->heightForWidth(label->width())
-                                             : label->sizeHint().height();
+        const int height =
+            label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
         QVERIFY2(height <= label->height(), qPrintable(label->text()));
     }
 }

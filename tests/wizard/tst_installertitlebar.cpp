@@ -47,7 +47,8 @@ struct Window
     bool send(QEvent::Type type, const QPointF &global, Qt::MouseButton button,
               Qt::MouseButtons buttons) const
     {
-        QMouseEvent event(type, bar->mapFromGlobal(global), global, button, buttons, Qt::NoModifier);
+        QMouseEvent event(type, bar->mapFromGlobal(global), global, button, buttons,
+                          Qt::NoModifier);
         event.ignore();
         QCoreApplication::sendEvent(bar, &event);
         return event.isAccepted();
@@ -145,10 +146,10 @@ void TestInstallerTitleBar::styles()
     InstallerTitleBar bar(kTitle);
     for (bool dark : { false, true, false }) {
         ThemeManager::instance().setDarkMode(dark);
-        const QString style = coloured(
-            u"QPushButton{border:none;background:transparent;color:%1;font-size:12px;}"
-            "QPushButton:hover{background:%2;color:%3;}"_s,
-            { u"@INS_TX2"_s, u"@INS_LINE"_s, u"@INS_TX"_s });
+        const QString style =
+            coloured(u"QPushButton{border:none;background:transparent;color:%1;font-size:12px;}"
+                     "QPushButton:hover{background:%2;color:%3;}"_s,
+                     { u"@INS_TX2"_s, u"@INS_LINE"_s, u"@INS_TX"_s });
         QCOMPARE(minimizeButton(bar)->styleSheet(), style);
         QCOMPARE(closeButton(bar)->styleSheet(),
                  style
@@ -273,7 +274,8 @@ void TestInstallerTitleBar::onlyTheLeftButtonDrags()
     const QPoint grip = start + QPoint(200, 20);
     if (button != Qt::NoButton)
         QVERIFY(!world.send(QEvent::MouseButtonPress, grip, button, button));
-    const bool accepted = world.send(QEvent::MouseMove, grip + QPoint(30, 30), Qt::NoButton, button);
+    const bool accepted =
+        world.send(QEvent::MouseMove, grip + QPoint(30, 30), Qt::NoButton, button);
     QVERIFY(button == Qt::NoButton || !accepted);
     QCOMPARE(world.window.pos(), start);
 }

@@ -1,17 +1,6 @@
 #include "app/applicationfonts.h"
-#include "pages/confirmuninstallpage.h"
-#include "pages/destinationpage.h"
-#include "pages/finishedpage.h"
 #include "pages/licensepage.h"
-#include "pages/checkrow.h"
-#include "pages/pagetext.h"
-#include "pages/readypage.h"
-#include "pages/readytoupdatepage.h"
 #include "pages/strictwarnings.h"
-#include "pages/taskspage.h"
-#include "pages/uninstallcompletepage.h"
-#include "pages/updateavailablepage.h"
-#include "pages/updatefinishedpage.h"
 #include "pages/welcomepage.h"
 #include "theme/thememanager.h"
 #include "widgets/animatedmark.h"
@@ -20,37 +9,13 @@
 #include "wizard/installerpane.h"
 #include "wizard/installerrail.h"
 #include "wizard/installertitlebar.h"
-#include "wizard/installingpage.h"
-#include "wizard/uninstallingpage.h"
-#include "wizard/updatingpage.h"
 #include "wizard/wizarddriver.h"
 
+#include <QGraphicsEffect>
 #include <QPointer>
+#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-const QString kAccept = u"I accept the license agreement"_s;
-const QString kDecline = u"I do not accept the agreement"_s;
-const QString kShortcut = u"Create a desktop shortcut"_s;
-
-QString summaryOf(const WizardDriver &driver)
-{
-    return shownText(driver.currentPage()->findChildren<QLabel *>().last());
-}
-
-bool hasEntered(const WizardDriver &driver, const char *page, const QString &status,
-                const QStringList &buttons)
-{
-    const QString shown = QString::fromLatin1(driver.currentPage()->metaObject()->className());
-    if (shown == QLatin1StringView(page) && driver.status() == status && driver.buttons() == buttons)
-        return true;
-    qInfo() << shown << driver.status() << driver.buttons();
-    return false;
-}
-
-} // namespace
 
 class TestInstallerWizard : public QObject
 {
@@ -65,17 +30,6 @@ private Q_SLOTS:
     void fifteenPagesInTheirOrder();
     void firstPages_data();
     void firstPages();
-    void installPagesForthAndBack();
-    void updatePagesForthAndBack();
-    void licenseGate();
-    void licenseAnswerIsKept();
-    void systemCheckRunsOnEntering();
-    void systemCheckIsStoppedOnLeaving();
-    void choicesAreKept();
-    void updateOfferTellsTheVersions_data();
-    void updateOfferTellsTheVersions();
-    void uninstallTellsTheVersion();
-    void tenQuickClicks();
     void everyEntryRestsTheMark();
     void firstShowEntersTheFirstPageOnceMore();
     void firstShowLeavesAQuickUserAlone();
@@ -138,13 +92,13 @@ void TestInstallerWizard::fifteenPagesInTheirOrder()
         names.append(QString::fromLatin1(page->metaObject()->className()));
         QVERIFY(page->isHidden());
     }
-    QCOMPARE(names,
-             (QStringList { u"WelcomePage"_s, u"LicensePage"_s, u"SystemCheckPage"_s,
-                            u"DestinationPage"_s, u"TasksPage"_s, u"ReadyPage"_s,
-                            u"InstallingPage"_s, u"FinishedPage"_s, u"UpdateAvailablePage"_s,
-                            u"ReadyToUpdatePage"_s, u"UpdatingPage"_s, u"UpdateFinishedPage"_s,
-                            u"ConfirmUninstallPage"_s, u"UninstallingPage"_s,
-                            u"UninstallCompletePage"_s }));
+    QCOMPARE(
+        names,
+        (QStringList { u"WelcomePage"_s, u"LicensePage"_s, u"SystemCheckPage"_s,
+                       u"DestinationPage"_s, u"TasksPage"_s, u"ReadyPage"_s, u"InstallingPage"_s,
+                       u"FinishedPage"_s, u"UpdateAvailablePage"_s, u"ReadyToUpdatePage"_s,
+                       u"UpdatingPage"_s, u"UpdateFinishedPage"_s, u"ConfirmUninstallPage"_s,
+                       u"UninstallingPage"_s, u"UninstallCompletePage"_s }));
 }
 
 void TestInstallerWizard::firstPages_data()
@@ -178,7 +132,7 @@ void TestInstallerWizard::firstPages()
     driver.mark->setFill(0.4);
     driver.mark->setA1Progress(1.0);
     driver.wizard.setRunMode(mode);
-    QVERIFY(hasEntered(driver, page, status, buttons));
+    QVERIFY(driver.hasEntered(page, status, buttons));
     QCOMPARE(driver.titleBar->title(), title);
     QCOMPARE(driver.wizard.windowTitle(), title);
     QCOMPARE(driver.mark->fill(), 1.0);
@@ -186,266 +140,7 @@ void TestInstallerWizard::firstPages()
     QCOMPARE(driver.mark->a1Progress(), 0.0); // its entrance begins
     driver.wizard.show();
     QTRY_COMPARE(driver.mark->a1Progress(), 1.0);
-    QVERIFY(hasEntered(driver, page, status, buttons));
-}
-
-void TestInstallerWizard::installPagesForthAndBack()
-{
-    const QString next = u"Next"_s;
-    WizardDriver driver;
-    driver.show(RunMode::Install);
-
-    const auto welcome = [&] {
-        return hasEntered(driver, "WelcomePage", u"Administrator rights required"_s,
-                          { u"Cancel ghost"_s, u"Next primary"_s });
-    };
-    const auto license = [&](const QString &nextButton) {
-        return hasEntered(driver, "LicensePage", u"Read the license before continuing"_s,
-                          { u"Back ghost"_s, nextButton });
-    };
-    const auto systemCheck = [&] {
-        return hasEntered(driver, "SystemCheckPage", u"9 requirement(s) checked"_s,
-                          { u"Back ghost"_s, u"Next primary"_s });
-    };
-    const auto destination = [&] {
-        return hasEntered(driver, "DestinationPage", u"Choose where Varnel Schematics lives"_s,
-                          { u"Back ghost"_s, u"Next primary"_s });
-    };
-    const auto tasks = [&] {
-        return hasEntered(driver, "TasksPage", u"Optional — safe to skip"_s,
-                          { u"Back ghost"_s, u"Next primary"_s });
-    };
-    const auto ready = [&] {
-        return hasEntered(driver, "ReadyPage", u"Review before you install"_s,
-                          { u"Back ghost"_s, u"Install primary"_s });
-    };
-
-    QVERIFY(welcome());
-    QVERIFY(driver.press(next));
-    QVERIFY(license(u"Next primary disabled"_s));
-    QVERIFY(driver.click(kAccept));
-    QVERIFY(driver.press(next));
-    QVERIFY(systemCheck());
-    QVERIFY(driver.press(next));
-    QVERIFY(destination());
-    QVERIFY(driver.press(next));
-    QVERIFY(tasks());
-    QVERIFY(driver.press(next));
-    QVERIFY(ready());
-
-    const QString back = u"Back"_s;
-    QVERIFY(driver.press(back));
-    QVERIFY(tasks());
-    QVERIFY(driver.press(back));
-    QVERIFY(destination());
-    QVERIFY(driver.press(back));
-    QVERIFY(systemCheck());
-    QVERIFY(driver.press(back));
-    QVERIFY(license(u"Next primary"_s));
-    QVERIFY(driver.press(back));
-    QVERIFY(welcome());
-    QVERIFY(driver.sandbox.engineRuns().isEmpty());
-}
-
-void TestInstallerWizard::updatePagesForthAndBack()
-{
-    WizardDriver driver;
-    driver.show(RunMode::Update);
-    QVERIFY(driver.press(u"Update Now"_s));
-    QVERIFY(hasEntered(driver, "ReadyToUpdatePage", u"Review before you update"_s,
-                       { u"Back ghost"_s, u"Update primary"_s }));
-    QVERIFY(driver.press(u"Back"_s));
-    QVERIFY(hasEntered(driver, "UpdateAvailablePage", u"Recommended — includes performance fixes"_s,
-                       { u"Skip ghost"_s, u"Update Now primary"_s }));
-}
-
-void TestInstallerWizard::licenseGate()
-{
-    WizardDriver driver;
-    driver.show(RunMode::Install);
-    QVERIFY(driver.press(u"Next"_s));
-    QVERIFY(!driver.press(u"Next"_s));
-    for (int i = 0; i < 2; ++i) {
-        QVERIFY(driver.click(kAccept));
-        QVERIFY(driver.button(u"Next"_s)->isEnabled());
-        QVERIFY(driver.click(kDecline));
-        QVERIFY(!driver.button(u"Next"_s)->isEnabled());
-    }
-    QVERIFY(driver.button(u"Back"_s)->isEnabled());
-    QVERIFY(driver.shows<LicensePage>());
-}
-
-void TestInstallerWizard::licenseAnswerIsKept()
-{
-    WizardDriver driver;
-    driver.show(RunMode::Install);
-    QVERIFY(driver.press(u"Next"_s));
-    QVERIFY(driver.click(kAccept));
-    QVERIFY(driver.pressAll({ u"Back"_s, u"Next"_s }));
-    QVERIFY(driver.find<LicensePage>()->isAccepted());
-    QVERIFY(driver.button(u"Next"_s)->isEnabled());
-    QVERIFY(driver.click(kDecline));
-    QVERIFY(!driver.button(u"Next"_s)->isEnabled());
-    QVERIFY(driver.pressAll({ u"Back"_s, u"Next"_s }));
-    QVERIFY(!driver.button(u"Next"_s)->isEnabled());
-}
-
-// It informs and does not gate: nothing here has a runtime for Windows programs, and Next is enabled.
-void TestInstallerWizard::systemCheckRunsOnEntering()
-{
-    WizardDriver driver;
-    driver.show(RunMode::Install);
-    const auto *page = driver.find<SystemCheckPage>();
-    QCOMPARE(page->checkCount(), 0);
-    driver.find<DestinationPage>()->setPath(driver.sandbox.path(u"not/yet/there"_s));
-    QVERIFY(driver.press(u"Next"_s));
-    QVERIFY(driver.click(kAccept));
-    QVERIFY(driver.press(u"Next"_s));
-    QCOMPARE(page->checkCount(), 9);
-    auto rows = page->findChildren<SystemCheckPage::CheckRow *>();
-    QVERIFY(std::any_of(rows.begin(), rows.end(), [](auto *row) { return !row->result().ok; }));
-    QVERIFY(driver.button(u"Next"_s)->isEnabled());
-    QTRY_COMPARE_WITH_TIMEOUT(rows.last()->reveal(), 1.0, kPatience);
-
-#ifdef Q_OS_LINUX
-    // The disk that is probed is that of the folder that is chosen by now.
-    QVERIFY(driver.press(u"Next"_s));
-    driver.find<DestinationPage>()->setPath(u"/proc"_s);
-    QVERIFY(driver.press(u"Back"_s));
-    QTRY_COMPARE(page->findChildren<SystemCheckPage::CheckRow *>().size(), 9);
-    rows = page->findChildren<SystemCheckPage::CheckRow *>();
-    QVERIFY(rows[3]->result().value.endsWith(u" on /proc"_s));
-#endif
-}
-
-void TestInstallerWizard::systemCheckIsStoppedOnLeaving()
-{
-    WizardDriver driver;
-    driver.show(RunMode::Install);
-    QVERIFY(driver.press(u"Next"_s));
-    QVERIFY(driver.click(kAccept));
-    QVERIFY(driver.press(u"Next"_s));
-    const auto rows = driver.find<SystemCheckPage>()->findChildren<SystemCheckPage::CheckRow *>();
-    QTRY_VERIFY_WITH_TIMEOUT(rows.first()->reveal() > 0.0, kPatience);
-    QVERIFY(driver.press(u"Next"_s));
-    for (const auto *row : rows) {
-        QCOMPARE(row->reveal(), 0.0);
-        QVERIFY(!row->isRevealed());
-    }
-    driver.watch.clear();
-    QTimer later;
-    later.setSingleShot(true);
-    later.start(1100);
-    QTRY_VERIFY_WITH_TIMEOUT(!later.isActive(), kPatience);
-    for (int delay : { 230, 560, 1000 })
-        QVERIFY(!driver.watch.shots().contains(delay));
-}
-
-void TestInstallerWizard::choicesAreKept()
-{
-    const QString folder = u"/opt/a&b <i>%2 %1"_s;
-    WizardDriver driver;
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage());
-    QCOMPARE(summaryOf(driver),
-             u"Destination location:\n%1\n\nAdditional tasks:\n%2"_s.arg(
-                 QDir::toNativeSeparators(driver.sandbox.path(u"programs/Varnel Schematics"_s)),
-                 kShortcut));
-
-    QVERIFY(driver.press(u"Back"_s));
-    QVERIFY(driver.click(kShortcut));
-    QVERIFY(driver.press(u"Back"_s));
-    driver.find<DestinationPage>()->setPath(folder);
-    QVERIFY(driver.pressAll({ u"Back"_s, u"Back"_s, u"Back"_s, u"Next"_s }));
-    QVERIFY(driver.find<LicensePage>()->isAccepted());
-    QVERIFY(driver.pressAll({ u"Next"_s, u"Next"_s, u"Next"_s }));
-    QVERIFY(!driver.find<TasksPage>()->desktopShortcut());
-    QVERIFY(driver.press(u"Next"_s));
-    QCOMPARE(summaryOf(driver),
-             u"Destination location:\n"_s + folder + u"\n\nAdditional tasks:\n(none)");
-}
-
-void TestInstallerWizard::updateOfferTellsTheVersions_data()
-{
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<QString>("location");
-    QTest::addColumn<QString>("installedText");
-    QTest::addColumn<QString>("folderText");
-    QTest::newRow("recorded") << u"1.6.8"_s << u"/opt/varnel/"_s << u"Installed 1.6.8"_s
-                              << u"/opt/varnel"_s;
-    QTest::newRow("markup") << kLiteral << u"/opt/a&b <i>%2"_s << u"Installed "_s + kLiteral
-                            << u"/opt/a&b <i>%2"_s;
-    QTest::newRow("nothing recorded") << QString() << QString() << u"Installed not found"_s
-                                      << QString();
-}
-
-void TestInstallerWizard::updateOfferTellsTheVersions()
-{
-    QFETCH(QString, version);
-    QFETCH(QString, location);
-    QFETCH(QString, installedText);
-    QFETCH(QString, folderText);
-    WizardDriver driver;
-    driver.sandbox.recordInstallation(version, location);
-    driver.show(RunMode::Update);
-    QStringList texts;
-    for (const QLabel *label : driver.currentPage()->findChildren<QLabel *>())
-        texts.append(shownText(label));
-    QVERIFY(texts.contains(installedText));
-    QVERIFY(texts.contains(u"Available 1.6.9"_s));
-
-    // "Open" is to start the copy that is updated.
-    const QString usual
-        = QDir::toNativeSeparators(driver.sandbox.path(u"programs/Varnel Schematics"_s));
-    QCOMPARE(driver.find<DestinationPage>()->path(), folderText.isEmpty() ? usual : folderText);
-
-    QVERIFY(driver.press(u"Update Now"_s));
-    QVERIFY(labelOf(driver.currentPage(), u"Setup will update Varnel Schematics to version 1.6.9."_s));
-    const QString shownFolder
-        = folderText.isEmpty() ? uR"(C:\Program Files\Varnel Schematics)"_s : folderText;
-    QCOMPARE(summaryOf(driver),
-             u"Destination location:\n"_s + shownFolder
-                 + u"\n\nYour preferences and license will be kept.");
-    QVERIFY(labelOf(driver.find<UpdateFinishedPage>(),
-                    u"Now running version 1.6.9.\nYour settings were preserved."_s));
-}
-
-void TestInstallerWizard::uninstallTellsTheVersion()
-{
-    WizardDriver driver;
-    driver.show(RunMode::Uninstall);
-    QVERIFY(labelOf(driver.currentPage(), u"This will remove Varnel Schematics from your computer."_s));
-    driver.sandbox.recordInstallation(u"1.6.8"_s, u"/opt/varnel"_s);
-    driver.wizard.setRunMode(RunMode::Uninstall);
-    QVERIFY(labelOf(driver.currentPage(),
-                    u"This will remove Varnel Schematics 1.6.8 from your computer."_s));
-}
-
-void TestInstallerWizard::tenQuickClicks()
-{
-    WizardDriver driver;
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage());
-    for (int i = 0; i < 5; ++i) {
-        // As quick as can be: without a turn of the event loop in between.
-        driver.button(u"Back"_s)->click();
-        driver.button(u"Next"_s)->click();
-    }
-    QVERIFY(hasEntered(driver, "ReadyPage", u"Review before you install"_s,
-                       { u"Back ghost"_s, u"Install primary"_s }));
-    const auto visiblePages = [&] {
-        int count = 0;
-        for (const QObject *child : driver.pane->children()) {
-            const auto *page = qobject_cast<const QWidget *>(child);
-            count += page && page->isVisible() ? 1 : 0;
-        }
-        return count;
-    };
-    QTRY_COMPARE_WITH_TIMEOUT(visiblePages(), 1, kPatience);
-    QTRY_COMPARE(driver.footer->findChildren<QPushButton *>().size(), 2);
-    QVERIFY(driver.currentPage()->isVisible());
-    QTRY_COMPARE(driver.currentPage()->geometry(), driver.pane->rect());
-    QTRY_VERIFY(!driver.currentPage()->graphicsEffect());
+    QVERIFY(driver.hasEntered(page, status, buttons));
 }
 
 void TestInstallerWizard::everyEntryRestsTheMark()
@@ -470,8 +165,8 @@ void TestInstallerWizard::firstShowEntersTheFirstPageOnceMore()
     driver.mark->setA1Progress(1.0);
     driver.wizard.show();
     QTRY_VERIFY(!next);
-    QVERIFY(hasEntered(driver, "WelcomePage", u"Administrator rights required"_s,
-                       { u"Cancel ghost"_s, u"Next primary"_s }));
+    QVERIFY(driver.hasEntered("WelcomePage", u"Administrator rights required"_s,
+                              { u"Cancel ghost"_s, u"Next primary"_s }));
     // It comes in, with the window on screen, though it has been there.
     QVERIFY(driver.currentPage()->graphicsEffect());
     QVERIFY(driver.currentPage()->isVisible());

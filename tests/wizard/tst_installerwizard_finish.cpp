@@ -1,0 +1,280 @@
+#include "app/applicationfonts.h"
+#include "pages/destinationpage.h"
+#include "pages/finishedpage.h"
+#include "pages/pagetext.h"
+#include "pages/strictwarnings.h"
+#include "pages/uninstallcompletepage.h"
+#include "pages/updatefinishedpage.h"
+#include "pages/welcomepage.h"
+#include "support/grab.h"
+#include "theme/thememanager.h"
+#include "widgets/animatedmark.h"
+#include "widgets/confettioverlay.h"
+#include "widgets/gifbadge.h"
+#include "widgets/sealcheck.h"
+#include "wizard/wizarddriver.h"
+
+#include <QDir>
+#include <QEvent>
+#include <QTimer>
+
+#include <cmath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kConfettiDelay = 300; // ms
+constexpr int kIdleDelay = 780; // ms
+
+/// Takes a picture of the overlay at the moment at which it appears, before anything has moved.
+class FirstLook : public QObject
+{
+public:
+    explicit FirstLook(ConfettiOverlay *overlay) : m_overlay(overlay)
+    {
+        overlay->installEventFilter(this);
+    }
+
+    QImage picture;
+    bool isOnTop = false;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show) {
+            picture = grabWidget(*m_overlay);
+            isOnTop = m_overlay->parentWidget()->children().last() == m_overlay;
+        }
+        return false;
+    }
+
+private:
+    ConfettiOverlay *m_overlay;
+};
+
+/// A simulated run that has just ended; the finish page is yet to come.
+bool finishRun(WizardDriver &driver, RunMode mode)
+{
+    driver.show(mode);
+    const bool started = mode == RunMode::Install
+        ? driver.goToReadyPage() && driver.press(u"Install"_s)
+        : mode == RunMode::Update ? driver.pressAll({ u"Update Now"_s, u"Update"_s })
+                                  : driver.press(u"Uninstall"_s);
+    return started && driver.finishSimulation();
+}
+
+QRect inkOf(const QImage &picture)
+{
+    QRect ink;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixelColor(x, y).alpha() > 0)
+                ink |= QRect(x, y, 1, 1);
+        }
+    }
+    return ink;
+}
+
+} // namespace
+
+class TestInstallerWizardFinish : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { registerApplicationFonts(); }
+    void init();
+    void pages_data();
+    void pages();
+    void installTellsWhatWasDone();
+    void celebration_data();
+    void celebration();
+    void confettiColours();
+    void confettiLetsClicksThrough();
+    void uninstallSaysGoodbye();
+    void leavingVoidsTheCelebration();
+};
+
+void TestInstallerWizardFinish::init()
+{
+    failOnWarnings();
+    ThemeManager::instance().setDarkMode(false);
+}
+
+void TestInstallerWizardFinish::pages_data()
+{
+    QTest::addColumn<RunMode>("mode");
+    QTest::addColumn<QByteArray>("page");
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QStringList>("buttons");
+    QTest::addColumn<double>("fill");
+    const QStringList two { u"Close ghost"_s, u"Open Varnel Schematics primary"_s };
+    QTest::newRow("install") << RunMode::Install << QByteArray("FinishedPage")
+                             << u"Finished in 51 seconds"_s << two << 1.0;
+    QTest::newRow("update") << RunMode::Update << QByteArray("UpdateFinishedPage")
+                            << u"Updated in 38 seconds"_s << two << 1.0;
+    QTest::newRow("uninstall") << RunMode::Uninstall << QByteArray("UninstallCompletePage")
+                               << u"Uninstalled in 24 seconds"_s << QStringList { u"Close ghost"_s }
+                               << 0.0;
+}
+
+void TestInstallerWizardFinish::pages()
+{
+    QFETCH(RunMode, mode);
+    QFETCH(QByteArray, page);
+    WizardDriver driver { QString() };
+    QVERIFY(finishRun(driver, mode));
+    driver.mark->setA1Progress(0.77);
+    QTRY_COMPARE_WITH_TIMEOUT(QByteArray(driver.currentPage()->metaObject()->className()), page,
+                              kPatience);
+    QTEST(driver.status(), "status");
+    QTEST(driver.buttons(), "buttons");
+    QTEST(driver.mark->fill(), "fill");
+    QVERIFY(driver.mark->a1Progress() != 0.77); // its entrance is played again
+    QTRY_COMPARE_WITH_TIMEOUT(driver.mark->a4Progress(), 1.0, kPatience);
+    QTEST(driver.mark->fill(), "fill");
+}
+
+void TestInstallerWizardFinish::installTellsWhatWasDone()
+{
+    WizardDriver driver { QString() };
+    driver.find<DestinationPage>()->setPath(u"/opt/"_s + kLiteral);
+    QVERIFY(finishRun(driver, RunMode::Install));
+    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<FinishedPage>(), kPatience);
+    QVERIFY(labelOf(driver.currentPage(),
+                    u"Installed to "_s + QDir::toNativeSeparators(u"/opt/"_s + kLiteral)
+                        + u".\nA shortcut is on your desktop."));
+}
+
+void TestInstallerWizardFinish::celebration_data()
+{
+    QTest::addColumn<RunMode>("mode");
+    QTest::newRow("install") << RunMode::Install;
+    QTest::newRow("update") << RunMode::Update;
+}
+
+void TestInstallerWizardFinish::celebration()
+{
+    QFETCH(RunMode, mode);
+    WizardDriver driver { QString() };
+    auto *overlay = driver.find<ConfettiOverlay>();
+    const FirstLook look(overlay);
+    QVERIFY(finishRun(driver, mode));
+    driver.watch.clear();
+    const QWidget *progressPage = driver.currentPage();
+    QTRY_VERIFY_WITH_TIMEOUT(driver.currentPage() != progressPage, kPatience);
+    const auto *seal = driver.currentPage()->findChild<SealCheck *>();
+    QTRY_VERIFY_WITH_TIMEOUT(seal->circleProgress() > 0.0, kPatience); // by itself, and at once
+
+    QTRY_VERIFY_WITH_TIMEOUT(overlay->isVisible(), kPatience);
+    QCOMPARE(driver.watch.shots().count(kConfettiDelay), 1);
+    QCOMPARE(overlay->pieceCount(), 110);
+    QVERIFY(look.isOnTop);
+    QCOMPARE(overlay->geometry(), driver.wizard.rect());
+
+    // All pieces start in the middle of the seal, as it stands by then.
+    QTRY_COMPARE_WITH_TIMEOUT(driver.currentPage()->graphicsEffect(), nullptr, kPatience);
+    const QRectF ink(inkOf(look.picture));
+    const QPointF middle = QRectF(seal->rect()).center() + seal->mapTo(&driver.wizard, QPoint());
+    QVERIFY(ink.width() <= 14 && ink.height() <= 14);
+    const QPointF distance = ink.center() - middle;
+    QVERIFY2(std::abs(distance.x()) < 4 && std::abs(distance.y()) < 3,
+             qPrintable(u"%1 %2"_s.arg(distance.x()).arg(distance.y())));
+
+    QTRY_COMPARE_WITH_TIMEOUT(driver.watch.shots().count(kIdleDelay), 1, kPatience);
+    QVERIFY(driver.mark->isIdle());
+    QTRY_COMPARE_WITH_TIMEOUT(seal->checkProgress(), 1.0, kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(!overlay->isVisible(), kPatience);
+    QCOMPARE(driver.watch.shots().count(kConfettiDelay), 1);
+}
+
+void TestInstallerWizardFinish::confettiColours()
+{
+    const QList<QColor> palette { QColor(0x06, 0x4c, 0xad), QColor(0xff, 0x31, 0x31),
+                                  QColor(0x0a, 0x5e, 0xc9), QColor(0x54, 0x54, 0x54),
+                                  QColor(0xf3, 0xb2, 0x3d), QColor(0x1f, 0x9d, 0x63) };
+    WizardDriver driver { QString() };
+    auto *overlay = driver.find<ConfettiOverlay>();
+    QVERIFY(finishRun(driver, RunMode::Install));
+    QTRY_VERIFY_WITH_TIMEOUT(overlay->isVisible(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(inkOf(grabWidget(*overlay)).width() > 150, kPatience);
+    // Pieces fade as they fly, so the colour is what is behind the opacity.
+    QList<int> found(palette.size(), 0);
+    int others = 0;
+    const QImage picture = grabWidget(*overlay, 4.0);
+    for (int y = 0; y < picture.height(); y += 2) {
+        for (int x = 0; x < picture.width(); x += 2) {
+            const QColor colour = picture.pixelColor(x, y);
+            if (colour.alpha() < 100)
+                continue;
+            int nearest = -1;
+            for (qsizetype i = 0; i < palette.size(); ++i) {
+                if (std::abs(colour.red() - palette[i].red()) < 6
+                    && std::abs(colour.green() - palette[i].green()) < 6
+                    && std::abs(colour.blue() - palette[i].blue()) < 6)
+                    nearest = int(i);
+            }
+            if (nearest < 0)
+                ++others;
+            else
+                ++found[nearest];
+        }
+    }
+    int total = 0;
+    for (int count : found) {
+        QVERIFY(count > 0);
+        total += count;
+    }
+    // Where two pieces overlap, other colours come about.
+    QVERIFY2(others < total / 5, qPrintable(u"%1 of %2"_s.arg(others).arg(total)));
+}
+
+void TestInstallerWizardFinish::confettiLetsClicksThrough()
+{
+    WizardDriver driver { QString() };
+    auto *overlay = driver.find<ConfettiOverlay>();
+    QVERIFY(finishRun(driver, RunMode::Install));
+    QTRY_VERIFY_WITH_TIMEOUT(overlay->isVisible(), kPatience);
+    QVERIFY(overlay->testAttribute(Qt::WA_TransparentForMouseEvents));
+    const QPushButton *close = driver.button(u"Close"_s);
+    QTRY_VERIFY(close->isVisible());
+    QCOMPARE(driver.wizard.childAt(close->mapTo(&driver.wizard, close->rect().center())), close);
+}
+
+void TestInstallerWizardFinish::uninstallSaysGoodbye()
+{
+    WizardDriver driver { QString() };
+    QVERIFY(finishRun(driver, RunMode::Uninstall));
+    auto *badge = driver.find<UninstallCompletePage>()->findChild<GifBadge *>();
+    badge->setPopProgress(0.5);
+    driver.watch.clear();
+    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UninstallCompletePage>(), kPatience);
+    QTRY_COMPARE_WITH_TIMEOUT(badge->popProgress(), 1.0, kPatience);
+    QVERIFY(labelOf(driver.currentPage(),
+                    u"Varnel Schematics has been removed from your computer.\n"
+                    "Your preferences were kept in case you're back soon."_s));
+    QTRY_COMPARE_WITH_TIMEOUT(driver.mark->a4Progress(), 1.0, kPatience);
+    QVERIFY(!driver.watch.shots().contains(kConfettiDelay));
+    QVERIFY(!driver.find<ConfettiOverlay>()->isVisible());
+}
+
+void TestInstallerWizardFinish::leavingVoidsTheCelebration()
+{
+    WizardDriver driver { QString() };
+    QVERIFY(finishRun(driver, RunMode::Install));
+    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<FinishedPage>(), kPatience);
+    driver.watch.clear();
+    driver.wizard.setRunMode(RunMode::Install);
+    QTimer later;
+    later.setSingleShot(true);
+    later.start(kIdleDelay + 200);
+    QTRY_VERIFY_WITH_TIMEOUT(!later.isActive(), kPatience);
+    QVERIFY(!driver.watch.shots().contains(kConfettiDelay));
+    QVERIFY(!driver.watch.shots().contains(kIdleDelay));
+    QVERIFY(!driver.find<ConfettiOverlay>()->isVisible());
+    QVERIFY(driver.shows<WelcomePage>());
+}
+
+QTEST_MAIN(TestInstallerWizardFinish)
+#include "tst_installerwizard_finish.moc"

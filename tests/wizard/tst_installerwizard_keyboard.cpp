@@ -250,8 +250,8 @@ void TestInstallerWizardKeyboard::keysDoNothingDuringARun()
     QTRY_COMPARE_WITH_TIMEOUT(driver.sandbox.engineRuns().size(), 1, kPatience);
 }
 
-// The button that started the run is gone, and nobody asked for the one in the title bar: the focus,
-// and the ring that shows it, must not turn up there.
+// The button that started the run is gone, and nobody asked for the one in the title bar: the
+// focus, and the ring that shows it, must not turn up there.
 void TestInstallerWizardKeyboard::noTitleButtonHasTheFocusDuringARun()
 {
     Keyboard driver;
@@ -361,8 +361,7 @@ void TestInstallerWizardKeyboard::tabOrder()
     QCOMPARE(driver.tabOrder(), title + QStringList({ u"Cancel"_s, u"Next"_s }));
 
     QVERIFY(driver.press(u"Next"_s));
-    QCOMPARE(driver.tabOrder(),
-             title + QStringList({ u"QPlainTextEdit"_s, kDecline, u"Back"_s }));
+    QCOMPARE(driver.tabOrder(), title + QStringList({ u"QPlainTextEdit"_s, kDecline, u"Back"_s }));
     QVERIFY(driver.click(kAccept));
     QCOMPARE(driver.tabOrder(),
              title + QStringList({ u"QPlainTextEdit"_s, kAccept, u"Back"_s, u"Next"_s }));

@@ -15,7 +15,10 @@
 #include "wizard/wizarddriver.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QTimer>
+
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 

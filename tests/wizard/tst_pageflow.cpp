@@ -11,9 +11,10 @@ namespace {
 QString describe(const FooterButton &button)
 {
     static const QStringList pages {
-        u"Welcome"_s,         u"License"_s,       u"SystemCheck"_s, u"Destination"_s,
-        u"Tasks"_s,           u"Ready"_s,         u"Installing"_s,  u"Finished"_s,
-        u"UpdateAvailable"_s, u"ReadyToUpdate"_s, u"Updating"_s,    u"UpdateFinished"_s,
+        u"Welcome"_s,          u"License"_s,      u"SystemCheck"_s,
+        u"Destination"_s,      u"Tasks"_s,        u"Ready"_s,
+        u"Installing"_s,       u"Finished"_s,     u"UpdateAvailable"_s,
+        u"ReadyToUpdate"_s,    u"Updating"_s,     u"UpdateFinished"_s,
         u"ConfirmUninstall"_s, u"Uninstalling"_s, u"UninstallComplete"_s,
     };
     if (!button.text)
@@ -65,12 +66,10 @@ void TestPageFlow::stops_data()
                              << u"Cancel -> close"_s << u"Next (primary) -> License"_s;
     QTest::newRow("license") << PageId::License << u"Read the license before continuing"_s
                              << u"Back -> Welcome"_s << u"Next (primary) -> SystemCheck"_s;
-    QTest::newRow("system check")
-        << PageId::SystemCheck << u"%n requirement(s) checked"_s << u"Back -> License"_s
-        << u"Next (primary) -> Destination"_s;
-    QTest::newRow("destination")
-        << PageId::Destination << u"Choose where Varnel Schematics lives"_s
-        << u"Back -> SystemCheck"_s << u"Next (primary) -> Tasks"_s;
+    QTest::newRow("system check") << PageId::SystemCheck << u"%n requirement(s) checked"_s
+                                  << u"Back -> License"_s << u"Next (primary) -> Destination"_s;
+    QTest::newRow("destination") << PageId::Destination << u"Choose where Varnel Schematics lives"_s
+                                 << u"Back -> SystemCheck"_s << u"Next (primary) -> Tasks"_s;
     QTest::newRow("tasks") << PageId::Tasks << u"Optional — safe to skip"_s
                            << u"Back -> Destination"_s << u"Next (primary) -> Ready"_s;
     QTest::newRow("ready") << PageId::Ready << u"Review before you install"_s << u"Back -> Tasks"_s
@@ -79,9 +78,10 @@ void TestPageFlow::stops_data()
                               << u"Close -> close"_s
                               << u"Open Varnel Schematics (primary) -> open and close"_s;
 
-    QTest::newRow("update offer")
-        << PageId::UpdateAvailable << u"Recommended — includes performance fixes"_s
-        << u"Skip -> close"_s << u"Update Now (primary) -> ReadyToUpdate"_s;
+    QTest::newRow("update offer") << PageId::UpdateAvailable
+                                  << u"Recommended — includes performance fixes"_s
+                                  << u"Skip -> close"_s
+                                  << u"Update Now (primary) -> ReadyToUpdate"_s;
     QTest::newRow("ready to update")
         << PageId::ReadyToUpdate << u"Review before you update"_s << u"Back -> UpdateAvailable"_s
         << u"Update (primary) -> run"_s;
@@ -153,9 +153,10 @@ void TestPageFlow::modesHaveTheirNumbers()
 void TestPageFlow::pagesAreInTheOrderInWhichTheyAreBuilt()
 {
     const PageId order[] = {
-        PageId::Welcome,         PageId::License,       PageId::SystemCheck, PageId::Destination,
-        PageId::Tasks,           PageId::Ready,         PageId::Installing,  PageId::Finished,
-        PageId::UpdateAvailable, PageId::ReadyToUpdate, PageId::Updating,    PageId::UpdateFinished,
+        PageId::Welcome,          PageId::License,      PageId::SystemCheck,
+        PageId::Destination,      PageId::Tasks,        PageId::Ready,
+        PageId::Installing,       PageId::Finished,     PageId::UpdateAvailable,
+        PageId::ReadyToUpdate,    PageId::Updating,     PageId::UpdateFinished,
         PageId::ConfirmUninstall, PageId::Uninstalling, PageId::UninstallComplete,
     };
     QCOMPARE(int(std::size(order)), kPageCount);

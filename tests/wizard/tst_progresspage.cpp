@@ -1,68 +1,18 @@
 #include "app/applicationfonts.h"
-#include "pages/layoutoutline.h"
-#include "pages/manualclock.h"
-#include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
 #include "support/grab.h"
-#include "theme/themed.h"
+#include "theme/thememanager.h"
 #include "widgets/gifbadge.h"
-#include "widgets/progresstrack.h"
-#include "wizard/installingpage.h"
-#include "wizard/steplist.h"
-#include "wizard/steprow.h"
-#include "wizard/uninstallingpage.h"
-#include "wizard/updatingpage.h"
+#include "wizard/progressparts.h"
 
-#include <QLabel>
 #include <QLayout>
 #include <QTest>
-
-#include <cmath>
-
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 const QStringList kSteps { u"One"_s, u"Two"_s, u"Three"_s, u"Four"_s };
-
-/// A page and what is on it.
-struct Page
-{
-    explicit Page(const QString &name)
-    {
-        if (name == "install"_L1)
-            page = std::make_unique<InstallingPage>();
-        else if (name == "update"_L1)
-            page = std::make_unique<UpdatingPage>();
-        else
-            page = std::make_unique<UninstallingPage>();
-        const QList<QWidget *> widgets = layoutWidgets(page->layout());
-        const qsizetype count = widgets.size();
-        caption = qobject_cast<QLabel *>(widgets[count - 1]);
-        track = qobject_cast<ProgressTrack *>(widgets[count - 2]);
-        percent = qobject_cast<QLabel *>(widgets[count - 3]);
-        file = qobject_cast<QLabel *>(widgets[count - 4]);
-        steps = qobject_cast<StepList *>(widgets[count - 5]);
-        page->resize(kPageSize);
-    }
-
-    [[nodiscard]] int shownSteps() const
-    {
-        int count = 0;
-        for (const StepList::StepRow *row : steps->rows())
-            count += row->isRevealed() ? 1 : 0;
-        return count;
-    }
-
-    std::unique_ptr<ProgressPage> page;
-    QLabel *caption;
-    ProgressTrack *track;
-    QLabel *percent;
-    QLabel *file;
-    StepList *steps;
-};
 
 } // namespace
 
@@ -82,18 +32,8 @@ private Q_SLOTS:
     void followsTheTheme();
     void begin_data();
     void begin();
-    void percentage_data();
-    void percentage();
-    void progressMovesEverything();
-    void barGlides();
-    void resetStopsTheGlide();
-    void sweep();
-    void fileIsShownAsItIs_data();
-    void fileIsShownAsItIs();
     void longFileMovesNothing_data() { pages(); }
     void longFileMovesNothing();
-    void statusReplacesTheCaption();
-    void completeShowsAllSteps();
     void error_data();
     void error();
     void errorFollowsTheTheme();
@@ -123,14 +63,17 @@ void TestProgressPage::layout_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QStringList>("head");
     QTest::addColumn<QString>("caption");
-    QTest::newRow("install") << u"install"_s
-                             << QStringList { u"label: Installing"_s, u"gap 5"_s,
-                                              u"label: Roughly a minute. You can keep using your PC."_s }
-                             << u"This may take a few minutes."_s;
+    QTest::newRow("install")
+        << u"install"_s
+        << QStringList { u"label: Installing"_s, u"gap 5"_s,
+                         u"label: Roughly a minute. You can keep using your PC."_s }
+        << u"This may take a few minutes."_s;
     QTest::newRow("update") << u"update"_s
-                            << QStringList { u"row, spacing 14"_s, u"  GifBadge, top"_s,
+                            << QStringList { u"row, spacing 14"_s,
+                                             u"  GifBadge, top"_s,
                                              u"  column, spacing 0, top, stretch 1"_s,
-                                             u"    label: Updating"_s, u"    gap 5"_s,
+                                             u"    label: Updating"_s,
+                                             u"    gap 5"_s,
                                              u"    label: Roughly a minute. You can keep using "
                                              "your PC."_s }
                             << u"This may take a few minutes."_s;
@@ -146,14 +89,14 @@ void TestProgressPage::layout()
     QFETCH(QString, name);
     QFETCH(QStringList, head);
     QFETCH(QString, caption);
-    const Page world(name);
+    const ProgressParts world(name);
     QStringList outline = layoutOutline(world.page.get());
     const qsizetype row = outline.indexOf(QRegularExpression(u"row, spacing .*"_s), head.size());
     QVERIFY(row > 0);
     outline.removeAt(row); // the gap between file and percentage is free
     const QStringList rest {
-        u"gap 14"_s, u"StepList"_s, u"stretch"_s, u"  label: , stretch 1"_s, u"  label: "_s,
-        u"gap 8"_s, u"ProgressTrack"_s, u"gap 8"_s, u"label: "_s + caption,
+        u"gap 14"_s, u"StepList"_s,      u"stretch"_s, u"  label: , stretch 1"_s, u"  label: "_s,
+        u"gap 8"_s,  u"ProgressTrack"_s, u"gap 8"_s,   u"label: "_s + caption,
     };
     QCOMPARE(outline, QStringList(u"margins 22 18 22 18, spacing 0"_s) + head + rest);
 }
@@ -173,13 +116,13 @@ void TestProgressPage::updatingBadge()
     const QLabel *title = labelOf(&page, u"Updating"_s);
     QCOMPARE(title->pos(), QPoint(22 + 52 + 14, 18));
     for (const char *other : { "install", "uninstall" })
-        QVERIFY(!Page(QString::fromLatin1(other)).page->findChild<GifBadge *>());
+        QVERIFY(!ProgressParts(QString::fromLatin1(other)).page->findChild<GifBadge *>());
 }
 
 void TestProgressPage::fonts()
 {
     QFETCH(QString, name);
-    const Page world(name);
+    const ProgressParts world(name);
     QCOMPARE(world.file->font().family(), u"JetBrains Mono"_s);
     QCOMPARE(world.file->font().pixelSize(), 10);
     QCOMPARE(world.file->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
@@ -202,7 +145,7 @@ void TestProgressPage::fonts()
 void TestProgressPage::followsTheTheme()
 {
     QFETCH(QString, name);
-    const Page world(name);
+    const ProgressParts world(name);
     for (bool dark : { false, true, false }) {
         ThemeManager::instance().setDarkMode(dark);
         QCOMPARE(world.file->styleSheet(), coloured(u"color:%1;"_s, { u"@INS_TX3"_s }));
@@ -225,7 +168,7 @@ void TestProgressPage::begin()
 {
     QFETCH(QString, name);
     QFETCH(QString, caption);
-    const Page world(name);
+    const ProgressParts world(name);
     world.page->begin({ u"Old"_s });
     world.page->setWaiting(true);
     world.page->setProgress(0.7);
@@ -247,117 +190,10 @@ void TestProgressPage::begin()
     QVERIFY(!world.track->isIndeterminate());
 }
 
-void TestProgressPage::percentage_data()
-{
-    QTest::addColumn<double>("fraction");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("0") << 0.0 << u"0%"_s;
-    QTest::newRow("below a half") << 0.004 << u"0%"_s;
-    QTest::newRow("a half") << 0.005 << u"1%"_s;
-    QTest::newRow("between") << 0.43 << u"43%"_s;
-    QTest::newRow("half away from zero, not to even") << 0.125 << u"13%"_s;
-    QTest::newRow("below the end") << 0.994 << u"99%"_s;
-    QTest::newRow("rounded to the end") << 0.995 << u"100%"_s;
-    QTest::newRow("1") << 1.0 << u"100%"_s;
-}
-
-void TestProgressPage::percentage()
-{
-    QFETCH(double, fraction);
-    const Page world(u"install"_s);
-    world.page->begin(kSteps);
-    world.page->setProgress(fraction);
-    QTEST(world.percent->text(), "text");
-}
-
-void TestProgressPage::progressMovesEverything()
-{
-    for (const char *name : { "install", "update", "uninstall" }) {
-        const Page world(QString::fromLatin1(name));
-        world.page->begin(kSteps);
-        world.page->setProgress(0.5);
-        QCOMPARE(world.percent->text(), u"50%"_s);
-        QCOMPARE(world.track->target(), 0.5);
-        QCOMPARE(world.shownSteps(), 3);
-        world.page->setProgress(0.0);
-        QCOMPARE(world.shownSteps(), 1);
-    }
-}
-
-void TestProgressPage::barGlides()
-{
-    ManualClock clock;
-    const Page world(u"install"_s);
-    world.page->begin(kSteps);
-    world.page->setProgress(0.437);
-    QCOMPARE(world.track->value(), 0.0);
-    clock.pass(150);
-    QVERIFY(std::abs(world.track->value() - 0.437 / 2) < 0.02);
-    world.page->setProgress(0.9);
-    clock.pass(300);
-    QCOMPARE(world.track->value(), 0.9);
-}
-
-void TestProgressPage::resetStopsTheGlide()
-{
-    ManualClock clock;
-    const Page world(u"install"_s);
-    world.page->begin(kSteps);
-    world.page->setWaiting(true);
-    world.page->setProgress(0.8);
-    clock.pass(100);
-    QVERIFY(world.track->value() > 0.0);
-    world.page->resetBar();
-    QCOMPARE(world.track->value(), 0.0);
-    clock.pass(300);
-    QCOMPARE(world.track->value(), 0.0);
-    QVERIFY(!world.track->isIndeterminate());
-}
-
-void TestProgressPage::sweep()
-{
-    const Page world(u"install"_s);
-    world.page->begin(kSteps);
-    QVERIFY(!world.track->isIndeterminate());
-    world.page->setWaiting(true);
-    QVERIFY(world.track->isIndeterminate());
-    world.page->setStatus(u"Unpacking"_s);
-    world.page->setCurrentFile(u"a.dll"_s);
-    QVERIFY(world.track->isIndeterminate());
-    world.page->setProgress(0.01);
-    QVERIFY(!world.track->isIndeterminate());
-    world.page->setWaiting(true);
-    world.page->showError(u"No"_s);
-    QVERIFY(!world.track->isIndeterminate());
-    world.page->setWaiting(true);
-    world.page->setWaiting(false);
-    QVERIFY(!world.track->isIndeterminate());
-}
-
-void TestProgressPage::fileIsShownAsItIs_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::newRow("usual") << uR"(C:\Program Files\Varnel Schematics\libEGL.dll)"_s;
-    QTest::newRow("markup") << kLiteral;
-    QTest::newRow("long") << longWord();
-    QTest::newRow("blanks") << u"  a  b  "_s;
-}
-
-void TestProgressPage::fileIsShownAsItIs()
-{
-    QFETCH(QString, file);
-    const Page world(u"install"_s);
-    world.page->begin(kSteps);
-    world.page->setCurrentFile(file);
-    QCOMPARE(world.file->text(), file);
-    QCOMPARE(world.file->textFormat(), Qt::PlainText);
-    QVERIFY(!world.file->wordWrap());
-}
-
 void TestProgressPage::longFileMovesNothing()
 {
     QFETCH(QString, name);
-    const Page world(name);
+    const ProgressParts world(name);
     world.page->show();
     world.page->begin(kSteps);
     world.page->layout()->activate();
@@ -369,28 +205,6 @@ void TestProgressPage::longFileMovesNothing()
     QCOMPARE(world.percent->geometry(), percent);
     QCOMPARE(world.file->geometry(), file);
     QCOMPARE(world.page->size(), kPageSize);
-}
-
-void TestProgressPage::statusReplacesTheCaption()
-{
-    const Page world(u"install"_s);
-    world.page->begin(kSteps);
-    world.page->setStatus(kLiteral);
-    QCOMPARE(world.caption->text(), kLiteral);
-    QCOMPARE(world.caption->textFormat(), Qt::PlainText);
-    world.page->setProgress(0.4);
-    world.page->setCurrentFile(u"a.dll"_s);
-    QCOMPARE(world.caption->text(), kLiteral);
-    world.page->setStatus(u"Finishing up…"_s);
-    QCOMPARE(world.caption->text(), u"Finishing up…"_s);
-}
-
-void TestProgressPage::completeShowsAllSteps()
-{
-    const Page world(u"install"_s);
-    world.page->begin(kSteps);
-    world.page->completeSteps();
-    QCOMPARE(world.shownSteps(), 4);
 }
 
 void TestProgressPage::error_data()
@@ -411,7 +225,7 @@ void TestProgressPage::error()
 {
     QFETCH(QString, name);
     QFETCH(QString, message);
-    const Page world(name);
+    const ProgressParts world(name);
     world.page->begin(kSteps);
     world.page->setProgress(0.3);
     world.page->showError(message);
@@ -426,7 +240,7 @@ void TestProgressPage::error()
 
 void TestProgressPage::errorFollowsTheTheme()
 {
-    const Page world(u"install"_s);
+    const ProgressParts world(u"install"_s);
     world.page->begin(kSteps);
     world.page->showError(u"No"_s);
     for (bool dark : { true, false }) {
@@ -438,7 +252,7 @@ void TestProgressPage::errorFollowsTheTheme()
 
 void TestProgressPage::newRunForgetsTheError()
 {
-    const Page world(u"install"_s);
+    const ProgressParts world(u"install"_s);
     world.page->begin(kSteps);
     world.page->showError(u"No"_s);
     world.page->begin(kSteps);
@@ -449,7 +263,7 @@ void TestProgressPage::newRunForgetsTheError()
 void TestProgressPage::fits()
 {
     QFETCH(QString, name);
-    const Page world(name);
+    const ProgressParts world(name);
     world.page->begin(kSteps + QStringList { u"Five"_s });
     world.page->setProgress(1.0);
     world.page->setCurrentFile(longWord());

@@ -50,8 +50,8 @@ double topOfInk(const QImage &picture)
 int pixelsOf(const QImage &picture, double left, double right, const QColor &colour)
 {
     const double ratio = picture.devicePixelRatio();
-    const QImage part
-        = picture.copy(int(left * ratio), 0, int((right - left) * ratio), picture.height());
+    const QImage part =
+        picture.copy(int(left * ratio), 0, int((right - left) * ratio), picture.height());
     return part.width() * part.height() - pixelsUnlike(part, colour);
 }
 

@@ -102,6 +102,16 @@ QStringList WizardDriver::buttons() const
     return texts;
 }
 
+bool WizardDriver::hasEntered(QByteArrayView page, const QString &statusText,
+                              const QStringList &buttonTexts) const
+{
+    const QByteArrayView shown = currentPage()->metaObject()->className();
+    if (shown == page && status() == statusText && buttons() == buttonTexts)
+        return true;
+    qInfo() << shown << status() << buttons();
+    return false;
+}
+
 namespace {
 
 /// The widget that many places before the end of the page.

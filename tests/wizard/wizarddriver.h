@@ -21,8 +21,8 @@ class SelectionControl;
 /// Generous: a busy machine may take its time.
 inline constexpr int kPatience = 20'000; // ms
 
-/// The window in a world of its own, with the real engine that runs the stand-in engine program, and
-/// the hands of a user.
+/// The window in a world of its own, with the real engine that runs the stand-in engine program,
+/// and the hands of a user.
 class WizardDriver
 {
 public:
@@ -57,6 +57,9 @@ public:
     /// The footer's buttons from left to right: "Back", "Next primary", "Cancel ghost disabled"…
     [[nodiscard]] QStringList buttons() const;
     [[nodiscard]] QPushButton *button(const QString &text) const;
+    /// True if that page is shown with that footer; tells what is shown instead otherwise.
+    [[nodiscard]] bool hasEntered(QByteArrayView page, const QString &statusText,
+                                  const QStringList &buttonTexts) const;
 
     // What the progress page on screen shows.
     [[nodiscard]] QLabel *caption() const;
@@ -69,8 +72,8 @@ public:
     /// Lets a simulated run tick to its end right now; false if there is none.
     bool finishSimulation();
 
-    /// Runs the event loop, and `action` in it, until somebody ends it; its exit code, or -1 if nobody
-    /// did. `patience` in milliseconds.
+    /// Runs the event loop, and `action` in it, until somebody ends it; its exit code, or -1 if
+    /// nobody did. `patience` in milliseconds.
     static int runUntilQuit(const std::function<void()> &action, int patience = kPatience);
 
     Sandbox sandbox;
