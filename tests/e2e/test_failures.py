@@ -1,6 +1,5 @@
 """An engine that misbehaves: what the user is told, and what it costs."""
 
-import os
 import subprocess
 import unittest
 
@@ -38,8 +37,9 @@ class Failures(WizardTestCase):
         """An uninstaller that an installation has left."""
         folder = self.sandbox.root / "left"
         if not folder.exists():
-            subprocess.run([ENGINE, "/VERYSILENT", f"/DIR={folder}"], check=True, env={
-                **self.sandbox.environment, "VARNEL_ENGINE_SCENARIO": os.devnull})
+            honest = dict(self.sandbox.environment)
+            honest.pop("VARNEL_ENGINE_SCENARIO", None)
+            subprocess.run([ENGINE, "/VERYSILENT", f"/DIR={folder}"], check=True, env=honest)
         return folder / "unins000.exe"
 
     def test_missing_engine_is_reported(self):
