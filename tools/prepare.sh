@@ -42,10 +42,10 @@ install_packages() {
     fi
     say "Installing with apt:$missing"
     log=$(mktemp)
-    say "Part 1 of 2: the lists of packages"
+    say "Fetching the lists of packages (1 of 2)"
     watched "$log" $as_root apt-get update -q \
         || give_up "The lists of packages could not be fetched; see above, and the whole story in $log."
-    say "Part 2 of 2: the packages"
+    say "Installing the packages (2 of 2)"
     # shellcheck disable=SC2086 # the list is meant to be split
     watched "$log" $as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y -q --no-install-recommends $missing \
@@ -60,7 +60,8 @@ watched() {
     "$@" >>"$log_file" 2>&1 &
     command_pid=$!
     waited=0
-    while kill -0 $command_pid 2>/dev/null; do
+    # Not kill -0: with sudo the process is somebody else's.
+    while [ -d /proc/$command_pid ] && ! grep -q '^State:.Z' /proc/$command_pid/status 2>/dev/null; do
         sleep 1
         waited=$((waited + 1))
         [ $((waited % 10)) -ne 0 ] || say "… $(tail -n 1 "$log_file" | cut -c 1-90)"
