@@ -90,6 +90,7 @@ private Q_SLOTS:
     void texts();
     void valueIsShownWhole();
     void valueGivesWayToTheLabel();
+    void labelKeepsToItsColumn();
     void hairline();
     void slidesUpWhileItFadesIn();
     void revealTakes300Milliseconds();
@@ -241,6 +242,15 @@ void TestCheckRow::valueGivesWayToTheLabel()
     const QImage untouched = grabWidget(alone, 2.0);
     const QRect labelArea(0, 0, int(labelRight * 2), picture.height());
     QCOMPARE(picture.copy(labelArea), untouched.copy(labelArea));
+}
+
+void TestCheckRow::labelKeepsToItsColumn()
+{
+    CheckRow row({ QString(100, u'm'), {}, true }, nullptr);
+    showAtRest(row);
+    const Ink label = inkOf(grabWidget(row, 2.0), 17, kWidth);
+    QVERIFY2(std::abs(label.right - (27 + 0.55 * kWidth)) < 1.5,
+             qPrintable(QString::number(label.right)));
 }
 
 void TestCheckRow::hairline()

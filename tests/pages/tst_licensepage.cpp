@@ -62,6 +62,7 @@ private Q_SLOTS:
     void isNotAcceptedAtFirst();
     void answerChangesByClick();
     void answerChangesByArrowKeys();
+    void answerTakesTheFocus();
     void tellsOnlyChanges();
     void fits();
 };
@@ -204,6 +205,19 @@ void TestLicensePage::answerChangesByArrowKeys()
     QTest::keyClick(page.focusWidget(), Qt::Key_Up);
     QVERIFY(!page.isAccepted());
     QCOMPARE(page.focusWidget(), option(page, kDecline));
+}
+
+void TestLicensePage::answerTakesTheFocus()
+{
+    LicensePage page;
+    page.resize(kPageSize);
+    page.show();
+    QVERIFY(QTest::qWaitForWindowActive(&page));
+    page.focusAnswer();
+    QCOMPARE(page.focusWidget(), option(page, kDecline));
+    option(page, kAccept)->setChecked(true);
+    page.focusAnswer();
+    QCOMPARE(page.focusWidget(), option(page, kAccept));
 }
 
 void TestLicensePage::tellsOnlyChanges()

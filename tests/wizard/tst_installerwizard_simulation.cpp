@@ -140,8 +140,11 @@ void TestInstallerWizardSimulation::ticks()
     QVERIFY(startRun(driver, mode));
     QTRY_VERIFY_WITH_TIMEOUT(driver.watch.repeating(kTick), kPatience);
     QTimer *timer = driver.watch.repeating(kTick);
-    for (int i = 1; i <= count; ++i) {
-        if (i > 1)
+    // The first tick has come by itself; on a busy machine perhaps another one.
+    const int first = qRound(driver.track()->target() * 100.0 / step);
+    QVERIFY(first >= 1 && first < count / 2);
+    for (int i = first; i <= count; ++i) {
+        if (i > first)
             TimerWatch::fire(timer, 1);
         const double percent = std::min(i * step, 100.0);
         QCOMPARE(driver.percent(), u"%1%"_s.arg(qRound(percent)));
@@ -163,16 +166,16 @@ void TestInstallerWizardSimulation::filesAreMadeUp()
     QVERIFY(startRun(driver, RunMode::Install));
     QTRY_VERIFY_WITH_TIMEOUT(driver.watch.repeating(kTick), kPatience);
     QStringList files;
-    for (int i = 0; i < 45; ++i) {
-        TimerWatch::fire(driver.watch.repeating(kTick), 1);
+    while (driver.watch.repeating(kTick)->isActive()) {
         if (!driver.file().isEmpty() && (files.isEmpty() || files.last() != driver.file()))
             files.append(driver.file());
+        TimerWatch::fire(driver.watch.repeating(kTick), 1);
     }
     if (files.isEmpty())
         QSKIP("One run in seventy thousand names no file");
-    QVERIFY(files.first() == uR"(C:\Program Files\Varnel Schematics\libEGL.dll)"_s);
+    const QString folder = uR"(C:\Program Files\Varnel Schematics\)"_s;
     for (const QString &file : files)
-        QVERIFY(file.startsWith(uR"(C:\Program Files\Varnel Schematics\)"_s));
+        QVERIFY2(file.startsWith(folder) && file.size() > folder.size(), qPrintable(file));
 }
 
 void TestInstallerWizardSimulation::runsInRealTime()
