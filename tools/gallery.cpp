@@ -8,7 +8,9 @@
 #include "app/applicationfonts.h"
 #include "engine/installerengine.h"
 #include "pages/checkrow.h"
+#include "pages/destinationpage.h"
 #include "pages/systemcheckpage.h"
+#include "pages/updateavailablepage.h"
 #include "product/product.h"
 #include "support/sandbox.h"
 #include "theme/thememanager.h"
@@ -22,7 +24,10 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QTest>
 
 #include <cstdio>
 
@@ -79,11 +84,17 @@ public:
     void install();
     void update();
     void uninstall();
-    void failure();
+    void failures();
+    void longTexts();
 
 private:
     void open(RunMode mode);
+    void goOn(std::initializer_list<QString> buttons);
     void shoot(const QString &name);
+    /// A picture with the pointer over `widget`.
+    void hover(QWidget *widget, const QString &name);
+    /// A picture of where the keyboard is after a key that moves it.
+    void tab(const QString &name, Qt::Key key = Qt::Key_Tab);
     /// Pictures of what follows a moment, each at its time in milliseconds.
     void film(const QString &name, std::initializer_list<int> times);
     void press(const QString &button);
@@ -104,6 +115,16 @@ void Gallery::open(RunMode mode)
     m_wizard->setUninstallerPath(Sandbox::setupEngine());
     m_wizard->setRunMode(mode);
     m_wizard->show();
+    m_wizard->activateWindow();
+}
+
+void Gallery::goOn(std::initializer_list<QString> buttons)
+{
+    for (const QString &button : buttons) {
+        wait(kSettled);
+        press(button);
+    }
+    wait(kSettled);
 }
 
 void Gallery::shoot(const QString &name)
@@ -129,6 +150,23 @@ void Gallery::film(const QString &name, std::initializer_list<int> times)
         wait(int(qMax(time - clock.elapsed(), qint64(0))));
         shoot(u"%1-at-%2-ms"_s.arg(name).arg(time));
     }
+}
+
+void Gallery::hover(QWidget *widget, const QString &name)
+{
+    QWindow *window = m_wizard->windowHandle();
+    QTest::mouseMove(window, widget->mapTo(m_wizard.get(), widget->rect().center()));
+    wait(50);
+    shoot(name);
+    QTest::mouseMove(window, QPoint(m_wizard->width() / 2, m_wizard->height() / 2));
+    wait(50);
+}
+
+void Gallery::tab(const QString &name, Qt::Key key)
+{
+    QTest::keyClick(m_wizard->windowHandle(), key);
+    wait(50);
+    shoot(name);
 }
 
 template <typename Control>
@@ -162,10 +200,16 @@ void Gallery::install()
 {
     open(RunMode::Install);
     film(u"welcome"_s, { 0, 350, 700, 1000, kSettled });
+    hover(control<QPushButton>(u"Next"_s), u"hover-next"_s);
+    hover(control<QPushButton>(u"Cancel"_s), u"hover-cancel"_s);
+    hover(control<QPushButton>(u"–"_s), u"hover-minimize"_s);
+    hover(control<QPushButton>(u"✕"_s), u"hover-close"_s);
     press(u"Next"_s);
     film(u"license-slides-in"_s, { 0, 100, 200 });
     wait(kSettled);
     shoot(u"license-declined"_s);
+    tab(u"focus-back"_s);
+    tab(u"focus-answer"_s, Qt::Key_Backtab);
     control<RadioOption>(u"I accept the license agreement"_s)->click();
     film(u"license-choice"_s, { 60, 400 });
     press(u"Next"_s);
@@ -179,6 +223,11 @@ void Gallery::install()
     press(u"Next"_s);
     wait(kSettled);
     shoot(u"tasks"_s);
+    tab(u"focus-minimize"_s);
+    tab(u"focus-primary"_s, Qt::Key_Backtab);
+    tab(u"focus-minimize-again"_s);
+    tab(u"focus-close"_s);
+    tab(u"focus-task"_s);
     control<ToggleCheckbox>(u"Create a desktop shortcut"_s)->click();
     film(u"tasks-unchecking"_s, { 60, 400 });
     control<ToggleCheckbox>(u"Create a desktop shortcut"_s)->click();
@@ -199,7 +248,7 @@ void Gallery::install()
     shoot(u"installing-100"_s);
     Q_EMIT m_engine.finished(true, QString());
     wait(500);
-    film(u"finished"_s, { 150, 400, 700, 1200, 4000 });
+    film(u"finished"_s, { 0, 150, 400, 700, 1200, 4000 });
 }
 
 void Gallery::update()
@@ -211,6 +260,7 @@ void Gallery::update()
     wait(kSettled);
     shoot(u"ready-to-update"_s);
     press(u"Update"_s);
+    film(u"updating-waiting"_s, { 500, 900 });
     progress(0.0, {}, u"This may take a few minutes."_s);
     wait(kSettled);
     shoot(u"updating-0"_s);
@@ -222,7 +272,7 @@ void Gallery::update()
     shoot(u"updating-100"_s);
     Q_EMIT m_engine.finished(true, QString());
     wait(500);
-    film(u"update-finished"_s, { 400, 4000 });
+    film(u"update-finished"_s, { 0, 400, 4000 });
 }
 
 void Gallery::uninstall()
@@ -233,7 +283,9 @@ void Gallery::uninstall()
     control<ToggleCheckbox>(u"Also delete my preferences and cached data"_s)->click();
     wait(kSettled);
     shoot(u"confirm-uninstall-with-preferences"_s);
+    hover(control<QPushButton>(u"Uninstall"_s), u"hover-danger"_s);
     press(u"Uninstall"_s);
+    film(u"uninstalling-waiting"_s, { 500, 900 });
     progress(0.0, {}, u"Stopping Varnel Schematics…"_s);
     wait(kSettled);
     shoot(u"uninstalling-0"_s);
@@ -245,23 +297,75 @@ void Gallery::uninstall()
     shoot(u"uninstalling-100"_s);
     Q_EMIT m_engine.finished(true, QString());
     wait(500);
-    film(u"uninstall-complete"_s, { 120, 300, kSettled });
+    film(u"uninstall-complete"_s, { 0, 120, 300, kSettled });
 }
 
-void Gallery::failure()
+void Gallery::failures()
 {
+    const auto fail = [this](const QString &name) {
+        progress(0.43, kFolder + u"pdfium.dll", u"Replacing application files…"_s);
+        Q_EMIT m_engine.finished(
+            false,
+            u"A fatal error occurred during installation.  There is not enough space on the disk "
+            "to install the program.  "
+            "(log: C:\\Users\\Ada\\AppData\\Local\\Temp\\varnel_setup_last.log)"_s);
+        wait(kSettled);
+        shoot(name);
+    };
+    open(RunMode::Install);
+    goOn({ u"Next"_s });
+    control<RadioOption>(u"I accept the license agreement"_s)->click();
+    goOn({ u"Next"_s, u"Next"_s, u"Next"_s, u"Next"_s, u"Install"_s });
+    fail(u"installing-failed"_s);
+    open(RunMode::Update);
+    goOn({ u"Update Now"_s, u"Update"_s });
+    fail(u"updating-failed"_s);
+    open(RunMode::Uninstall);
+    goOn({ u"Uninstall"_s });
+    fail(u"uninstalling-failed"_s);
+}
+
+void Gallery::longTexts()
+{
+    const QString folder =
+        uR"(D:\Engineering\Electronics & <Boards>\Départements\Conception assistée\%1\)"
+        uR"(Värnel Schematics für die Entwicklungsabteilung\Programme (64 Bit)\2026)"_s;
+    open(RunMode::Install);
+    goOn({ u"Next"_s });
+    auto *license = control<QPlainTextEdit>();
+    license->setPlainText(QString(license->toPlainText() + u"\n\n"_s).repeated(8));
+    wait(50);
+    shoot(u"license-long"_s);
+    hover(license->verticalScrollBar(), u"license-long-hover"_s);
+    control<RadioOption>(u"I accept the license agreement"_s)->click();
+    goOn({ u"Next"_s, u"Next"_s });
+    control<DestinationPage>()->setPath(folder);
+    wait(50);
+    shoot(u"destination-long"_s);
+    goOn({ u"Next"_s });
+    control<ToggleCheckbox>(u"Create a desktop shortcut"_s)->click();
+    goOn({ u"Next"_s });
+    shoot(u"ready-long-without-tasks"_s);
+    press(u"Install"_s);
+    progress(0.5, folder + uR"(\library\symbols\connectors\usb-c-24-pin-receptacle.sch)",
+             u"Extracting a file whose name is as long as the names that people give to files…"_s);
+    wait(kSettled);
+    shoot(u"installing-long"_s);
+    Q_EMIT m_engine.finished(true, QString());
+    wait(4000);
+    shoot(u"finished-long-without-shortcut"_s);
+
     open(RunMode::Update);
     wait(kSettled);
-    press(u"Update Now"_s);
+    control<UpdateAvailablePage>()->setVersions({}, u"1.6.9"_s);
     wait(kSettled);
-    press(u"Update"_s);
-    progress(0.43, kFolder + u"pdfium.dll", u"Replacing application files…"_s);
-    Q_EMIT m_engine.finished(
-        false,
-        u"A fatal error occurred during installation.  There is not enough space on the disk to "
-        "install the program.  (log: C:\\Users\\Ada\\AppData\\Local\\Temp\\varnel_setup_last.log)"_s);
+    shoot(u"update-available-not-found"_s);
+
+    open(RunMode::Uninstall);
+    goOn({ u"Uninstall"_s });
+    Q_EMIT m_engine.finished(true, QString());
     wait(kSettled);
-    shoot(u"failure"_s);
+    shoot(u"uninstall-complete-preferences-kept"_s);
 }
 
 } // namespace
@@ -289,6 +393,7 @@ int main(int argc, char *argv[])
     gallery.install();
     gallery.update();
     gallery.uninstall();
-    gallery.failure();
+    gallery.failures();
+    gallery.longTexts();
     return 0;
 }

@@ -79,20 +79,6 @@ QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *pag
     return label;
 }
 
-QLabel *pageSummaryBox(QWidget *page)
-{
-    constexpr int kHeight = 120;
-    QLabel *box = themedLabel({}, monospacedFont(11),
-                              u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
-                              "padding:12px 13px;color:@INS_TX2;"_s,
-                              page);
-    box->setTextFormat(Qt::RichText);
-    box->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    box->setFixedHeight(kHeight);
-    box->setWordWrap(true);
-    return box;
-}
-
 QFont monospacedFont(int pixelSize)
 {
     QFont font(u"JetBrains Mono"_s);

@@ -24,8 +24,6 @@ QLabel *pageCaptionLabel(const QString &text, QWidget *page);
 /// A remark with a bar at its left, in the looks of `styleSheet` (tokens are resolved). One to a
 /// page.
 QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *page);
-/// The framed box with what is about to be done; rich text, so outside text must come escaped.
-QLabel *pageSummaryBox(QWidget *page);
 
 /// The monospaced face for paths, versions and figures.
 [[nodiscard]] QFont monospacedFont(int pixelSize);

@@ -1,6 +1,7 @@
 #include "pages/readypage.h"
 
 #include "pages/pagelabels.h"
+#include "pages/summarybox.h"
 #include "theme/themed.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -11,14 +12,14 @@ ReadyPage::ReadyPage(QWidget *parent) : QWidget(parent)
     addPageHead(layout, tr("Ready to Install"),
                 tr("Setup is now ready to begin installing Varnel Schematics on your computer."));
     layout->addSpacing(18);
-    m_summary = pageSummaryBox(this);
+    m_summary = new SummaryBox(this);
     layout->addWidget(m_summary);
     layout->addStretch();
 }
 
 void ReadyPage::setSummary(const QString &path, bool desktopShortcut)
 {
-    m_summary->setText(
+    m_summary->setSummary(
         tr("<span style=\"color:%1;font-weight:600;\">Destination location:</span><br>%2<br><br>"
            "<span style=\"color:%1;font-weight:600;\">Additional tasks:</span><br>%3")
             .arg(themed(u"@INS_TX"_s), path.toHtmlEscaped(),

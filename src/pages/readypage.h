@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class QLabel;
+class SummaryBox;
 
 /// Shows what is about to be done, before it is.
 class ReadyPage : public QWidget
@@ -16,5 +16,5 @@ public:
     void setSummary(const QString &path, bool desktopShortcut);
 
 private:
-    QLabel *m_summary;
+    SummaryBox *m_summary;
 };

@@ -1,6 +1,7 @@
 #include "pages/readytoupdatepage.h"
 
 #include "pages/pagelabels.h"
+#include "pages/summarybox.h"
 #include "product/product.h"
 #include "theme/themed.h"
 
@@ -14,7 +15,7 @@ ReadyToUpdatePage::ReadyToUpdatePage(QWidget *parent)
     QVBoxLayout *layout = pageLayout(this);
     m_body = addPageHead(layout, tr("Ready to Update"), {});
     layout->addSpacing(18);
-    m_summary = pageSummaryBox(this);
+    m_summary = new SummaryBox(this);
     layout->addWidget(m_summary);
     layout->addStretch();
     onThemeChange(this, [this] { rebuild(); });
@@ -31,7 +32,7 @@ void ReadyToUpdatePage::setDetails(const QString &version, const QString &folder
 void ReadyToUpdatePage::rebuild()
 {
     m_body->setText(tr("Setup will update %1 to version %2.").arg(Product::kName, m_version));
-    m_summary->setText(
+    m_summary->setSummary(
         tr("<span style=\"color:%1;font-weight:600;\">Destination location:</span><br>%2<br><br>"
            "Your preferences and license will be kept.")
             .arg(themed(u"@INS_TX"_s), m_folder.toHtmlEscaped()));

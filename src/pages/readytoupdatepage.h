@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class QLabel;
+class SummaryBox;
 
 /// Shows what an update is about to do, before it does.
 class ReadyToUpdatePage : public QWidget
@@ -21,5 +22,5 @@ private:
     QString m_version;
     QString m_folder;
     QLabel *m_body;
-    QLabel *m_summary;
+    SummaryBox *m_summary;
 };

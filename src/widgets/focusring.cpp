@@ -5,8 +5,6 @@
 #include <QFocusEvent>
 #include <QPainter>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 constexpr double kRingWidth = 1.5;
@@ -29,12 +27,13 @@ void FocusRing::update(const QFocusEvent &event)
     }
 }
 
-void FocusRing::paint(QPainter &painter, const QRectF &rect, double radius) const
+void FocusRing::paint(QPainter &painter, const QRectF &rect, double radius,
+                      const QString &token) const
 {
     if (!m_visible)
         return;
     constexpr double kInset = kRingWidth / 2;
-    painter.setPen(QPen(themedColor(u"@INS_ACCENT"_s), kRingWidth));
+    painter.setPen(QPen(themedColor(token), kRingWidth));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(rect.adjusted(kInset, kInset, -kInset, -kInset), radius, radius);
 }

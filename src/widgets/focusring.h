@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRectF>
+#include <QString>
 
 class QFocusEvent;
 class QPainter;
@@ -12,8 +13,8 @@ class FocusRing
 public:
     /// Takes note of how the focus came or that it went.
     void update(const QFocusEvent &event);
-    /// Paints the ring just inside `rect`, if it is to be seen.
-    void paint(QPainter &painter, const QRectF &rect, double radius) const;
+    /// Paints the ring just inside `rect`, if it is to be seen, in a colour token of the theme.
+    void paint(QPainter &painter, const QRectF &rect, double radius, const QString &token) const;
 
 private:
     bool m_visible = false;

@@ -74,7 +74,7 @@ void SelectionControl::paintEvent(QPaintEvent *)
                      Qt::AlignLeft | Qt::AlignVCenter, text());
 
     if (hasFocus()) // it may have gone while the window was not looking
-        m_focusRing.paint(painter, rect(), kPlateRadius);
+        m_focusRing.paint(painter, rect(), kPlateRadius, u"@INS_ACCENT"_s);
 }
 
 void SelectionControl::enterEvent(QEnterEvent *event)

@@ -2,6 +2,9 @@
 
 #include <QFocusEvent>
 #include <QPainter>
+#include <QStyleOptionButton>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -11,11 +14,24 @@ constexpr double kRingGap = 2.0;
 } // namespace
 
 ThemedButton::ThemedButton(const QString &text, double radius, QWidget *parent)
-    : QPushButton(text, parent), m_radius(radius)
+    : QPushButton(text, parent), m_radius(radius), m_focusToken(u"@INS_ACCENT"_s)
 {
     setCursor(Qt::PointingHandCursor);
     // Return is the page's business, not the first button's in the window.
     setAutoDefault(false);
+}
+
+void ThemedButton::setFocusToken(const QString &token)
+{
+    m_focusToken = token;
+    update();
+}
+
+// Keeps the native style from adding a focus frame of its own to the ring.
+void ThemedButton::initStyleOption(QStyleOptionButton *option) const
+{
+    QPushButton::initStyleOption(option);
+    option->state &= ~QStyle::State_HasFocus;
 }
 
 void ThemedButton::focusInEvent(QFocusEvent *event)
@@ -38,5 +54,5 @@ void ThemedButton::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF ring = QRectF(rect()).adjusted(kRingGap, kRingGap, -kRingGap, -kRingGap);
-    m_focusRing.paint(painter, ring, qMax(m_radius - kRingGap, 0.0));
+    m_focusRing.paint(painter, ring, qMax(m_radius - kRingGap, 0.0), m_focusToken);
 }

@@ -13,12 +13,17 @@ public:
     /// `radius` is the corner radius of the button's style, for the focus ring to follow.
     ThemedButton(const QString &text, double radius, QWidget *parent = nullptr);
 
+    /// Colour token of the focus ring; on a button that is filled with the accent it takes another.
+    void setFocusToken(const QString &token);
+
 protected:
+    void initStyleOption(QStyleOptionButton *option) const override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     double m_radius;
+    QString m_focusToken;
     FocusRing m_focusRing;
 };

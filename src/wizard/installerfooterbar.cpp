@@ -77,6 +77,8 @@ QPushButton *InstallerFooterBar::addButton(const QString &text, bool primary, bo
                         danger        ? u"danger"_s
                             : primary ? u"primary"_s
                                       : u"ghost"_s);
+    if (primary || danger)
+        button->setFocusToken(u"@INS_BG"_s);
     onThemeChange(button, [button] {
         button->setStyleSheet(themed(buttonStyle(button->property(kVariantProperty).toString())));
     });

@@ -27,8 +27,6 @@ private Q_SLOTS:
     void pageLayoutHasNoGapsOfItsOwn();
     void head();
     void finishPage();
-    void summaryBox();
-    void summaryBoxFollowsTheTheme();
     void labelsOutliveNoTheme();
     void fontsAreTheOnesBroughtAlong_data();
     void fontsAreTheOnesBroughtAlong();
@@ -143,38 +141,12 @@ void TestPageLabels::finishPage()
     QCOMPARE(emblem->geometry(), QRect(22, 18, 46, 40));
 }
 
-void TestPageLabels::summaryBox()
-{
-    QWidget page;
-    QLabel *box = pageSummaryBox(&page);
-    QCOMPARE(box->parentWidget(), &page);
-    QCOMPARE(box->textFormat(), Qt::RichText);
-    QCOMPARE(box->alignment(), Qt::AlignLeft | Qt::AlignTop);
-    QCOMPARE(box->minimumHeight(), 120);
-    QCOMPARE(box->maximumHeight(), 120);
-    QCOMPARE(box->font().family(), u"JetBrains Mono"_s);
-    QCOMPARE(box->font().pixelSize(), 11);
-}
-
-void TestPageLabels::summaryBoxFollowsTheTheme()
-{
-    QWidget page;
-    QLabel *box = pageSummaryBox(&page);
-    for (bool dark : { false, true }) {
-        ThemeManager::instance().setDarkMode(dark);
-        QCOMPARE(box->styleSheet(),
-                 coloured(u"background:%1;border:1px solid %2;border-radius:8px;"
-                          "padding:12px 13px;color:%3;"_s,
-                          { u"@INS_PANEL"_s, u"@INS_LINE"_s, u"@INS_TX2"_s }));
-    }
-}
-
 // A theme change after the page is gone must not reach its labels.
 void TestPageLabels::labelsOutliveNoTheme()
 {
     auto *page = new QWidget;
     pageTitleLabel(u"A title"_s, page);
-    pageSummaryBox(page);
+    pageCaptionLabel(u"Small print"_s, page);
     delete page;
     ThemeManager::instance().setDarkMode(true);
 }

@@ -41,7 +41,6 @@ private Q_SLOTS:
     void initTestCase() { registerApplicationFonts(); }
     void init();
     void layout();
-    void box();
     void defaults();
     void details_data();
     void details();
@@ -70,18 +69,6 @@ void TestReadyToUpdatePage::layout()
                  u"label: "_s + summaryText(kDefaultFolder),
                  u"stretch"_s,
              }));
-}
-
-void TestReadyToUpdatePage::box()
-{
-    ReadyToUpdatePage page;
-    const QLabel *box = summaryOf(page);
-    QCOMPARE(box->textFormat(), Qt::RichText);
-    QCOMPARE(box->alignment(), Qt::AlignLeft | Qt::AlignTop);
-    QCOMPARE(box->minimumHeight(), 120);
-    QCOMPARE(box->maximumHeight(), 120);
-    QCOMPARE(box->font().family(), u"JetBrains Mono"_s);
-    QCOMPARE(box->font().pixelSize(), 11);
 }
 
 void TestReadyToUpdatePage::defaults()

@@ -1,10 +1,9 @@
+#include "support/contrast.h"
 #include "theme/tokenlookup.h"
 
 #include <QColor>
 #include <QRegularExpression>
 #include <QTest>
-
-#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -140,23 +139,6 @@ QColor surfaceColour(const QString &surface, bool dark)
 {
     const QColor top = colour(surface.section(u'/', 0, 0), dark);
     return surface.contains(u'/') ? over(top, colour(surface.section(u'/', 1), dark)) : top;
-}
-
-// Relative luminance as WCAG 2.2 defines it: https://www.w3.org/TR/WCAG22/#dfn-relative-luminance
-double luminance(const QColor &colour)
-{
-    const auto linear = [](double channel) {
-        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
-        + 0.0722 * linear(colour.blueF());
-}
-
-// Contrast ratio, 1 to 21, from the same place: https://www.w3.org/TR/WCAG22/#dfn-contrast-ratio
-double contrast(const QColor &a, const QColor &b)
-{
-    const auto [low, high] = std::minmax({ luminance(a), luminance(b) });
-    return (high + 0.05) / (low + 0.05);
 }
 
 } // namespace

@@ -21,7 +21,7 @@ QImage picture(const FocusRing &ring, double radius, double ratio = 1.0)
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::red); // what the control painted last
-    ring.paint(painter, kRect, radius);
+    ring.paint(painter, kRect, radius, u"@INS_ACCENT"_s);
     return picture;
 }
 

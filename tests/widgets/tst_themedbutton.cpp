@@ -22,7 +22,7 @@ struct Scene
         button = new ThemedButton(u"Second"_s, radius, &window);
         button->setGeometry(10, 60, 100, 40);
         button->setStyleSheet(
-            u"QPushButton{background:#ffffff;border:none;outline:none;color:#ffffff;}"_s);
+            u"QPushButton{background:#ffffff;border:none;color:#ffffff;}"_s);
         window.resize(200, 120);
         window.show();
         window.activateWindow();
@@ -53,6 +53,8 @@ private Q_SLOTS:
     void construction();
     void returnBelongsToThePage();
     void tabShowsTheRing();
+    void ringInAnotherColour();
+    void ringIsTheOnlySignOfFocus();
     void clickShowsNoRing();
     void focusByTheProgramShowsNoRing();
     void focusedElsewhereWhileTheWindowIsInTheBackground();
@@ -106,6 +108,27 @@ void TestThemedButton::tabShowsTheRing()
     QTest::keyClick(&scene.window, Qt::Key_Backtab);
     QVERIFY(!scene.button->hasFocus());
     QVERIFY(!scene.ringIsSeen());
+}
+
+void TestThemedButton::ringInAnotherColour()
+{
+    Scene scene(8.0);
+    scene.button->setStyleSheet(u"QPushButton{background:#0000ff;border:none;}"_s);
+    scene.button->setFocusToken(u"@INS_RED"_s);
+    QTest::keyClick(&scene.window, Qt::Key_Tab);
+    const QColor ring = colourAt(grabWidget(*scene.button, 2.0), { 50, 2.75 });
+    QCOMPARE(difference(ring, themedColor(u"@INS_RED"_s)), QString());
+}
+
+// The native style would frame the text as well.
+void TestThemedButton::ringIsTheOnlySignOfFocus()
+{
+    Scene scene(8.0);
+    const QRect inner(10, 10, 80, 20);
+    const QImage before = grabWidget(*scene.button).copy(inner);
+    QTest::keyClick(&scene.window, Qt::Key_Tab);
+    QVERIFY(scene.ringIsSeen());
+    QCOMPARE(grabWidget(*scene.button).copy(inner), before);
 }
 
 void TestThemedButton::clickShowsNoRing()

@@ -2,6 +2,7 @@
 #include "pages/layoutoutline.h"
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
+#include "support/contrast.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "wizard/installerfooterbar.h"
@@ -67,6 +68,8 @@ private Q_SLOTS:
     void variants_data();
     void variants();
     void variantIsReadAgain();
+    void focusStandsOutFromEveryVariant_data();
+    void focusStandsOutFromEveryVariant();
     void buttonsStandSideBySide();
     void clearRemovesTheButtonsAndKeepsTheText();
     void clearFromWithinAClick();
@@ -157,6 +160,32 @@ void TestInstallerFooterBar::variantIsReadAgain()
     button->setProperty("insVariant", u"danger"_s);
     ThemeManager::instance().setDarkMode(true);
     QCOMPARE(button->styleSheet(), dangerStyle());
+}
+
+void TestInstallerFooterBar::focusStandsOutFromEveryVariant_data()
+{
+    variants_data();
+}
+
+void TestInstallerFooterBar::focusStandsOutFromEveryVariant()
+{
+    QFETCH(bool, primary);
+    QFETCH(bool, danger);
+    for (bool dark : { false, true }) {
+        ThemeManager::instance().setDarkMode(dark);
+        InstallerFooterBar bar;
+        bar.resize(kWidth, 48);
+        QPushButton *button = bar.addButton(u"Press me"_s, primary, danger);
+        bar.show();
+        QVERIFY(QTest::qWaitForWindowActive(&bar));
+        button->clearFocus(); // the only button of the window has been given it
+        const QPointF onTheRing(button->width() / 2.0, 2.75);
+        const QColor before = colourAt(grabWidget(*button, 2.0), onTheRing);
+        button->setFocus(Qt::TabFocusReason);
+        const QColor after = colourAt(grabWidget(*button, 2.0), onTheRing);
+        // 3 : 1 is what readers with weak eyes need for a sign that is not text.
+        QVERIFY2(contrast(before, after) >= 3.0, qPrintable(before.name() + after.name()));
+    }
 }
 
 void TestInstallerFooterBar::buttonsStandSideBySide()

@@ -1,0 +1,47 @@
+#include "pages/summarybox.h"
+
+#include "pages/pagelabels.h"
+#include "theme/themed.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kHeight = 120;
+/// What heightForWidth() counts beyond the lines and the padding, in px; it may be cut.
+constexpr int kAir = 7;
+
+} // namespace
+
+SummaryBox::SummaryBox(QWidget *parent) : QLabel(parent)
+{
+    setTextFormat(Qt::RichText);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    setFont(monospacedFont(11));
+    setFixedHeight(kHeight);
+    // A line that is not wrapped must not make the page wider.
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    setThemedStyleSheet(this,
+                        u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
+                        "padding:12px 13px;color:@INS_TX2;"_s);
+}
+
+void SummaryBox::setSummary(const QString &text)
+{
+    setText(text);
+    fit();
+}
+
+void SummaryBox::resizeEvent(QResizeEvent *event)
+{
+    QLabel::resizeEvent(event);
+    fit();
+}
+
+void SummaryBox::fit()
+{
+    setWordWrap(true);
+    const bool fits = heightForWidth(width()) <= height() + kAir;
+    setWordWrap(fits);
+    setToolTip(fits ? QString() : text());
+}

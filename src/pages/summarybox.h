@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QLabel>
+
+/// The framed box with what is about to be done. Its height is fixed, so a path that would need so
+/// many lines that what follows it fell out is cut at the edge instead; the tool tip has it whole.
+class SummaryBox : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit SummaryBox(QWidget *parent = nullptr);
+
+    /// Rich text; outside text in it must come escaped.
+    void setSummary(const QString &text);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void fit();
+};
