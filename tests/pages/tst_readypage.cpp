@@ -38,7 +38,6 @@ private Q_SLOTS:
     void initTestCase() { registerApplicationFonts(); }
     void init();
     void layout();
-    void box();
     void summary_data();
     void summary();
     void summaryKeepsTheColourOfItsMoment();
@@ -66,25 +65,6 @@ void TestReadyPage::layout()
                  u"label: "_s,
                  u"stretch"_s,
              }));
-}
-
-void TestReadyPage::box()
-{
-    ReadyPage page;
-    QLabel *box = summaryOf(page);
-    QCOMPARE(box->textFormat(), Qt::RichText);
-    QCOMPARE(box->alignment(), Qt::AlignLeft | Qt::AlignTop);
-    QCOMPARE(box->minimumHeight(), 120);
-    QCOMPARE(box->maximumHeight(), 120);
-    QCOMPARE(box->font().family(), u"JetBrains Mono"_s);
-    QCOMPARE(box->font().pixelSize(), 11);
-    for (bool dark : { false, true }) {
-        ThemeManager::instance().setDarkMode(dark);
-        QCOMPARE(box->styleSheet(),
-                 coloured(u"background:%1;border:1px solid %2;border-radius:8px;"
-                          "padding:12px 13px;color:%3;"_s,
-                          { u"@INS_PANEL"_s, u"@INS_LINE"_s, u"@INS_TX2"_s }));
-    }
 }
 
 void TestReadyPage::summary_data()
