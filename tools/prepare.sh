@@ -11,6 +11,9 @@ packages="
     dbus at-spi2-core gir1.2-atspi-2.0 python3 python3-gi
     fonts-dejavu-core
 "
+# What some of the tests take beyond that.
+fuzz_packages="clang libclang-rt-dev"
+windows_test_packages="tesseract-ocr tesseract-ocr-eng"
 
 started=$(date +%s)
 

@@ -25,8 +25,8 @@ const wchar_t *wide(const QString &text)
 void launchApplication(const QString &folder)
 {
     const QString program = QDir(folder).absoluteFilePath(Product::kExecutable.toString());
-    if (!QFileInfo::exists(program))
-        return;
+    if (!QFileInfo(program).isFile())
+        return; // of a folder, the shell would show what is in it
 
     // The wizard is in front now and about to go; without this the application would open behind.
     AllowSetForegroundWindow(ASFW_ANY);

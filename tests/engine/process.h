@@ -24,6 +24,9 @@ public:
     ~NoMoreFiles();
     Q_DISABLE_COPY_MOVE(NoMoreFiles)
 
+    /// False where processes have no such limit.
+    [[nodiscard]] static bool isPossible();
+
 private:
-    quint64 m_limitBefore = 0;
+    [[maybe_unused]] quint64 m_limitBefore = 0;
 };

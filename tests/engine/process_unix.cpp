@@ -52,6 +52,11 @@ bool makeFifo(const QString &path)
     return ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
 }
 
+bool NoMoreFiles::isPossible()
+{
+    return true;
+}
+
 NoMoreFiles::NoMoreFiles()
 {
     rlimit limit = {};

@@ -307,7 +307,9 @@ void TestInstallerEnginePolling::pollTimer()
     record.settle();
     QVERIFY(!timer->isActive());
 
-    // Some starts fail before they return.
+    // Some starts fail before they return; where processes can always open one file more, all do.
+    if (!NoMoreFiles::isPossible())
+        return;
     engine.setSetupExecutable(Sandbox::setupEngine());
     QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"Cannot create pipe"_s));
     {

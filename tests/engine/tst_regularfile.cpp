@@ -117,9 +117,8 @@ void TestRegularFile::unreadable()
 {
     const Sandbox sandbox;
     QFile file(sandbox.write(u"secret"_s, "text"));
-    QVERIFY(file.setPermissions({}));
-    if (QFileInfo(file).isReadable())
-        QSKIP("this user may read everything");
+    if (!file.setPermissions({}) || QFileInfo(file).isReadable())
+        QSKIP("nothing can be hidden from this user");
     QVERIFY(!openRegularFile(file));
     QVERIFY(!file.isOpen());
 }

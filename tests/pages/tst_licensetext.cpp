@@ -148,8 +148,7 @@ void TestLicenseText::unreadableFileCountsAsMissing()
 {
     const QString file = m_sandbox.write(u"closed/bin/LICENSE.txt"_s, "Beside");
     m_sandbox.write(u"closed/LICENSE.txt"_s, "Above");
-    QVERIFY(QFile::setPermissions(file, {}));
-    if (QFile(file).open(QIODevice::ReadOnly))
+    if (!QFile::setPermissions(file, {}) || QFile(file).open(QIODevice::ReadOnly))
         QSKIP("This user may read everything");
     QCOMPARE(licenseText(m_sandbox.path(u"closed/bin"_s)), u"Above"_s);
 }

@@ -8,14 +8,15 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-Sandbox::Sandbox()
+Sandbox::Sandbox() : m_registry(path(u"registry.json"_s))
 {
     for (const QString &folder :
          { u"temp"_s, u"home"_s, u"desktop"_s, u"appdata"_s, u"programs"_s })
         QDir(m_folder.path()).mkpath(folder);
     for (const char *variable : { "TMPDIR", "TMP", "TEMP" })
         setVariable(variable, tempFolder());
-    setVariable("HOME", path(u"home"_s));
+    for (const char *variable : { "HOME", "USERPROFILE" })
+        setVariable(variable, path(u"home"_s));
     setVariable("XDG_DESKTOP_DIR", path(u"desktop"_s));
     setVariable("APPDATA", path(u"appdata"_s));
     setVariable("ProgramFiles", path(u"programs"_s));
@@ -93,7 +94,7 @@ QList<QStringList> Sandbox::engineRuns() const
 
 void Sandbox::setRegistry(const QJsonObject &registry) const
 {
-    write(u"registry.json"_s, QJsonDocument(registry).toJson());
+    m_registry.set(registry);
 }
 
 QJsonObject Sandbox::registry() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/registrystore.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QList>
@@ -38,6 +40,9 @@ public:
 
     /// The registry of this world: full key path -> object of value names.
     void setRegistry(const QJsonObject &registry) const;
+    /// See RegistryStore::content().
+    [[nodiscard]] QStringList storedRegistry() const { return m_registry.content(); }
+    /// What the stand-in engine has recorded; it never touches a real registry.
     [[nodiscard]] QJsonObject registry() const;
     /// Records an installed copy the way the setup engine does, machine-wide.
     void recordInstallation(const QString &version, const QString &location,
@@ -47,6 +52,7 @@ private:
     void setVariable(const char *name, const QString &value);
 
     QTemporaryDir m_folder;
+    RegistryStore m_registry;
     struct Variable
     {
         QByteArray name;

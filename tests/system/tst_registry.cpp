@@ -1,8 +1,6 @@
 #include "support/sandbox.h"
 #include "system/registry.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QRegularExpression>
 #include <QTest>
@@ -32,11 +30,6 @@ private Q_SLOTS:
     void notThere();
     void namesIgnoreCase_data();
     void namesIgnoreCase();
-    void variableUnset();
-    void fileMissing();
-    void fileIsFolder();
-    void unusableFile_data();
-    void unusableFile();
     void everyReadIsFresh();
     void readingWritesNothing();
 
@@ -117,19 +110,13 @@ void TestRegistry::notThere_data()
         << uR"(HKEY_CURRENT_USER\SOFTWARE\Varnel Test)"_s << u"Value"_s;
     QTest::newRow("key above") << uR"(HKEY_LOCAL_MACHINE\SOFTWARE)"_s << u"Value"_s;
     QTest::newRow("no key") << QString() << u"Value"_s;
-    QTest::newRow("key holds a text") << u"Text"_s << u"Value"_s;
-    QTest::newRow("key holds a list") << u"List"_s << u"Value"_s;
-    QTest::newRow("key holds nothing") << u"Nothing"_s << u"Value"_s;
 }
 
 void TestRegistry::notThere()
 {
     QFETCH(const QString, key);
     QFETCH(const QString, name);
-    m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, u"1.6.9"_s } } },
-                             { u"Text"_s, u"Value"_s },
-                             { u"List"_s, QJsonArray { u"Value"_s } },
-                             { u"Nothing"_s, QJsonValue::Null } });
+    m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, u"1.6.9"_s } } } });
     QVERIFY(!readRegistryValue(key, name).isValid());
     QVERIFY(readRegistryValue(kKey, u"Value"_s).isValid());
 }
@@ -159,79 +146,31 @@ void TestRegistry::namesIgnoreCase()
     QCOMPARE(readRegistryValue(key, name).toString(), u"1.6.9"_s);
 }
 
-void TestRegistry::variableUnset()
-{
-    m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, u"1.6.9"_s } } } });
-    QVERIFY(readRegistryValue(kKey, u"Value"_s).isValid());
-    qputenv("VARNEL_REGISTRY_JSON", "");
-    QVERIFY(!readRegistryValue(kKey, u"Value"_s).isValid());
-    qunsetenv("VARNEL_REGISTRY_JSON");
-    QVERIFY(!readRegistryValue(kKey, u"Value"_s).isValid());
-}
-
-void TestRegistry::fileMissing()
-{
-    QVERIFY(!readRegistryValue(kKey, u"Value"_s).isValid());
-}
-
-void TestRegistry::fileIsFolder()
-{
-    qputenv("VARNEL_REGISTRY_JSON", m_sandbox->tempFolder().toLocal8Bit());
-    QVERIFY(!readRegistryValue(kKey, u"Value"_s).isValid());
-}
-
-void TestRegistry::unusableFile_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("no JSON") << QByteArray("[Settings]\nValue=1.6.9\n");
-    QTest::newRow("cut off") << QByteArray(
-        R"({ "HKEY_LOCAL_MACHINE\\SOFTWARE\\Varnel Test": { "Value": "1.)");
-    QTest::newRow("text behind") << QByteArray(
-        R"({ "HKEY_LOCAL_MACHINE\\SOFTWARE\\Varnel Test": { "Value": "1" } } x)");
-    QTest::newRow("single back-slashes")
-        << QByteArray(R"({ "HKEY_LOCAL_MACHINE\SOFTWARE\Varnel Test": { "Value": "1" } })");
-    QTest::newRow("a list") << QByteArray(
-        R"([ { "HKEY_LOCAL_MACHINE\\SOFTWARE\\Varnel Test": { "Value": "1" } } ])");
-    QTest::newRow("a null") << QByteArray("null");
-    QTest::newRow("zero bytes") << QByteArray(64, '\0');
-}
-
-void TestRegistry::unusableFile()
-{
-    QFETCH(const QByteArray, content);
-    m_sandbox->write(u"registry.json"_s, content);
-    QVERIFY(!readRegistryValue(kKey, u"Value"_s).isValid());
-}
-
 // The setup engine changes the registry while the wizard is open.
 void TestRegistry::everyReadIsFresh()
 {
-    const auto store = [this](const QString &text) {
+    for (const QString &text : { u"old"_s, u"new"_s }) {
         m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, text } } } });
-    };
-    store(u"old"_s);
-    QCOMPARE(readRegistryValue(kKey, u"Value"_s).toString(), u"old"_s);
-    store(u"new"_s);
-    QCOMPARE(readRegistryValue(kKey, u"Value"_s).toString(), u"new"_s);
-
-    qputenv("VARNEL_REGISTRY_JSON", m_sandbox->path(u"other.json"_s).toLocal8Bit());
-    QVERIFY(!readRegistryValue(kKey, u"Value"_s).isValid());
-    QVERIFY(QFile::rename(m_sandbox->path(u"registry.json"_s), m_sandbox->path(u"other.json"_s)));
-    QCOMPARE(readRegistryValue(kKey, u"Value"_s).toString(), u"new"_s);
-    QVERIFY(QFile::remove(m_sandbox->path(u"other.json"_s)));
+        QCOMPARE(readRegistryValue(kKey, u"Value"_s).toString(), text);
+    }
+    m_sandbox->setRegistry({});
     QVERIFY(!readRegistryValue(kKey, u"Value"_s).isValid());
 }
 
 void TestRegistry::readingWritesNothing()
 {
-    QVERIFY(!readRegistryValue(kKey, u"Value"_s).isValid());
-    QVERIFY(!QFileInfo::exists(m_sandbox->path(u"registry.json"_s)));
-
-    m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, u"1.6.9"_s } } } });
-    const QByteArray before = m_sandbox->read(u"registry.json"_s);
-    QVERIFY(!readRegistryValue(uR"(HKEY_CURRENT_USER\SOFTWARE\Other)"_s, u"Value"_s).isValid());
-    QCOMPARE(m_sandbox->read(u"registry.json"_s), before);
+    for (const QJsonObject &registry :
+         { QJsonObject(),
+           QJsonObject { { kKey, QJsonObject { { u"Value"_s, u"1.6.9"_s } } } } }) {
+        m_sandbox->setRegistry(registry);
+        const QStringList before = m_sandbox->storedRegistry();
+        for (const QString &key :
+             { kKey, QString(kKey + uR"(\Below)"), uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Other\Below)"_s,
+               uR"(HKEY_LOCAL_MACHINE\SYSTEM\Other)"_s, uR"(HKEY_CURRENT_USER\SOFTWARE\Other)"_s,
+               uR"(HKEY_CURRENT_USER\SOFTWARE)"_s })
+            QVERIFY(!readRegistryValue(key, u"Other"_s).isValid());
+        QCOMPARE(m_sandbox->storedRegistry(), before);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestRegistry)

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void init();
     void operatingSystem_data();
     void operatingSystem();
+    void prettyNameStaysAsItIs();
     void processor_data();
     void processor();
     void memory_data();
@@ -123,6 +124,18 @@ void TestRequirements::operatingSystem()
     QCOMPARE(result.label, u"Operating system"_s);
     QCOMPARE(result.value, value);
     QCOMPARE(result.ok, ok);
+}
+
+// It comes from the system itself and not from the registry, where the older name is kept.
+void TestRequirements::prettyNameStaysAsItIs()
+{
+    QCOMPARE(judgeOperatingSystem({ .productName = {},
+                                    .displayVersion = {},
+                                    .build = 22000,
+                                    .prettyName = u"Windows 10 Version 22H2"_s,
+                                    .architecture = u"x86_64"_s })
+                 .value,
+             u"Windows 10 Version 22H2 · 64-bit"_s);
 }
 
 void TestRequirements::processor_data()

@@ -31,11 +31,14 @@ Role roleOf(const fs::path &executable)
     return name == "varnelsolutions" ? Role::Application : Role::Setup;
 }
 
-void recordLaunch(const std::string &programPath)
+void recordLaunch(const std::vector<std::string> &arguments)
 {
+    std::string line = arguments.front() + '\t' + toUtf8(fs::current_path());
+    for (const std::string &argument : std::span(arguments).subspan(1))
+        line += '\t' + argument;
     const std::string file = platform::environment("VARNEL_LAUNCH_RECORD");
     if (!file.empty())
-        appendLine(toPath(file), programPath + '\t' + toUtf8(fs::current_path()));
+        appendLine(toPath(file), line);
 }
 
 void recordArguments(const Scenario &scenario, const std::vector<std::string> &arguments)
@@ -86,7 +89,7 @@ int main(int argc, char **argv)
         const Role role = roleOf(executable);
         if (role != Role::Application)
             return runEngine(role, executable, arguments);
-        recordLaunch(arguments.front());
+        recordLaunch(arguments);
         return 0;
     } catch (const ScenarioError &error) {
         std::fprintf(stderr, "standin-setup: %s\n", error.what());

@@ -82,10 +82,15 @@ fs::path defaultInstallFolder()
 
 Shortcut desktopShortcut(const fs::path &target)
 {
-    const fs::path profile = wideEnvironment(L"USERPROFILE");
-    if (profile.empty())
-        throw FileError("Setup was unable to find the desktop folder.");
-    return { .file = profile / "Desktop" / (std::string(product::kName) + ".url"),
+    // The variable that moves the desktop elsewhere does so here too.
+    fs::path desktop = wideEnvironment(L"XDG_DESKTOP_DIR");
+    if (desktop.empty()) {
+        const fs::path profile = wideEnvironment(L"USERPROFILE");
+        if (profile.empty())
+            throw FileError("Setup was unable to find the desktop folder.");
+        desktop = profile / "Desktop";
+    }
+    return { .file = desktop / (std::string(product::kName) + ".url"),
              .content = "[InternetShortcut]\r\nURL=file:///" + replaced(toUtf8(target), "\\", "/")
                  + "\r\n" };
 }

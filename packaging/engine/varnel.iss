@@ -1,0 +1,101 @@
+; The setup engine of Varnel Schematics: installs, updates and, as unins000.exe, removes it. The wizard
+; runs it silently and shows what statusfile.iss reports; it also works on its own.
+;
+; tools/windows/compile-engine calls the compiler with these definitions:
+;   AppName, AppVersion, AppPublisher, AppAddress, AppCopyright, AppExe    from src/product/product.h
+;   AppGuid          the name of the product in the list of installed programs, without "_is1"
+;   Payload          folder with everything that goes into the install folder
+;   WebView2Setup    the WebView2 Runtime's bootstrapper; not defined: no such step
+
+#if Ver < EncodeVer(6, 4, 1)
+  #error The status file is written with SaveStringsToUTF8FileWithoutBOM, which came with 6.4.1.
+#endif
+#define MimeKey "VarnelSchematics"
+
+[Setup]
+AppId={{#AppGuid}
+AppName={#AppName}
+AppVersion={#AppVersion}
+AppVerName={#AppName} {#AppVersion}
+AppPublisher={#AppPublisher}
+AppPublisherURL=https://{#AppAddress}
+AppSupportURL=https://{#AppAddress}
+AppCopyright={#AppCopyright}
+VersionInfoVersion={#AppVersion}
+VersionInfoDescription={#AppName} setup engine
+VersionInfoProductName={#AppName}
+LicenseFile=license.txt
+
+DefaultDirName={autopf}\{#AppName}
+DisableProgramGroupPage=yes
+PrivilegesRequired=admin
+ArchitecturesAllowed=x64compatible
+ArchitecturesInstallIn64BitMode=x64compatible
+MinVersion=10.0
+ChangesAssociations=yes
+; Asked for by name, so that a second engine ends at once instead of mixing its files with ours.
+SetupMutex={{#AppGuid}-engine
+; Programs that hold our files are closed by Windows' restart manager, or the run ends with a reason.
+CloseApplications=yes
+RestartApplications=no
+UninstallDisplayName={#AppName}
+UninstallDisplayIcon={app}\{#AppExe}
+
+Compression=lzma2
+SolidCompression=yes
+WizardStyle=modern
+#ifdef SetupIcon
+SetupIconFile={#SetupIcon}
+#endif
+OutputBaseFilename=VarnelEngine-{#AppVersion}
+
+[Tasks]
+Name: desktopicon; Description: "{cm:CreateDesktopIcon}"; GroupDescription: "{cm:AdditionalIcons}"
+
+[Files]
+Source: "{#Payload}\*"; DestDir: "{app}"; Flags: ignoreversion recursesubdirs createallsubdirs
+Source: "license.txt"; DestDir: "{app}"; DestName: "LICENSE.txt"; Flags: ignoreversion
+#ifdef WebView2Setup
+Source: "{#WebView2Setup}"; DestDir: "{tmp}"; DestName: "WebView2Setup.exe"; Flags: deleteafterinstall; Check: LacksWebView2
+#endif
+
+[Icons]
+Name: "{autoprograms}\{#AppName}"; Filename: "{app}\{#AppExe}"; WorkingDir: "{app}"
+Name: "{autodesktop}\{#AppName}"; Filename: "{app}\{#AppExe}"; WorkingDir: "{app}"; Tasks: desktopicon
+
+[Registry]
+; The two file types. Windows offers us for them; what the user has chosen before stays chosen.
+#sub FileType
+Root: HKA; Subkey: "Software\Classes\{#MimeKey}.{#Kind}"; ValueType: string; ValueData: "{#KindName}"; Flags: uninsdeletekey
+Root: HKA; Subkey: "Software\Classes\{#MimeKey}.{#Kind}\DefaultIcon"; ValueType: string; ValueData: "{app}\{#AppExe},0"
+Root: HKA; Subkey: "Software\Classes\{#MimeKey}.{#Kind}\shell\open\command"; ValueType: string; ValueData: """{app}\{#AppExe}"" ""%1"""
+Root: HKA; Subkey: "Software\Classes\.{#Kind}"; Flags: uninsdeletekeyifempty
+Root: HKA; Subkey: "Software\Classes\.{#Kind}\OpenWithProgids"; ValueType: string; ValueName: "{#MimeKey}.{#Kind}"; ValueData: ""; Flags: uninsdeletevalue uninsdeletekeyifempty
+Root: HKA; Subkey: "Software\Classes\Applications\{#AppExe}\SupportedTypes"; ValueType: string; ValueName: ".{#Kind}"; ValueData: ""
+#endsub
+Root: HKA; Subkey: "Software\Classes\Applications\{#AppExe}"; ValueType: string; ValueName: "FriendlyAppName"; ValueData: "{#AppName}"; Flags: uninsdeletekey
+#define Kind "sch"
+#define KindName "Schematic"
+#expr FileType
+#define Kind "pcb"
+#define KindName "Printed circuit board"
+#expr FileType
+
+#ifdef WebView2Setup
+[Run]
+Filename: "{tmp}\WebView2Setup.exe"; Parameters: "/silent /install"; StatusMsg: "{cm:InstallingWebView2}"; Flags: skipifdoesntexist; Check: LacksWebView2
+#endif
+
+[CustomMessages]
+InstallingWebView2=Installing WebView2 Runtime...
+SetupBegins=Preparing...
+SetupIsDone={#AppName} is installed.
+SetupHasFailed=Setup could not finish.
+RemovingFiles=Removing files...
+CleaningUp=Cleaning up...
+RemovalIsDone={#AppName} is removed.
+RemovalHasFailed=The removal could not finish.
+
+[Code]
+#include "statusfile.iss"
+#include "webview2.iss"

@@ -1,0 +1,210 @@
+"""The wizard's window on the virtual screen: what it shows is read like a person does, by its looks,
+since nothing else of a program in Wine can be seen from outside."""
+
+import os
+import re
+import subprocess
+import time
+
+from world import PATIENCE, World, dos, wait_until
+
+SETUP = os.environ["VARNEL_SETUP"]
+WIDTH, HEIGHT = 680, 474
+# Where the pages are; the mark to their left never rests.
+PANE = (197, 37, WIDTH - 197, HEIGHT - 37)
+TITLE_BUTTONS = {"minimize": (620, 18), "close": (660, 18)}
+# The right button ends here on every page, however wide it is.
+PRIMARY = (648, 450)
+# Letters are read best at three times their size.
+ZOOM = 3
+
+
+def compact(text):
+    """Without blanks and letter case, which nobody reads reliably from a picture."""
+    return re.sub(r"\s", "", text).lower()
+
+
+class Words:
+    """What is written on a picture, with places in window coordinates."""
+
+    def __init__(self, table):
+        self.words = []
+        for line in table.splitlines()[1:]:
+            fields = line.split("\t")
+            if len(fields) == 12 and fields[11].strip() and float(fields[10]) >= 0:
+                left, top, width, height = (int(field) / ZOOM for field in fields[6:10])
+                self.words.append((fields[11], round(left + width / 2), round(top + height / 2)))
+        self.text = " ".join(word for word, _, _ in self.words)
+
+    def __contains__(self, text):
+        return compact(text) in compact(self.text)
+
+    def place(self, text):
+        """Centre of the first word of the last place where `text` stands."""
+        wanted = compact(text)
+        for index in range(len(self.words) - 1, -1, -1):
+            here = compact("".join(word for word, _, _ in self.words[index:]))
+            if here.startswith(wanted):
+                return self.words[index][1:]
+        raise AssertionError(f"{text!r} is not on screen: {self.text}")
+
+
+class Wizard:
+    def __init__(self, world: World, *arguments, title="Varnel Schematics setup"):
+        self.world = world
+        self.title = title
+        self._pictures = 0
+        self.process = world.start(SETUP, *arguments)
+        self.window = wait_until(self._find_window, "the wizard's window")
+        self.page = None
+
+    def _find_window(self):
+        if self.process.poll() is not None:
+            raise AssertionError(f"the wizard ended at once with {self.process.returncode}")
+        return self._search(self.title)
+
+    @staticmethod
+    def _search(title):
+        result = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"],
+                                capture_output=True, text=True)
+        return result.stdout.split()[0] if result.stdout.split() else None
+
+    # -- looking -----------------------------------------------------------------------------------
+
+    def pixels(self, area=PANE):
+        """The bytes of an area of the window, three per pixel; nothing if it is not on screen."""
+        x, y, width, height = area
+        return subprocess.run(
+            ["import", "-silent", "-window", self.window, "-crop", f"{width}x{height}+{x}+{y}",
+             "-depth", "8", "rgb:-"], capture_output=True).stdout
+
+    def picture(self, name):
+        self._pictures += 1
+        subprocess.run(["import", "-silent", "-window", self.window,
+                        str(self.world.pictures / f"{self._pictures:02}-{name}.png")])
+
+    def settle(self):
+        """Waits until the page is at rest, so that a click hits what it is meant for."""
+        before = self.pixels()
+        for _ in range(200):
+            time.sleep(0.25)
+            now = self.pixels()
+            if now == before and now:
+                return
+            before = now
+        raise AssertionError("the page does not come to rest")
+
+    def read(self):
+        """Reads the page as it is now."""
+        x, y, width, height = PANE
+        picture = subprocess.run(
+            ["import", "-silent", "-window", self.window, "png:-"], capture_output=True).stdout
+        large = subprocess.run(
+            ["convert", "png:-", "-colorspace", "Gray", "-resize", f"{ZOOM * 100}%", "png:-"],
+            input=picture, capture_output=True, check=True).stdout
+        table = subprocess.run(
+            ["tesseract", "-", "-", "--psm", "11", "tsv"], input=large, capture_output=True,
+            env={**os.environ, "OMP_THREAD_LIMIT": "1"}, check=True).stdout.decode()
+        self.page = Words(table)
+        return self.page
+
+    def wait_page(self, text, patience=PATIENCE):
+        """Waits until a page at rest says `text`."""
+        end = time.monotonic() + patience
+        while True:
+            self.settle()
+            if text in self.read():
+                self.picture(re.sub(r"\W+", "-", text.lower()))
+                return self.page
+            if time.monotonic() > end:
+                self.picture("instead")
+                raise AssertionError(f"waited in vain for {text!r}; on screen: {self.page.text}")
+
+    # -- doing -------------------------------------------------------------------------------------
+
+    def click_at(self, place):
+        x, y = place
+        subprocess.run(["xdotool", "mousemove", "--window", self.window, str(x), str(y),
+                        "click", "1"], check=True)
+
+    def click(self, text):
+        """Clicks what the page that was read last says."""
+        self.click_at(self.page.place(text))
+
+    def press(self, *keys):
+        subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True)
+
+    def type(self, text):
+        subprocess.run(["xdotool", "type", "--clearmodifiers", text], check=True)
+
+    def next(self, text):
+        """Clicks the right button and waits for the page that says `text`."""
+        self.click_at(PRIMARY)
+        return self.wait_page(text)
+
+    def walk_to_ready(self, folder=None, desktop_shortcut=True):
+        """From the welcome page to the last one before an installation."""
+        self.wait_page("Welcome to the Varnel Schematics Setup Wizard")
+        self.next("License Agreement")
+        self.click("I accept the license agreement")
+        self.next("requirements checked")
+        self.next("Select Destination Location")
+        if folder:
+            self.click("C:\\")
+            self.press("ctrl+a")
+            self.type(folder)
+        self.next("Select Additional Tasks")
+        if not desktop_shortcut:
+            self.click("Create a desktop shortcut")
+        self.next("Ready to Install")
+
+    def wait_end(self, patience=PATIENCE):
+        return self.process.wait(timeout=patience)
+
+    def kill(self):
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+
+
+class Watch:
+    """What was seen of a run while it went on: looks of the page and reports in the status file."""
+
+    def __init__(self, wizard):
+        self.wizard = wizard
+        self.looks = []
+        self.reports = []
+
+    def until(self, condition, patience=PATIENCE):
+        """Looks on until condition(look) is true of the newest look."""
+        end = time.monotonic() + patience
+        while time.monotonic() < end:
+            self._look()
+            if condition():
+                return
+        self.wizard.picture("watched")
+        raise AssertionError(f"the run does not end; last report: {self.reports[-1:]}")
+
+    def _look(self):
+        look = self.wizard.pixels()
+        if look and look not in self.looks:
+            self.looks.append(look)
+            if len(self.looks) in (5, 10, 20):
+                self.wizard.picture("running")
+        for path in self.wizard.world.temp.glob("varnel_*.ini"):
+            try:
+                lines = path.read_text(encoding="utf-8").splitlines()
+            except (OSError, UnicodeDecodeError):
+                continue
+            report = dict(line.split("=", 1) for line in lines if "=" in line)
+            if report.keys() == {"progress", "file", "status"} and report not in self.reports:
+                self.reports.append(report)
+
+    def fractions(self):
+        return [float(report["progress"]) for report in self.reports]
+
+    def distinct(self, key):
+        return {report[key] for report in self.reports if report[key]}
+
+
+__all__ = ["Watch", "Wizard", "SETUP", "TITLE_BUTTONS", "PRIMARY", "dos"]

@@ -1,0 +1,159 @@
+"""A Windows of its own for a test: a drive C:, a registry and a temp folder, and programs that run in
+them. It is made anew for each test and stays behind in the build folder to be looked at.
+"""
+
+import os
+import re
+import shutil
+import subprocess
+import time
+from pathlib import Path
+
+WINE = os.environ["VARNEL_WINE"]
+HELPERS = Path(os.environ["VARNEL_HELPERS"])
+UNINSTALL = ("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
+             "{4F1C2A77-0B3D-4E52-9A61-7C2E8D90B4F3}_is1")
+
+# How long something may take that normally takes a few seconds, on a machine that is busy.
+PATIENCE = 120
+
+
+def wait_until(condition, what, patience=PATIENCE):
+    """Returns the first true value of condition(); fails with `what` when patience is over."""
+    end = time.monotonic() + patience
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"waited {patience} s in vain for {what}")
+        time.sleep(0.05)
+
+
+def dos(path):
+    """The name that programs in Wine have for a file of this machine."""
+    return "Z:" + str(path).replace("/", "\\")
+
+
+class World:
+    def __init__(self, name):
+        self.folder = Path(os.environ["VARNEL_WORLDS"]) / name
+        shutil.rmtree(self.folder, ignore_errors=True)
+        self.temp = self.folder / "temp"
+        self.temp.mkdir(parents=True)
+        self.pictures = self.folder / "pictures"
+        self.pictures.mkdir()
+        self.environment = {**os.environ, "WINEPREFIX": str(self.folder / "prefix"),
+                            "TMPDIR": str(self.temp), "VARNEL_RECORD": dos(self.folder / "record")}
+        # It is meant for programs of this machine and would be handed on.
+        self.environment.pop("QT_QPA_PLATFORM", None)
+        # Waits for a key until the end, so that Wine need not start anew for every program.
+        self._keeper = self.start("cmd", "/c", "pause", stdin=subprocess.PIPE)
+
+    def end(self):
+        """Ends every program; the files stay, apart from the gigabyte of Windows itself."""
+        self._keeper.stdin.close()
+        subprocess.run([WINE, "--end"], env=self.environment, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL)
+        self._keeper.wait()
+        shutil.rmtree(self.folder / "prefix", ignore_errors=True)
+
+    # -- programs ----------------------------------------------------------------------------------
+
+    def start(self, program, *arguments, stdin=subprocess.DEVNULL, output=None):
+        """Starts a program. Its output goes to a file: Wine's own services, which outlive it, would
+        keep a pipe open."""
+        with open(output or os.devnull, "wb") as stream:
+            return subprocess.Popen([WINE, str(program), *map(str, arguments)], stdin=stdin,
+                                    stdout=stream, stderr=subprocess.STDOUT, env=self.environment,
+                                    cwd=self.folder)
+
+    def run(self, program, *arguments):
+        """Runs a program to its end; returns exit code and output."""
+        output = self.folder / "output.txt"
+        code = self.start(program, *arguments, output=output).wait(timeout=PATIENCE)
+        return code, output.read_text(errors="replace")
+
+    def window_facts(self, title):
+        code, output = self.run(HELPERS / "windowfacts.exe", title)
+        return dict(line.split("=") for line in output.split()) if code == 0 else {}
+
+    def hold(self, path):
+        """Starts a program that keeps a file open, and waits until it does."""
+        output = self.folder / "holder.txt"
+        holder = self.start(HELPERS / "holdfile.exe", path, output=output)
+        wait_until(lambda: "held" in output.read_text(), f"a hold on {path}")
+        return holder
+
+    def processes(self, name):
+        """Process ids of the programs of this world that are called so."""
+        found = []
+        for folder in Path("/proc").iterdir():
+            try:
+                if (name in (folder / "cmdline").read_bytes().decode(errors="replace")
+                        and f"WINEPREFIX={self.folder}/".encode() in
+                        (folder / "environ").read_bytes()):
+                    found.append(int(folder.name))
+            except (OSError, ValueError):
+                continue
+        return found
+
+    def records(self):
+        """The command lines that recordcommandline.exe was started with."""
+        path = self.folder / "record"
+        return path.read_text().splitlines() if path.exists() else []
+
+    # -- files -------------------------------------------------------------------------------------
+
+    def path(self, windows_path):
+        """Where a file of drive C: is on this machine."""
+        assert windows_path.upper().startswith("C:\\"), windows_path
+        return self.folder / "prefix" / "drive_c" / windows_path[3:].replace("\\", "/")
+
+    def files_below(self, windows_path):
+        folder = self.path(windows_path)
+        return sorted(str(path.relative_to(folder)) for path in folder.rglob("*") if path.is_file())
+
+    def user_folder(self, *parts):
+        """A folder of the one user; the name is the machine's business."""
+        users = self.path("C:\\users")
+        home = next(path for path in users.iterdir() if path.name != "Public")
+        return home.joinpath(*parts)
+
+    def temp_files(self):
+        """What the wizard and its engine have left in the temp folder."""
+        return sorted(path.name for path in self.temp.iterdir() if path.name.startswith("varnel_"))
+
+    # -- the registry ------------------------------------------------------------------------------
+
+    def registry(self, root="HKEY_LOCAL_MACHINE"):
+        """The text of an export, without what Wine itself keeps changing."""
+        file = self.folder / "export.reg"
+        file.unlink(missing_ok=True)
+        self.run("regedit", "/E", dos(file), root)
+        return file.read_text(encoding="utf-16")
+
+    def values(self, key, root="HKEY_LOCAL_MACHINE"):
+        """Names and texts of one key, or nothing if there is no such key."""
+        text = self.registry(f"{root}\\{key}")
+        return dict(re.findall(r'^(?:"([^"]*)"|@)="(.*)"$', text.replace("\\\\", "\\"), re.MULTILINE))
+
+    def import_registry(self, keys):
+        """Writes keys: full path to a table of names and texts (or numbers)."""
+        lines = ["Windows Registry Editor Version 5.00", ""]
+        for key, values in keys.items():
+            lines.append(f"[{key}]")
+            for name, value in values.items():
+                if isinstance(value, int):
+                    lines.append(f'"{name}"=dword:{value:08x}')
+                else:
+                    text = value.replace("\\", "\\\\").replace('"', '\\"')
+                    lines.append(f'"{name}"="{text}"')
+            lines.append("")
+        file = self.folder / "import.reg"
+        file.write_text("\r\n".join(lines), encoding="utf-16")
+        code, output = self.run("regedit", "/S", dos(file))
+        assert code == 0, output
+
+    def uninstall_entry(self):
+        return self.values(UNINSTALL)
