@@ -13,7 +13,7 @@ packages="
 "
 # What some of the tests take beyond that.
 fuzz_packages="clang libclang-rt-dev"
-windows_test_packages="tesseract-ocr tesseract-ocr-eng"
+windows_test_packages="tesseract-ocr tesseract-ocr-eng osslsigncode openssl"
 
 started=$(date +%s)
 

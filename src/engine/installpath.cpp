@@ -18,11 +18,10 @@ bool isDriveRoot(QStringView path)
 
 QString installFolder(const QString &path)
 {
-    QString text = path;
+    QString folder = QDir::cleanPath(path);
     // So that a Windows path is cleaned as one wherever we run.
-    if (path.size() >= 2 && isDriveRoot(path.first(2)))
-        text.replace(u'\\', u'/');
-    const QString folder = QDir::cleanPath(text);
+    if (folder.size() >= 2 && isDriveRoot(QStringView(folder).first(2)))
+        folder = QDir::cleanPath(folder.replace(u'\\', u'/'));
     if (!isDriveRoot(folder))
         return folder;
     const QStringView drive = QStringView(folder).first(folder == u'/' ? 0 : 2);

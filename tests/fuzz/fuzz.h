@@ -47,6 +47,18 @@ private:
     QByteArrayView m_rest;
 };
 
+/// Lines that say nothing: mostly none, for the last few values about as much as is read in one
+/// piece, so that what follows falls across a border of the pieces.
+[[nodiscard]] inline QByteArray fillerFor(std::uint8_t choice)
+{
+    constexpr QByteArrayView kLine = "filler\n";
+    constexpr int kPiece = 64 * 1024;
+    constexpr std::uint8_t kFirst = 252;
+    return choice < kFirst
+        ? QByteArray()
+        : kLine.toByteArray().repeated(kPiece / kLine.size() - (choice - kFirst));
+}
+
 /// Ends the program, with both values on stderr, unless they are equal.
 template <typename Value>
 void requireEqual(const Value &actual, const Value &expected, const char *what)

@@ -18,9 +18,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     requireEqual(installFolder(folder), folder, "what is settled stays");
 
     static const QRegularExpression drive(uR"(\A[A-Za-z]:)"_s);
-    const bool isWindowsPath = drive.match(path).hasMatch();
-    const QString clean =
-        QDir::cleanPath(isWindowsPath ? QString(path).replace(u'\\', u'/') : path);
+    QString clean = QDir::cleanPath(path);
+    if (drive.match(clean).hasMatch())
+        clean = QDir::cleanPath(clean.replace(u'\\', u'/'));
     if (root.match(clean).hasMatch()) {
         requireEqual(folder, QString(clean + u"/Varnel Schematics"_s).replace(u"//"_s, u"/"_s),
                      "folder in a root");

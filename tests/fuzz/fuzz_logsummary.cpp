@@ -51,8 +51,7 @@ bool foldsToAscii(const QByteArray &log)
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     FuzzInput input(data, size);
-    const int filler = input.byte();
-    QByteArray log = QByteArray("filler\n").repeated(filler * filler);
+    QByteArray log = fillerFor(input.byte());
     log += input.rest();
     if (foldsToAscii(log))
         return 0;

@@ -32,10 +32,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     require(log.open(QIODevice::WriteOnly | QIODevice::Unbuffered), "a log to write");
     LogTail tail(log.fileName());
     while (!input.isEmpty()) {
-        // Filler moves what follows across the borders of the blocks that a log is read in.
-        const std::uint8_t filler = input.byte();
-        const QByteArray part =
-            QByteArray("filler\n").repeated(filler * filler) + input.bytes(input.byte());
+        const QByteArray part = fillerFor(input.byte()) + input.bytes(input.byte());
         log.write(part);
         requireEqual(tail.readNewestFile(), newestFileIn(part), "newest file");
         requireEqual(tail.readNewestFile(), QString(), "nothing new");

@@ -41,6 +41,8 @@ wine_environment() {
     export WINEDLLOVERRIDES="${WINEDLLOVERRIDES-winemenubuilder.exe,mscoree,mshtml=}"
     WINETEMP="Z:$(printf %s "${TMPDIR:-/tmp}" | tr / '\\')"
     export WINETEMP WINETMP="$WINETEMP"
+    # Wine keeps its own socket there; all programs of a prefix have to find the same one.
+    unset TMPDIR
     for assignment in QT_QPA_PLATFORM QT_QPA_FONTDIR QT_SCALE_FACTOR QT_LOGGING_RULES \
         QT_FORCE_STDERR_LOGGING; do
         eval "[ -z \"\${$assignment:-}\" ] || export WINE$assignment=\"\$$assignment\""
