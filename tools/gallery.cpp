@@ -2,24 +2,18 @@
 //
 //   varnel-gallery <folder> light|dark
 //
-// The window is the real one with a real engine object, whose signals are sent from here. The pixel
-// ratio is that of QT_SCALE_FACTOR; tools/gallery calls this once per theme and ratio.
+// The window is the real one, with the made-up data of WizardScene. The pixel ratio is that of
+// QT_SCALE_FACTOR; tools/gallery calls this once per theme and ratio.
 
 #include "app/applicationfonts.h"
-#include "engine/installerengine.h"
-#include "pages/checkrow.h"
 #include "pages/destinationpage.h"
 #include "pages/systemcheckpage.h"
 #include "pages/updateavailablepage.h"
-#include "product/product.h"
-#include "support/sandbox.h"
 #include "theme/thememanager.h"
-#include "widgets/progresstrack.h"
 #include "widgets/radiooption.h"
 #include "widgets/togglecheckbox.h"
-#include "wizard/installerwizard.h"
+#include "wizard/wizardscene.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -41,29 +35,7 @@ constexpr int kSettled = 1700; // ms
 const QColor kDesktop(0x88, 0x99, 0xaa);
 constexpr int kMargin = 16; // px of desktop around the window
 
-const QString kFolder = uR"(C:\Program Files\Varnel Schematics\)"_s;
-
-/// A machine as most users have one, with an older copy installed.
-QJsonObject realisticRegistry()
-{
-    const QString system = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\)"_s;
-    return {
-        { system + uR"(Windows NT\CurrentVersion)",
-          QJsonObject { { u"ProductName"_s, u"Windows 10 Pro"_s },
-                        { u"DisplayVersion"_s, u"24H2"_s },
-                        { u"CurrentBuild"_s, u"26100"_s } } },
-        { uR"(HKEY_LOCAL_MACHINE\HARDWARE\DESCRIPTION\System\CentralProcessor\0)"_s,
-          QJsonObject { { u"ProcessorNameString"_s, u"Twelve-Core Processor"_s },
-                        { u"~MHz"_s, 3793 } } },
-        { system + uR"(NET Framework Setup\NDP\v4\Full)",
-          QJsonObject { { u"Release"_s, 533325 } } },
-        { uR"(HKEY_CURRENT_USER\SOFTWARE\Microsoft\EdgeUpdate\Clients\)"
-          "{F3017226-FE2A-4295-8BDF-00C3A9A7E4C5}"_s,
-          QJsonObject { { u"pv"_s, u"131.0.2903.51"_s } } },
-        { system + uR"(Windows\CurrentVersion\Uninstall\)" + Product::kUninstallKey,
-          QJsonObject { { u"DisplayVersion"_s, u"1.6.8"_s }, { u"InstallLocation"_s, kFolder } } },
-    };
-}
+const QString kFolder = WizardScene::folder();
 
 void wait(int milliseconds)
 {
@@ -76,10 +48,7 @@ void wait(int milliseconds)
 class Gallery
 {
 public:
-    explicit Gallery(const QString &folder) : m_folder(folder)
-    {
-        m_engine.setSetupExecutable(Sandbox::setupEngine());
-    }
+    explicit Gallery(const QString &folder) : m_folder(folder) {}
 
     void install();
     void update();
@@ -89,7 +58,8 @@ public:
 
 private:
     void open(RunMode mode);
-    void goOn(std::initializer_list<QString> buttons);
+    /// Presses on to `page` and waits until it has come to rest.
+    void goTo(PageId page);
     void shoot(const QString &name);
     /// A picture with the pointer over `widget`.
     void hover(QWidget *widget, const QString &name);
@@ -97,45 +67,38 @@ private:
     void tab(const QString &name, Qt::Key key = Qt::Key_Tab);
     /// Pictures of what follows a moment, each at its time in milliseconds.
     void film(const QString &name, std::initializer_list<int> times);
-    void press(const QString &button);
-    void progress(double fraction, const QString &file, const QString &status);
     template <typename Control>
-    Control *control(const QString &text = {});
+    Control *control(const QString &text = {})
+    {
+        return m_scene.control<Control>(text);
+    }
 
     QDir m_folder;
     int m_count = 0;
-    InstallerEngine m_engine;
-    std::unique_ptr<InstallerWizard> m_wizard;
+    WizardScene m_scene;
 };
 
 void Gallery::open(RunMode mode)
 {
-    m_wizard = std::make_unique<InstallerWizard>();
-    m_wizard->setEngine(&m_engine);
-    m_wizard->setUninstallerPath(Sandbox::setupEngine());
-    m_wizard->setRunMode(mode);
-    m_wizard->show();
-    m_wizard->activateWindow();
+    m_scene.open(mode);
+    m_scene.window().activateWindow();
 }
 
-void Gallery::goOn(std::initializer_list<QString> buttons)
+void Gallery::goTo(PageId page)
 {
-    for (const QString &button : buttons) {
-        wait(kSettled);
-        press(button);
-    }
+    m_scene.goTo(page);
     wait(kSettled);
 }
 
 void Gallery::shoot(const QString &name)
 {
-    const double ratio = m_wizard->devicePixelRatio();
-    const QSize size = m_wizard->size().grownBy({ kMargin, kMargin, kMargin, kMargin });
+    const double ratio = m_scene.window().devicePixelRatio();
+    const QSize size = m_scene.window().size().grownBy({ kMargin, kMargin, kMargin, kMargin });
     QImage picture(size * ratio, QImage::Format_RGB32);
     picture.setDevicePixelRatio(ratio);
     picture.fill(kDesktop);
     QPainter painter(&picture);
-    painter.drawPixmap(kMargin, kMargin, m_wizard->grab());
+    painter.drawPixmap(kMargin, kMargin, m_scene.window().grab());
     painter.end();
     const QString file = u"%1-%2.png"_s.arg(++m_count, 2, 10, QChar(u'0')).arg(name);
     if (!picture.save(m_folder.filePath(file)))
@@ -154,46 +117,19 @@ void Gallery::film(const QString &name, std::initializer_list<int> times)
 
 void Gallery::hover(QWidget *widget, const QString &name)
 {
-    QWindow *window = m_wizard->windowHandle();
-    QTest::mouseMove(window, widget->mapTo(m_wizard.get(), widget->rect().center()));
+    QWindow *window = m_scene.window().windowHandle();
+    QTest::mouseMove(window, widget->mapTo(&m_scene.window(), widget->rect().center()));
     wait(50);
     shoot(name);
-    QTest::mouseMove(window, QPoint(m_wizard->width() / 2, m_wizard->height() / 2));
+    QTest::mouseMove(window, QPoint(m_scene.window().width() / 2, m_scene.window().height() / 2));
     wait(50);
 }
 
 void Gallery::tab(const QString &name, Qt::Key key)
 {
-    QTest::keyClick(m_wizard->windowHandle(), key);
+    QTest::keyClick(m_scene.window().windowHandle(), key);
     wait(50);
     shoot(name);
-}
-
-template <typename Control>
-Control *Gallery::control(const QString &text)
-{
-    const QList<Control *> controls = m_wizard->findChildren<Control *>();
-    for (auto it = controls.rbegin(); it != controls.rend(); ++it) {
-        if constexpr (std::is_base_of_v<QAbstractButton, Control>) {
-            if ((*it)->isVisible() && (*it)->text() == text)
-                return *it;
-        } else if ((*it)->isVisible()) {
-            return *it;
-        }
-    }
-    qFatal("No control \"%s\"", qPrintable(text));
-}
-
-void Gallery::press(const QString &button)
-{
-    control<QPushButton>(button)->click();
-}
-
-void Gallery::progress(double fraction, const QString &file, const QString &status)
-{
-    Q_EMIT m_engine.progress(fraction);
-    Q_EMIT m_engine.currentFile(file);
-    Q_EMIT m_engine.statusChanged(status);
 }
 
 void Gallery::install()
@@ -204,7 +140,7 @@ void Gallery::install()
     hover(control<QPushButton>(u"Cancel"_s), u"hover-cancel"_s);
     hover(control<QPushButton>(u"–"_s), u"hover-minimize"_s);
     hover(control<QPushButton>(u"✕"_s), u"hover-close"_s);
-    press(u"Next"_s);
+    m_scene.goTo(PageId::License);
     film(u"license-slides-in"_s, { 0, 100, 200 });
     wait(kSettled);
     shoot(u"license-declined"_s);
@@ -212,16 +148,14 @@ void Gallery::install()
     tab(u"focus-answer"_s, Qt::Key_Backtab);
     control<RadioOption>(u"I accept the license agreement"_s)->click();
     film(u"license-choice"_s, { 60, 400 });
-    press(u"Next"_s);
+    m_scene.goTo(PageId::SystemCheck);
     film(u"system-check"_s, { 300, 700, kSettled });
     control<SystemCheckPage>()->setSmartAppControlOn(true);
     control<SystemCheckPage>()->startReveal();
     film(u"system-check-warning"_s, { 1350, kSettled });
-    press(u"Next"_s);
-    wait(kSettled);
+    goTo(PageId::Destination);
     shoot(u"destination"_s);
-    press(u"Next"_s);
-    wait(kSettled);
+    goTo(PageId::Tasks);
     shoot(u"tasks"_s);
     tab(u"focus-minimize"_s);
     tab(u"focus-primary"_s, Qt::Key_Backtab);
@@ -233,21 +167,19 @@ void Gallery::install()
     control<ToggleCheckbox>(u"Create a desktop shortcut"_s)->click();
     film(u"tasks-checking"_s, { 60 });
     wait(kSettled);
-    press(u"Next"_s);
-    wait(kSettled);
+    goTo(PageId::Ready);
     shoot(u"ready"_s);
-    press(u"Install"_s);
+    m_scene.goTo(PageId::Installing);
     film(u"installing-waiting"_s, { 500, 900 });
-    progress(0.0, kFolder + u"Qt6Core.dll", u"Extracting application files…"_s);
+    m_scene.report(0.0, kFolder + u"Qt6Core.dll", u"Extracting application files…"_s);
     wait(kSettled);
     shoot(u"installing-0"_s);
-    progress(0.43, kFolder + uR"(symbols\ieee.lib)", u"Extracting application files…"_s);
+    m_scene.report(0.43, kFolder + uR"(symbols\ieee.lib)", u"Extracting application files…"_s);
     film(u"installing-43"_s, { 120, kSettled });
-    progress(1.0, kFolder + u"VarnelSolutions.exe", u"Creating shortcuts…"_s);
+    m_scene.report(1.0, kFolder + u"VarnelSolutions.exe", u"Creating shortcuts…"_s);
     wait(kSettled);
     shoot(u"installing-100"_s);
-    Q_EMIT m_engine.finished(true, QString());
-    wait(500);
+    m_scene.goTo(PageId::Finished);
     film(u"finished"_s, { 0, 150, 400, 700, 1200, 4000 });
 }
 
@@ -256,22 +188,20 @@ void Gallery::update()
     open(RunMode::Update);
     wait(kSettled);
     shoot(u"update-available"_s);
-    press(u"Update Now"_s);
-    wait(kSettled);
+    goTo(PageId::ReadyToUpdate);
     shoot(u"ready-to-update"_s);
-    press(u"Update"_s);
+    m_scene.goTo(PageId::Updating);
     film(u"updating-waiting"_s, { 500, 900 });
-    progress(0.0, {}, u"This may take a few minutes."_s);
+    m_scene.report(0.0, {}, u"This may take a few minutes."_s);
     wait(kSettled);
     shoot(u"updating-0"_s);
-    progress(0.43, kFolder + u"Qt6Widgets.dll", u"Replacing application files…"_s);
+    m_scene.report(0.43, kFolder + u"Qt6Widgets.dll", u"Replacing application files…"_s);
     wait(kSettled);
     shoot(u"updating-43"_s);
-    progress(1.0, kFolder + u"unins000.dat", u"Restarting services…"_s);
+    m_scene.report(1.0, kFolder + u"unins000.dat", u"Restarting services…"_s);
     wait(kSettled);
     shoot(u"updating-100"_s);
-    Q_EMIT m_engine.finished(true, QString());
-    wait(500);
+    m_scene.goTo(PageId::UpdateFinished);
     film(u"update-finished"_s, { 0, 400, 4000 });
 }
 
@@ -284,28 +214,26 @@ void Gallery::uninstall()
     wait(kSettled);
     shoot(u"confirm-uninstall-with-preferences"_s);
     hover(control<QPushButton>(u"Uninstall"_s), u"hover-danger"_s);
-    press(u"Uninstall"_s);
+    m_scene.goTo(PageId::Uninstalling);
     film(u"uninstalling-waiting"_s, { 500, 900 });
-    progress(0.0, {}, u"Stopping Varnel Schematics…"_s);
+    m_scene.report(0.0, {}, u"Stopping Varnel Schematics…"_s);
     wait(kSettled);
     shoot(u"uninstalling-0"_s);
-    progress(0.43, kFolder + u"glfw3.dll", u"Removing application files…"_s);
+    m_scene.report(0.43, kFolder + u"glfw3.dll", u"Removing application files…"_s);
     wait(kSettled);
     shoot(u"uninstalling-43"_s);
-    progress(1.0, kFolder + u"unins000.exe", u"Unregistering file types…"_s);
+    m_scene.report(1.0, kFolder + u"unins000.exe", u"Unregistering file types…"_s);
     wait(kSettled);
     shoot(u"uninstalling-100"_s);
-    Q_EMIT m_engine.finished(true, QString());
-    wait(500);
+    m_scene.goTo(PageId::UninstallComplete);
     film(u"uninstall-complete"_s, { 0, 120, 300, kSettled });
 }
 
 void Gallery::failures()
 {
     const auto fail = [this](const QString &name) {
-        progress(0.43, kFolder + u"pdfium.dll", u"Replacing application files…"_s);
-        Q_EMIT m_engine.finished(
-            false,
+        m_scene.report(0.43, kFolder + u"pdfium.dll", u"Replacing application files…"_s);
+        m_scene.fail(
             u"A fatal error occurred during installation.  There is not enough space on the disk "
             "to install the program.  "
             "(log: C:\\Users\\Ada\\AppData\\Local\\Temp\\varnel_setup_last.log)"_s);
@@ -313,15 +241,13 @@ void Gallery::failures()
         shoot(name);
     };
     open(RunMode::Install);
-    goOn({ u"Next"_s });
-    control<RadioOption>(u"I accept the license agreement"_s)->click();
-    goOn({ u"Next"_s, u"Next"_s, u"Next"_s, u"Next"_s, u"Install"_s });
+    goTo(PageId::Installing);
     fail(u"installing-failed"_s);
     open(RunMode::Update);
-    goOn({ u"Update Now"_s, u"Update"_s });
+    goTo(PageId::Updating);
     fail(u"updating-failed"_s);
     open(RunMode::Uninstall);
-    goOn({ u"Uninstall"_s });
+    goTo(PageId::Uninstalling);
     fail(u"uninstalling-failed"_s);
 }
 
@@ -331,27 +257,27 @@ void Gallery::longTexts()
         uR"(D:\Engineering\Electronics & <Boards>\Départements\Conception assistée\%1\)"
         uR"(Värnel Schematics für die Entwicklungsabteilung\Programme (64 Bit)\2026)"_s;
     open(RunMode::Install);
-    goOn({ u"Next"_s });
+    goTo(PageId::License);
     auto *license = control<QPlainTextEdit>();
     license->setPlainText(QString(license->toPlainText() + u"\n\n"_s).repeated(8));
     wait(50);
     shoot(u"license-long"_s);
     hover(license->verticalScrollBar(), u"license-long-hover"_s);
-    control<RadioOption>(u"I accept the license agreement"_s)->click();
-    goOn({ u"Next"_s, u"Next"_s });
+    goTo(PageId::Destination);
     control<DestinationPage>()->setPath(folder);
     wait(50);
     shoot(u"destination-long"_s);
-    goOn({ u"Next"_s });
+    goTo(PageId::Tasks);
     control<ToggleCheckbox>(u"Create a desktop shortcut"_s)->click();
-    goOn({ u"Next"_s });
+    goTo(PageId::Ready);
     shoot(u"ready-long-without-tasks"_s);
-    press(u"Install"_s);
-    progress(0.5, folder + uR"(\library\symbols\connectors\usb-c-24-pin-receptacle.sch)",
-             u"Extracting a file whose name is as long as the names that people give to files…"_s);
+    m_scene.goTo(PageId::Installing);
+    m_scene.report(
+        0.5, folder + uR"(\library\symbols\connectors\usb-c-24-pin-receptacle.sch)",
+        u"Extracting a file whose name is as long as the names that people give to files…"_s);
     wait(kSettled);
     shoot(u"installing-long"_s);
-    Q_EMIT m_engine.finished(true, QString());
+    m_scene.goTo(PageId::Finished);
     wait(4000);
     shoot(u"finished-long-without-shortcut"_s);
 
@@ -362,9 +288,7 @@ void Gallery::longTexts()
     shoot(u"update-available-not-found"_s);
 
     open(RunMode::Uninstall);
-    goOn({ u"Uninstall"_s });
-    Q_EMIT m_engine.finished(true, QString());
-    wait(kSettled);
+    goTo(PageId::UninstallComplete);
     shoot(u"uninstall-complete-preferences-kept"_s);
 }
 
@@ -381,13 +305,6 @@ int main(int argc, char *argv[])
     QApplication::setQuitOnLastWindowClosed(false);
     registerApplicationFonts();
     ThemeManager::instance().setDarkMode(arguments[2] == "dark"_L1);
-
-    // Engines that are started stand still; what they would say is said here.
-    Sandbox sandbox;
-    sandbox.setScenario("stall = forever\nstage = start\nstatus-path = never\nlog-none = yes\n");
-    sandbox.setRegistry(realisticRegistry());
-    qunsetenv("ProgramFiles");
-    qunsetenv("ProgramW6432");
 
     Gallery gallery(arguments[1]);
     gallery.install();

@@ -38,6 +38,8 @@ DestinationPage::DestinationPage(QWidget *parent) : QWidget(parent)
     layout->addSpacing(8);
 
     m_pathLabel = new QLabel(this);
+    // Or the markup of its tool tip would be read out.
+    m_pathLabel->setAccessibleDescription(caption->text());
     m_pathLabel->setTextFormat(Qt::PlainText);
     m_pathLabel->setFixedHeight(kPathHeight);
     m_pathLabel->setFont(monospacedFont(11));

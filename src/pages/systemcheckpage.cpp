@@ -7,20 +7,22 @@
 
 #include <QDir>
 
+#include <chrono>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int kFirstRowDelay = 120; // ms
-constexpr int kFirstWarningDelay = 160; // ms
-constexpr int kRowStagger = 110; // ms
+constexpr auto kFirstRowDelay = 120ms;
+constexpr auto kFirstWarningDelay = 160ms;
+constexpr auto kRowStagger = 110ms;
 constexpr int kWarningDuration = 400; // ms
 
 } // namespace
 
-SystemCheckPage::SystemCheckPage(QWidget *parent) : QWidget(parent)
+SystemCheckPage::SystemCheckPage(QWidget *parent) : QWidget(parent), m_warningDelay(this)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("Checking your system"),
@@ -50,9 +52,7 @@ SystemCheckPage::SystemCheckPage(QWidget *parent) : QWidget(parent)
     m_warningAnimation.setTargetObject(m_warningOpacity);
     m_warningAnimation.setPropertyName("opacity");
     m_warningAnimation.setDuration(kWarningDuration);
-    m_warningDelay.setSingleShot(true);
-    m_warningDelay.setTimerType(Qt::PreciseTimer);
-    connect(&m_warningDelay, &QTimer::timeout, this, [this] { glideTo(m_warningAnimation, 1.0); });
+    connect(&m_warningDelay, &DelayedStart::due, this, [this] { glideTo(m_warningAnimation, 1.0); });
 }
 
 void SystemCheckPage::runChecks(const QString &destinationPath)

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "widgets/delayedstart.h"
+
 #include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QList>
 #include <QPropertyAnimation>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -43,6 +44,6 @@ private:
     QLabel *m_warning;
     QGraphicsOpacityEffect *m_warningOpacity;
     QPropertyAnimation m_warningAnimation;
-    QTimer m_warningDelay;
+    DelayedStart m_warningDelay;
     bool m_warningNeeded = false;
 };

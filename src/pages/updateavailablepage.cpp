@@ -51,13 +51,14 @@ UpdateAvailablePage::UpdateAvailablePage(QWidget *parent) : QWidget(parent)
                    "Your settings and files will be kept."));
     layout->addSpacing(16);
 
+    // In reading order, which assistive technology follows.
     m_installed = versionChip(tr("Installed"), this);
-    m_available = versionChip(tr("Available"), this);
     auto *arrow = new QLabel(u"→"_s, this);
     QFont arrowFont = arrow->font();
     arrowFont.setPixelSize(13);
     arrow->setFont(arrowFont);
     setThemedStyleSheet(arrow, u"color:@INS_TX3;"_s);
+    m_available = versionChip(tr("Available"), this);
 
     auto *row = new QHBoxLayout;
     row->setSpacing(10);

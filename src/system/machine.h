@@ -15,6 +15,6 @@
 /// Folder of the system's own libraries; empty where there is none.
 [[nodiscard]] QString systemFolder();
 
-/// True if the user asked the desktop not to move things about. Where the desktop has no such
-/// setting, the environment variable VARNEL_REDUCED_MOTION set to 1 stands for it.
+/// True if the user asked the desktop not to move things about, or, as not every desktop has such a
+/// setting, if the environment variable VARNEL_REDUCED_MOTION is 1.
 [[nodiscard]] bool prefersReducedMotion();

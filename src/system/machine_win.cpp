@@ -27,6 +27,8 @@ QString systemFolder()
 
 bool prefersReducedMotion()
 {
+    if (qEnvironmentVariableIntValue("VARNEL_REDUCED_MOTION") == 1)
+        return true;
     BOOL animated = TRUE;
     return SystemParametersInfoW(SPI_GETCLIENTAREAANIMATION, 0, &animated, 0) && !animated;
 }

@@ -64,6 +64,12 @@ QRect visibleRect(const QImage &picture)
     return visible;
 }
 
+/// Opacity of a layer of `upper` on one of `lower`.
+double layered(double lower, double upper)
+{
+    return 1.0 - (1.0 - lower) * (1.0 - upper);
+}
+
 } // namespace
 
 AnimatedMark::AnimatedMark(QWidget *parent) : QWidget(parent), m_onScreen(this)
@@ -80,10 +86,8 @@ AnimatedMark::AnimatedMark(QWidget *parent) : QWidget(parent), m_onScreen(this)
         animation.setEndValue(1.0);
         animation.setDuration(int(entrance.duration.count()));
         animation.setEasingCurve(easing);
-        m_entranceDelays[i].setSingleShot(true);
-        m_entranceDelays[i].setTimerType(Qt::PreciseTimer);
-        m_entranceDelays[i].setInterval(entrance.delay);
-        connect(&m_entranceDelays[i], &QTimer::timeout, this,
+        m_entranceDelays[i] = std::make_unique<DelayedStart>(this);
+        connect(m_entranceDelays[i].get(), &DelayedStart::due, this,
                 [&animation] { playOnce(animation); });
     }
     connect(&m_onScreen, &OnScreenWatcher::changed, this, &AnimatedMark::updateDrift);
@@ -102,11 +106,9 @@ void AnimatedMark::replay()
     for (QPropertyAnimation &animation : m_entranceAnimations)
         animation.stop();
     for (size_t i = 0; i < kParts; ++i)
-        setEntrance(i, prefersReducedMotion() ? 1.0 : 0.0);
-    if (prefersReducedMotion())
-        return;
-    for (QTimer &delay : m_entranceDelays)
-        delay.start();
+        setEntrance(i, 0.0);
+    for (size_t i = 0; i < kParts; ++i)
+        m_entranceDelays[i]->start(entrances()[i].delay);
 }
 
 void AnimatedMark::setFill(double level)
@@ -159,70 +161,102 @@ QRectF AnimatedMark::targetRect() const
     return target;
 }
 
-void AnimatedMark::rasterize(double ratio)
+AnimatedMark::Picture AnimatedMark::rasterized(size_t first, size_t count, double down) const
 {
-    m_rasterRatio = ratio;
     const QSize size = (QSizeF(this->size()) * m_rasterRatio).toSize();
-    for (size_t i = 0; i < kParts; ++i) {
-        QImage picture(size, QImage::Format_ARGB32_Premultiplied);
-        picture.setDevicePixelRatio(m_rasterRatio);
-        picture.fill(Qt::transparent);
-        QPainter painter(&picture);
-        painter.setRenderHint(QPainter::Antialiasing);
+    QImage picture(size + QSize(0, 1), QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(m_rasterRatio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(0.0, down / m_rasterRatio);
+    for (size_t i = first; i < first + count; ++i)
         QSvgRenderer(entrances()[i].picture).render(&painter, targetRect());
-        painter.end();
-        // Every frame of an animation pays for each pixel of the pictures, the empty ones too.
-        const QRect visible = visibleRect(picture);
-        QImage part = picture.copy(visible);
-        part.setDevicePixelRatio(1.0);
-        m_pictures[i] = { QPixmap::fromImage(part), QPointF(visible.topLeft()) / m_rasterRatio };
-    }
+    painter.end();
+    // Every frame of an animation pays for each pixel of the pictures, the empty ones too. But with
+    // one of these all around, a scaled picture has soft edges without any antialiasing, which
+    // would make it twice as dear.
+    const QRect visible = visibleRect(picture).adjusted(-1, -1, 1, 1);
+    QImage cut = picture.copy(visible);
+    cut.setDevicePixelRatio(1.0);
+    return { QPixmap::fromImage(cut), QPointF(visible.topLeft()) / m_rasterRatio };
+}
+
+void AnimatedMark::rasterizeFor(double ratio)
+{
+    if (m_rasterRatio == ratio)
+        return;
+    m_rasterRatio = ratio;
+    m_wholes.fill({});
+    for (size_t i = 0; i < kParts; ++i)
+        m_parts[i] = rasterized(i, 1, 0.0);
 }
 
 void AnimatedMark::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    if (const double ratio = pixelRatio(painter); m_rasterRatio != ratio)
-        rasterize(ratio);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter.translate(0.0, m_driftOffset);
+    rasterizeFor(pixelRatio(painter));
     if (m_fill >= kFull) {
         // The colour lies on the ghost everywhere, so both go down in one.
-        paintParts(painter, kGhostOpacity, 1.0);
+        paintMark(painter, kGhostOpacity, 1.0);
         return;
     }
-    paintParts(painter, kGhostOpacity, 0.0);
+    paintMark(painter, kGhostOpacity, 0.0);
     QRectF filled = targetRect();
     filled.setTop(filled.bottom() - m_fill * filled.height());
-    painter.setClipRect(filled);
-    paintParts(painter, 0.0, 1.0);
+    painter.setClipRect(filled.translated(0.0, m_driftOffset));
+    paintMark(painter, 0.0, 1.0);
+}
+
+void AnimatedMark::paintMark(QPainter &painter, double ghost, double colour)
+{
+    if (m_entrance != std::array { 1.0, 1.0, 1.0, 1.0 }) {
+        paintParts(painter, ghost, colour);
+        return;
+    }
+    // It floats by less than a pixel at a time. A picture of its own for each step is sharper than
+    // one that is smoothed into its place, and much faster to draw.
+    const int steps = qRound(m_driftOffset * m_rasterRatio * kStepsPerPixel);
+    const int step = steps & (kStepsPerPixel - 1);
+    Picture &whole = m_wholes[size_t(step)];
+    if (whole.pixmap.isNull())
+        whole = rasterized(0, kParts, double(step) / kStepsPerPixel);
+    painter.save();
+    painter.setOpacity(layered(ghost, colour));
+    painter.translate(0.0, double(steps - step) / kStepsPerPixel / m_rasterRatio);
+    paintPicture(painter, whole);
+    painter.restore();
 }
 
 void AnimatedMark::paintParts(QPainter &painter, double ghost, double colour) const
 {
-    const QPointF centre = targetRect().center();
+    const QPointF centre = targetRect().center() + QPointF(0.0, m_driftOffset);
     for (size_t i = 0; i < kParts; ++i) {
         const double a = m_entrance[i];
         if (a <= kInvisible)
             continue;
         const Entrance &entrance = entrances()[i];
         const double scale = 1.0 - (1.0 - a) * entrance.shrinking;
-        painter.save();
         const double presence = qMin(a, 1.0);
-        painter.setOpacity(1.0 - (1.0 - ghost * presence) * (1.0 - colour * presence));
+        painter.save();
+        painter.setOpacity(layered(ghost * presence, colour * presence));
         painter.translate((1.0 - a) * entrance.offset + centre);
         painter.scale(scale, scale);
-        painter.translate(m_pictures[i].topLeft - centre);
-        painter.scale(1.0 / m_rasterRatio, 1.0 / m_rasterRatio);
-        if (m_driftOffset != 0.0) {
-            // A picture that is only translated is put on whole pixels, which is fast, and good
-            // enough for what comes flying in; but the mark would float in jerks.
-            constexpr double kNotOnlyTranslated = 1.0 + 1e-9;
-            painter.scale(kNotOnlyTranslated, kNotOnlyTranslated);
-        }
-        painter.drawPixmap(QPointF(), m_pictures[i].pixmap);
+        painter.translate(-targetRect().center());
+        paintPicture(painter, m_parts[i]);
         painter.restore();
     }
+}
+
+void AnimatedMark::paintPicture(QPainter &painter, const Picture &picture) const
+{
+    painter.translate(picture.topLeft);
+    painter.scale(1.0 / m_rasterRatio, 1.0 / m_rasterRatio);
+    // One that is only translated is put on whole pixels, where smoothing would change nothing but
+    // take three times as long.
+    painter.setRenderHint(QPainter::SmoothPixmapTransform,
+                          painter.deviceTransform().type() > QTransform::TxTranslate);
+    painter.drawPixmap(QPointF(), picture.pixmap);
 }
 
 void AnimatedMark::resizeEvent(QResizeEvent *)

@@ -1,19 +1,19 @@
 #pragma once
 
-#include "widgets/onscreenwatcher.h"
+#include "widgets/delayedstart.h"
 
 #include <QPixmap>
 #include <QPropertyAnimation>
-#include <QTimer>
 #include <QWidget>
 
 #include <array>
+#include <memory>
 
 /// The product's mark, drawn live: it assembles itself from four parts, fills with a run's progress
 /// over a faint ghost of itself, and floats while there is nothing to do.
 ///
 /// The parts are rasterised once per size and pixel ratio; every frame only moves, scales and fades
-/// those pictures.
+/// those pictures. So is the mark as a whole, once for each fraction of a pixel at which it floats.
 class AnimatedMark : public QWidget
 {
     Q_OBJECT
@@ -61,28 +61,36 @@ protected:
 private:
     static constexpr size_t kParts = 4;
 
-    /// One part as it looks in its place.
+    /// Steps of the floating mark from one device pixel to the next, a power of two.
+    static constexpr int kStepsPerPixel = 8;
+
+    /// Parts as they look in their place.
     struct Picture
     {
-        QPixmap pixmap; ///< in device pixels; no larger than what there is to see
+        QPixmap pixmap; ///< in device pixels; hardly larger than what there is to see
         QPointF topLeft; ///< in the widget
     };
 
     void setEntrance(size_t part, double progress);
     void updateDrift();
-    void rasterize(double ratio);
     [[nodiscard]] QRectF targetRect() const;
-    /// Paints every part that has come in, as one layer of each opacity on the other would look.
+    /// The parts from `first` on, `down` device pixels below their place.
+    [[nodiscard]] Picture rasterized(size_t first, size_t count, double down) const;
+    void rasterizeFor(double ratio);
+    /// Paints what has come in as one layer of each opacity on the other would look.
+    void paintMark(QPainter &painter, double ghost, double colour);
     void paintParts(QPainter &painter, double ghost, double colour) const;
+    void paintPicture(QPainter &painter, const Picture &picture) const;
 
     std::array<double, kParts> m_entrance {};
     double m_driftOffset = 0.0;
     double m_fill = 1.0;
     bool m_idle = false;
     std::array<QPropertyAnimation, kParts> m_entranceAnimations;
-    std::array<QTimer, kParts> m_entranceDelays;
+    std::array<std::unique_ptr<DelayedStart>, kParts> m_entranceDelays;
     QPropertyAnimation m_driftAnimation;
     OnScreenWatcher m_onScreen;
-    std::array<Picture, kParts> m_pictures;
+    std::array<Picture, kParts> m_parts;
+    std::array<Picture, kStepsPerPixel> m_wholes; ///< by step; made when they are first needed
     double m_rasterRatio = 0.0; ///< pixel ratio of the pictures; 0 before they are made
 };

@@ -1,15 +1,52 @@
 #include "widgets/animation.h"
 
 #include "system/machine.h"
+#include "widgets/onscreenwatcher.h"
 
 #include <QPropertyAnimation>
+#include <QWidget>
 
-void playOnce(QAbstractAnimation &animation)
+namespace {
+
+/// The widget that the animation moves, or that has the effect that it moves.
+QWidget *widgetOf(const QPropertyAnimation &animation)
 {
+    QObject *target = animation.targetObject();
+    return qobject_cast<QWidget *>(target->isWidgetType() ? target : target->parent());
+}
+
+void end(QPropertyAnimation &animation)
+{
+    animation.setCurrentTime(animation.totalDuration());
+}
+
+/// Brings `animation` to its end as soon as `widget` can be seen no longer.
+void endOutOfSight(QPropertyAnimation &animation, QWidget *widget)
+{
+    if (animation.findChild<OnScreenWatcher *>())
+        return; // it is seen to already
+    auto *watcher = new OnScreenWatcher(widget, &animation);
+    QObject::connect(watcher, &OnScreenWatcher::changed, &animation, [&animation](bool onScreen) {
+        if (!onScreen && animation.state() == QAbstractAnimation::Running)
+            end(animation);
+    });
+}
+
+} // namespace
+
+bool showsMotion(const QWidget *widget)
+{
+    return !prefersReducedMotion() && !isOutOfSight(widget);
+}
+
+void playOnce(QPropertyAnimation &animation)
+{
+    QWidget *widget = widgetOf(animation);
     animation.stop();
     animation.start();
-    if (prefersReducedMotion())
-        animation.setCurrentTime(animation.totalDuration());
+    endOutOfSight(animation, widget);
+    if (!showsMotion(widget))
+        end(animation);
 }
 
 void glideTo(QPropertyAnimation &animation, double target)

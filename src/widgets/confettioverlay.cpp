@@ -1,5 +1,7 @@
 #include "widgets/confettioverlay.h"
 
+#include "system/machine.h"
+
 #include <QEvent>
 #include <QPainter>
 #include <QRandomGenerator>
@@ -29,12 +31,13 @@ double uniform()
 
 } // namespace
 
-ConfettiOverlay::ConfettiOverlay(QWidget *parent) : QWidget(parent), m_timer(this)
+ConfettiOverlay::ConfettiOverlay(QWidget *parent) : QWidget(parent), m_timer(this), m_onScreen(this)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAttribute(Qt::WA_TranslucentBackground);
     m_timer.setInterval(kTick);
     connect(&m_timer, &QTimer::timeout, this, &ConfettiOverlay::tick);
+    connect(&m_onScreen, &OnScreenWatcher::changed, this, &ConfettiOverlay::updateTimer);
     parent->installEventFilter(this);
     setGeometry(parent->rect());
     hide();
@@ -49,7 +52,7 @@ bool ConfettiOverlay::eventFilter(QObject *watched, QEvent *event)
 
 void ConfettiOverlay::burst(const QPointF &origin, const QList<QColor> &colours)
 {
-    if (colours.isEmpty())
+    if (colours.isEmpty() || prefersReducedMotion())
         return;
     m_pieces.clear();
     m_pieces.reserve(kPieces);
@@ -71,7 +74,15 @@ void ConfettiOverlay::burst(const QPointF &origin, const QList<QColor> &colours)
     }
     raise();
     show();
-    m_timer.start();
+    updateTimer();
+}
+
+void ConfettiOverlay::updateTimer()
+{
+    if (m_pieces.empty() || isOutOfSight(this))
+        m_timer.stop();
+    else
+        m_timer.start();
 }
 
 double ConfettiOverlay::floor() const
@@ -94,8 +105,8 @@ void ConfettiOverlay::tick()
     }
     update();
     if (!anyAlive) {
-        m_timer.stop();
         m_pieces = {};
+        updateTimer();
         hide();
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/onscreenwatcher.h"
+
 #include <QColor>
 #include <QList>
 #include <QTimer>
@@ -8,7 +10,8 @@
 #include <vector>
 
 /// Lies over a whole window, lets one burst of paper pieces fly and fade, and hides itself when the
-/// last one is gone. Takes no mouse input, so the page beneath stays usable.
+/// last one is gone. Takes no mouse input, so the page beneath stays usable. Out of sight the pieces
+/// wait where they are.
 class ConfettiOverlay : public QWidget
 {
     Q_OBJECT
@@ -17,7 +20,7 @@ public:
     explicit ConfettiOverlay(QWidget *parent);
 
     /// Throws a new burst from `origin` (in this widget's coordinates), in place of any still
-    /// flying. Without colours nothing happens.
+    /// flying. Without colours, or where the user wants no motion, nothing happens.
     void burst(const QPointF &origin, const QList<QColor> &colours);
 
     /// Number of pieces in the air, dead ones included until the last one has died.
@@ -42,9 +45,11 @@ private:
         int age = 0; ///< ticks
     };
 
+    void updateTimer();
     void tick();
     [[nodiscard]] double floor() const;
 
     std::vector<Piece> m_pieces;
     QTimer m_timer;
+    OnScreenWatcher m_onScreen;
 };

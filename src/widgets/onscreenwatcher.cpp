@@ -3,9 +3,18 @@
 #include <QEvent>
 #include <QWidget>
 
-OnScreenWatcher::OnScreenWatcher(QWidget *widget) : QObject(widget), m_widget(widget)
+bool isOutOfSight(const QWidget *widget)
+{
+    const QWidget *window = widget->window();
+    const bool wasShown = window->windowHandle() != nullptr;
+    return window->isMinimized() || (wasShown && !window->isVisible());
+}
+
+OnScreenWatcher::OnScreenWatcher(QWidget *widget, QObject *parent)
+    : QObject(parent ? parent : widget), m_widget(widget)
 {
     widget->installEventFilter(this);
+    update(widget->isVisible());
 }
 
 bool OnScreenWatcher::eventFilter(QObject *watched, QEvent *event)
@@ -17,7 +26,7 @@ bool OnScreenWatcher::eventFilter(QObject *watched, QEvent *event)
             update(event->type() == QEvent::Show);
         break;
     case QEvent::WindowStateChange:
-        if (watched == m_window)
+        if (m_widget && watched == m_window)
             update(m_widget->isVisible());
         break;
     default:

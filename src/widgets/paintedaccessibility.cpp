@@ -53,6 +53,11 @@ private:
     ProgressTrack *m_track;
 };
 
+bool isPlainWindow(const QWidget &widget)
+{
+    return widget.isWindow() && widget.windowType() == Qt::Window;
+}
+
 QAccessibleInterface *createInterface(const QString &, QObject *object)
 {
     if (auto *row = qobject_cast<RevealRow *>(object))
@@ -62,6 +67,10 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
     if (qobject_cast<AnimatedMark *>(object) || qobject_cast<GifBadge *>(object)
         || qobject_cast<SealCheck *>(object))
         return new QAccessibleWidget(qobject_cast<QWidget *>(object), QAccessible::Graphic);
+    // A plain widget as a window is told about as one more box. Dialogs, menus and the like are
+    // windows of other types, and have an interface that knows what they are.
+    if (auto *widget = qobject_cast<QWidget *>(object); widget && isPlainWindow(*widget))
+        return new QAccessibleWidget(widget, QAccessible::Dialog);
     return nullptr;
 }
 

@@ -12,14 +12,12 @@ constexpr int kRevealDuration = 300; // ms
 } // namespace
 
 RevealRow::RevealRow(int slide, const QString &text, QWidget *parent)
-    : QWidget(parent), m_slide(slide), m_animation(this, "reveal")
+    : QWidget(parent), m_slide(slide), m_animation(this, "reveal"), m_delay(this)
 {
     setAccessibleName(text);
     m_animation.setDuration(kRevealDuration);
     m_animation.setEasingCurve(QEasingCurve::OutCubic);
-    m_delay.setSingleShot(true);
-    m_delay.setTimerType(Qt::PreciseTimer);
-    connect(&m_delay, &QTimer::timeout, this, [this] { setRevealed(true); });
+    connect(&m_delay, &DelayedStart::due, this, [this] { setRevealed(true); });
     repaintOnThemeChange(this);
 }
 
@@ -37,7 +35,7 @@ void RevealRow::setRevealed(bool revealed)
     glideTo(m_animation, revealed ? 1.0 : 0.0);
 }
 
-void RevealRow::revealAfter(int delay)
+void RevealRow::revealAfter(std::chrono::milliseconds delay)
 {
     m_delay.start(delay);
 }

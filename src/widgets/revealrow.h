@@ -1,7 +1,8 @@
 #pragma once
 
+#include "widgets/delayedstart.h"
+
 #include <QPropertyAnimation>
-#include <QTimer>
 #include <QWidget>
 
 /// A painted row that fades in while it slides up into its place. Derived rows paint themselves as
@@ -23,8 +24,8 @@ public:
     [[nodiscard]] bool isRevealed() const { return m_revealed; }
     /// Sends the row to its shown or hidden state from wherever it is; does nothing if it is there.
     void setRevealed(bool revealed);
-    /// Shows the row in `delay` milliseconds, counted anew by every call.
-    void revealAfter(int delay);
+    /// Shows the row after `delay`, counted anew by every call.
+    void revealAfter(std::chrono::milliseconds delay);
     /// Hides the row at once, and for good if it was only to be shown later.
     void resetReveal();
 
@@ -37,5 +38,5 @@ private:
     double m_reveal = 0.0;
     bool m_revealed = false;
     QPropertyAnimation m_animation;
-    QTimer m_delay;
+    DelayedStart m_delay;
 };

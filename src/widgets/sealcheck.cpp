@@ -1,6 +1,5 @@
 #include "widgets/sealcheck.h"
 
-#include "system/machine.h"
 #include "theme/themed.h"
 #include "widgets/animation.h"
 
@@ -30,7 +29,8 @@ constexpr int kCheckSteps = 24;
 SealCheck::SealCheck(QWidget *parent)
     : QWidget(parent),
       m_circleAnimation(this, "circleProgress"),
-      m_checkAnimation(this, "checkProgress")
+      m_checkAnimation(this, "checkProgress"),
+      m_checkDelay(this)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     for (QPropertyAnimation *animation : { &m_circleAnimation, &m_checkAnimation }) {
@@ -41,9 +41,7 @@ SealCheck::SealCheck(QWidget *parent)
     m_circleAnimation.setEasingCurve(QEasingCurve::OutBack);
     m_checkAnimation.setDuration(kCheckDuration);
     m_checkAnimation.setEasingCurve(QEasingCurve::OutCubic);
-    m_checkDelay.setSingleShot(true);
-    m_checkDelay.setTimerType(Qt::PreciseTimer);
-    connect(&m_checkDelay, &QTimer::timeout, this, [this] { playOnce(m_checkAnimation); });
+    connect(&m_checkDelay, &DelayedStart::due, this, [this] { playOnce(m_checkAnimation); });
     repaintOnThemeChange(this);
 }
 
@@ -64,7 +62,7 @@ void SealCheck::play()
     playOnce(m_circleAnimation);
     m_checkAnimation.stop();
     setCheckProgress(0.0);
-    m_checkDelay.start(prefersReducedMotion() ? 0ms : kCheckDelay);
+    m_checkDelay.start(kCheckDelay);
 }
 
 void SealCheck::paintEvent(QPaintEvent *)

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "widgets/delayedstart.h"
+
 #include <QPropertyAnimation>
-#include <QTimer>
 #include <QWidget>
 
 /// The round seal of success: a disc pops in, then a check mark draws itself. Paints nothing until
@@ -36,5 +37,5 @@ private:
     double m_checkProgress = 0.0;
     QPropertyAnimation m_circleAnimation;
     QPropertyAnimation m_checkAnimation;
-    QTimer m_checkDelay;
+    DelayedStart m_checkDelay;
 };

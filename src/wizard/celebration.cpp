@@ -20,20 +20,17 @@ const QList<QColor> &confettiColours()
 
 } // namespace
 
-Celebration::Celebration(QWidget *window) : QObject(window), m_confetti(new ConfettiOverlay(window))
+Celebration::Celebration(QWidget *window) : QObject(window), m_confetti(new ConfettiOverlay(window)), m_delay(window)
 {
     m_confetti->lower();
-    m_delay.setSingleShot(true);
-    m_delay.setTimerType(Qt::PreciseTimer);
-    m_delay.setInterval(kConfettiDelay);
-    connect(&m_delay, &QTimer::timeout, this, &Celebration::burst);
+    connect(&m_delay, &DelayedStart::due, this, &Celebration::burst);
 }
 
 void Celebration::start(SealCheck *seal)
 {
     m_seal = seal;
     m_seal->play();
-    m_delay.start();
+    m_delay.start(kConfettiDelay);
 }
 
 void Celebration::stop()

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QObject>
-#include <QTimer>
+#include "widgets/delayedstart.h"
 
 class ConfettiOverlay;
 class SealCheck;
@@ -26,5 +25,5 @@ private:
 
     ConfettiOverlay *m_confetti;
     SealCheck *m_seal = nullptr;
-    QTimer m_delay;
+    DelayedStart m_delay;
 };

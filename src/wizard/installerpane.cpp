@@ -1,7 +1,7 @@
 #include "wizard/installerpane.h"
 
-#include "system/machine.h"
 #include "theme/themed.h"
+#include "widgets/animation.h"
 
 #include <QGraphicsOpacityEffect>
 #include <QPainter>
@@ -38,8 +38,12 @@ void addFade(QParallelAnimationGroup *group, QWidget *page, int duration, double
 
 } // namespace
 
-InstallerPane::InstallerPane(QWidget *parent) : QWidget(parent)
+InstallerPane::InstallerPane(QWidget *parent) : QWidget(parent), m_onScreen(this)
 {
+    connect(&m_onScreen, &OnScreenWatcher::changed, this, [this](bool onScreen) {
+        if (!onScreen)
+            endTransition();
+    });
     repaintOnThemeChange(this);
 }
 
@@ -53,13 +57,9 @@ void InstallerPane::addPage(QWidget *page)
 
 void InstallerPane::setCurrentPage(QWidget *page, bool animate)
 {
-    if (m_transition) {
-        m_transition->disconnect(this);
-        m_transition->stop();
-        settle();
-    }
+    endTransition();
     QWidget *previous = std::exchange(m_current, page);
-    if (!animate || !previous || prefersReducedMotion()) {
+    if (!animate || !previous || !showsMotion(this)) {
         m_outgoing = previous == page ? nullptr : previous;
         page->show();
         page->raise();
@@ -93,6 +93,15 @@ void InstallerPane::takeOut(QWidget *page, QParallelAnimationGroup *transition)
     addFade(transition, page, kOutgoingDuration, 1.0, 0.0);
     addAnimation(transition, page, "geometry", kOutgoingDuration, place,
                  place.translated(-kSlide, 0));
+}
+
+void InstallerPane::endTransition()
+{
+    if (!m_transition)
+        return;
+    m_transition->disconnect(this);
+    m_transition->stop();
+    settle();
 }
 
 void InstallerPane::settle()

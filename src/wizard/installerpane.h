@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/onscreenwatcher.h"
+
 #include <QParallelAnimationGroup>
 #include <QPointer>
 #include <QWidget>
@@ -27,6 +29,7 @@ protected:
 private:
     void bringIn(QWidget *page, QParallelAnimationGroup *transition);
     void takeOut(QWidget *page, QParallelAnimationGroup *transition);
+    void endTransition();
     /// Leaves `m_current` as the one visible page, at rest.
     void settle();
 
@@ -35,4 +38,5 @@ private:
     QWidget *m_outgoing =
         nullptr; ///< only while a transition runs, and not if a page follows itself
     QPointer<QParallelAnimationGroup> m_transition;
+    OnScreenWatcher m_onScreen;
 };

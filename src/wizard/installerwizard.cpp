@@ -25,6 +25,7 @@
 #include "wizard/installerrail.h"
 #include "wizard/installertitlebar.h"
 #include "wizard/installingpage.h"
+#include "wizard/nativewindow.h"
 #include "wizard/runplan.h"
 #include "wizard/uninstallingpage.h"
 #include "wizard/updatingpage.h"
@@ -51,7 +52,7 @@ constexpr auto kIdleDelay = 780ms;
 } // namespace
 
 InstallerWizard::InstallerWizard(QWidget *parent)
-    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_idleDelay(this)
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setFixedSize(kWindowSize);
@@ -65,14 +66,11 @@ InstallerWizard::InstallerWizard(QWidget *parent)
             [this](const QString &path) { progressPage()->setCurrentFile(path); });
     connect(&m_simulation, &SimulatedRun::finished, this, &InstallerWizard::completeRun);
 
-    for (QTimer *delay : { &m_finishDelay, &m_idleDelay }) {
-        delay->setSingleShot(true);
-        delay->setTimerType(Qt::PreciseTimer);
-    }
+    m_finishDelay.setSingleShot(true);
+    m_finishDelay.setTimerType(Qt::PreciseTimer);
     m_finishDelay.setInterval(kFinishDelay);
-    m_idleDelay.setInterval(kIdleDelay);
     connect(&m_finishDelay, &QTimer::timeout, this, &InstallerWizard::enterFinish);
-    connect(&m_idleDelay, &QTimer::timeout, m_rail->mark(), &AnimatedMark::startIdle);
+    connect(&m_idleDelay, &DelayedStart::due, m_rail->mark(), &AnimatedMark::startIdle);
 }
 
 InstallerWizard::~InstallerWizard() = default;
@@ -153,6 +151,7 @@ void InstallerWizard::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (std::exchange(m_wasShown, true))
         return;
+    presentWindow(*this);
     // Once more when the window is on screen, so that the entrance is seen; but not over the head
     // of a user who was quick enough to be somewhere else already.
     QTimer::singleShot(0, this, [this] {
@@ -417,5 +416,5 @@ void InstallerWizard::enterFinish()
     }
     m_celebration->start(m_runMode == RunMode::Update ? m_updateFinished->seal()
                                                       : m_finished->seal());
-    m_idleDelay.start();
+    m_idleDelay.start(kIdleDelay);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "widgets/delayedstart.h"
 #include "wizard/pageflow.h"
 #include "wizard/simulatedrun.h"
 
@@ -106,7 +107,7 @@ private:
     std::array<QMetaObject::Connection, 4> m_engineConnections;
     SimulatedRun m_simulation;
     QTimer m_finishDelay; ///< the last look at a completed run
-    QTimer m_idleDelay; ///< from the finish page to the mark's floating
+    DelayedStart m_idleDelay; ///< from the finish page to the mark's floating
     bool m_wasShown = false;
     bool m_isClosing = false;
 };

@@ -1,6 +1,5 @@
 """An engine that misbehaves: what the user is told, and what it costs."""
 
-import subprocess
 import unittest
 
 from testcase import ENGINE, WizardTestCase
@@ -32,15 +31,6 @@ class Failures(WizardTestCase):
             wizard = self.start("--uninstall", "--uninstaller", self.uninstaller())
             wizard.click("Uninstall")
             self.assert_failure(wizard, sentence)
-
-    def uninstaller(self):
-        """An uninstaller that an installation has left."""
-        folder = self.sandbox.root / "left"
-        if not folder.exists():
-            honest = dict(self.sandbox.environment)
-            honest.pop("VARNEL_ENGINE_SCENARIO", None)
-            subprocess.run([ENGINE, "/VERYSILENT", f"/DIR={folder}"], check=True, env=honest)
-        return folder / "unins000.exe"
 
     def test_missing_engine_is_reported(self):
         missing = self.sandbox.root / "gone" / "setup.exe"

@@ -1,6 +1,7 @@
 """What the end-to-end tests share: a sandbox each, and a wizard that has to keep quiet."""
 
 import os
+import subprocess
 import unittest
 
 from wizard import Sandbox, Wizard
@@ -26,6 +27,15 @@ class WizardTestCase(unittest.TestCase):
         wizard.walk_to_ready()
         wizard.click("Install")
         return wizard
+
+    def uninstaller(self):
+        """An uninstaller that an installation has left."""
+        folder = self.sandbox.root / "left"
+        if not folder.exists():
+            honest = dict(self.sandbox.environment)
+            honest.pop("VARNEL_ENGINE_SCENARIO", None)
+            subprocess.run([ENGINE, "/VERYSILENT", f"/DIR={folder}"], check=True, env=honest)
+        return folder / "unins000.exe"
 
     def end(self, wizard, button):
         """Ends the wizard by a button; it must end well."""

@@ -118,7 +118,7 @@ class Wizard:
         with open(self.stderr_path, "ab") as stderr:
             self.process = subprocess.Popen(
                 [self.program, *map(str, arguments)],
-                env=sandbox.environment, stdin=subprocess.DEVNULL,
+                env=sandbox.environment, cwd=sandbox.root, stdin=subprocess.DEVNULL,
                 stdout=stderr, stderr=stderr)
         self.application = wait_until(self._find_application, "the wizard on the accessibility bus")
         wait_until(lambda: self.window_id(), "the wizard's window")
@@ -254,6 +254,13 @@ class Wizard:
         """Clicks a button, option or check box with the mouse."""
         x, y = self.centre_of(name)
         subprocess.run(["xdotool", "mousemove", str(x), str(y), *["click", "1"] * times], check=True)
+
+    def click_in_turn(self, *names):
+        """Clicks where these buttons are now, as fast as can be."""
+        places = {name: [str(number) for number in self.centre_of(name)] for name in names}
+        subprocess.run(["xdotool", *[word for name in names
+                                     for word in ("mousemove", *places[name], "click", "1")]],
+                       check=True)
 
     def press(self, *keys):
         """Presses keys by their X names."""

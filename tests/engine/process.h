@@ -10,7 +10,8 @@
 /// What this process has read through system calls so far, in bytes; -1 where the system won't say.
 [[nodiscard]] qint64 bytesRead();
 
-/// Whether there is a process with this number, an ended one that nobody has waited for included.
+/// Whether there is a process with this number, an ended one included that nobody has waited for on
+/// systems where somebody has to.
 [[nodiscard]] bool processExists(qint64 processId);
 
 /// Makes a FIFO; false if it cannot be made or if the system has none.

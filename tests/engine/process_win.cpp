@@ -23,11 +23,11 @@ qint64 bytesRead()
 
 bool processExists(qint64 processId)
 {
-    const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, DWORD(processId));
-    if (!process)
-        return false;
+    // An ended one is there as long as somebody has it open, which is no fault of its own.
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, DWORD(processId));
+    const bool isRunning = process && WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
     CloseHandle(process);
-    return true;
+    return isRunning;
 }
 
 bool makeFifo(const QString &)

@@ -278,7 +278,7 @@ void TestInstallerEngine::uninstall()
 
         const QList<QStringList> runs = sandbox.engineRuns();
         QCOMPARE(runs.size(), 2);
-        const QStringList expected { uninstaller, u"/VERYSILENT"_s, u"/SUPPRESSMSGBOXES"_s,
+        const QStringList expected { native(uninstaller), u"/VERYSILENT"_s, u"/SUPPRESSMSGBOXES"_s,
                                      u"/NORESTART"_s, u"/STATUSFILE="_s + native(status) };
         QCOMPARE(runs.last(), expected);
     }

@@ -141,7 +141,7 @@ void TestInstallerEngineFailures::programThatCannotStart()
 {
     QFETCH(const QString, program);
     EngineRun run("");
-    run.sandbox.write(u"text.exe"_s, "#!/bin/sh\nexit 0\n");
+    run.sandbox.write(u"text.exe"_s, "No program.");
     QFile rubbish(run.sandbox.write(u"rubbish.exe"_s, QByteArray(1000, '\x01')));
     QVERIFY(rubbish.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     QVERIFY(QDir().mkpath(run.sandbox.path(u"folder"_s)));

@@ -171,8 +171,8 @@ void TestLicenseText::hugeFileIsShownWhole()
 
 void TestLicenseText::folderNameIsLiteral()
 {
-    m_sandbox.write(u"a&b <i>%2 %1/LICENSE.txt"_s, "Here");
-    QCOMPARE(licenseText(m_sandbox.path(u"a&b <i>%2 %1"_s)), u"Here"_s);
+    m_sandbox.write(Sandbox::oddName() + u"/LICENSE.txt", "Here");
+    QCOMPARE(licenseText(m_sandbox.path(Sandbox::oddName())), u"Here"_s);
     QCOMPARE(licenseText(m_sandbox.path(u"no such folder"_s)), kBuiltIn);
 }
 

@@ -84,6 +84,7 @@ private Q_SLOTS:
     void resetVoidsPendingStarts();
     void newRunVoidsPendingStarts();
     void smartAppControlCanBeSet();
+    void smartAppControlSwitchedOffTakesTheWarningAway();
     void smartAppControlWithoutRows();
     void fits();
 
@@ -383,6 +384,26 @@ void TestSystemCheckPage::smartAppControlCanBeSet()
     page.startReveal();
     QTRY_VERIFY_WITH_TIMEOUT(watch.shots().contains(kLastShot), 10'000);
     QCOMPARE(watch.shots(), rowShots());
+}
+
+void TestSystemCheckPage::smartAppControlSwitchedOffTakesTheWarningAway()
+{
+    recordSmartAppControl(1);
+    ManualClock clock;
+    TimerWatch watch;
+    SystemCheckPage page;
+    page.resize(kPageSize);
+    page.show();
+    page.runChecks({});
+    page.startReveal();
+    QTRY_VERIFY_WITH_TIMEOUT(watch.shots().contains(kWarningShot), 10'000);
+    clock.pass(150);
+    QVERIFY(warningOpacity(page) > 0.0);
+    page.setSmartAppControlOn(false);
+    QCOMPARE(warningOpacity(page), 0.0);
+    QVERIFY(!warningOf(page)->isVisible());
+    clock.pass(400); // it does not go on either
+    QCOMPARE(warningOpacity(page), 0.0);
 }
 
 void TestSystemCheckPage::smartAppControlWithoutRows()

@@ -1,5 +1,7 @@
 #include "support/sandbox.h"
 
+#include "support/environment.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,17 +16,17 @@ Sandbox::Sandbox() : m_registry(path(u"registry.json"_s))
          { u"temp"_s, u"home"_s, u"desktop"_s, u"appdata"_s, u"programs"_s })
         QDir(m_folder.path()).mkpath(folder);
     for (const char *variable : { "TMPDIR", "TMP", "TEMP" })
-        setVariable(variable, tempFolder());
+        changeVariable(variable, tempFolder());
     for (const char *variable : { "HOME", "USERPROFILE" })
-        setVariable(variable, path(u"home"_s));
-    setVariable("XDG_DESKTOP_DIR", path(u"desktop"_s));
-    setVariable("APPDATA", path(u"appdata"_s));
-    setVariable("ProgramFiles", path(u"programs"_s));
-    setVariable("VARNEL_REGISTRY_JSON", path(u"registry.json"_s));
-    setVariable("VARNEL_LAUNCH_RECORD", path(u"launches.txt"_s));
-    setVariable("VARNEL_ENGINE_RECORD", path(u"engine-runs.txt"_s));
-    setVariable("VARNEL_ENGINE_DELAY_MS", u"0"_s);
-    setVariable("VARNEL_ENGINE_SCENARIO", path(u"scenario.txt"_s));
+        changeVariable(variable, path(u"home"_s));
+    changeVariable("XDG_DESKTOP_DIR", path(u"desktop"_s));
+    changeVariable("APPDATA", path(u"appdata"_s));
+    changeVariable("ProgramFiles", path(u"programs"_s));
+    changeVariable("VARNEL_REGISTRY_JSON", path(u"registry.json"_s));
+    changeVariable("VARNEL_LAUNCH_RECORD", path(u"launches.txt"_s));
+    changeVariable("VARNEL_ENGINE_RECORD", path(u"engine-runs.txt"_s));
+    changeVariable("VARNEL_ENGINE_DELAY_MS", u"0"_s);
+    changeVariable("VARNEL_ENGINE_SCENARIO", path(u"scenario.txt"_s));
     setScenario({});
 }
 
@@ -32,16 +34,16 @@ Sandbox::~Sandbox()
 {
     for (const Variable &variable : std::as_const(m_saved)) {
         if (variable.wasSet)
-            qputenv(variable.name, variable.value);
+            setVariable(variable.name, variable.value);
         else
             qunsetenv(variable.name);
     }
 }
 
-void Sandbox::setVariable(const char *name, const QString &value)
+void Sandbox::changeVariable(const char *name, const QString &value)
 {
-    m_saved.append({ name, qgetenv(name), qEnvironmentVariableIsSet(name) });
-    qputenv(name, QDir::toNativeSeparators(value).toLocal8Bit());
+    m_saved.append({ name, qEnvironmentVariable(name), qEnvironmentVariableIsSet(name) });
+    setVariable(name, QDir::toNativeSeparators(value));
 }
 
 QString Sandbox::setupEngine()
@@ -52,6 +54,17 @@ QString Sandbox::setupEngine()
 QString Sandbox::path(const QString &name) const
 {
     return m_folder.filePath(name);
+}
+
+QString Sandbox::nativePath(const QString &name) const
+{
+    return QDir::toNativeSeparators(path(name));
+}
+
+QString Sandbox::oddName()
+{
+    // Windows knows no names with angle brackets.
+    return QDir::separator() == u'\\' ? u"a&b %2 %1"_s : u"a&b <i>%2 %1"_s;
 }
 
 QStringList Sandbox::tempFiles() const

@@ -23,6 +23,10 @@ public:
 
     /// Absolute path of `name` in the sandbox.
     [[nodiscard]] QString path(const QString &name) const;
+    /// The same in the way that this system writes paths.
+    [[nodiscard]] QString nativePath(const QString &name) const;
+    /// A name that a folder may have here, with signs that careless code takes for something else.
+    [[nodiscard]] static QString oddName();
     /// Folder that the process takes for the system's temp folder.
     [[nodiscard]] QString tempFolder() const { return path(QStringLiteral("temp")); }
     /// Names of the files in the temp folder, sorted.
@@ -44,19 +48,21 @@ public:
     [[nodiscard]] QStringList storedRegistry() const { return m_registry.content(); }
     /// What the stand-in engine has recorded; it never touches a real registry.
     [[nodiscard]] QJsonObject registry() const;
+    /// Makes that what this process reads. Where there is no real registry, it is already.
+    void adoptRegistry() const { setRegistry(registry()); }
     /// Records an installed copy the way the setup engine does, machine-wide.
     void recordInstallation(const QString &version, const QString &location,
                             const QString &uninstallString = {}) const;
 
 private:
-    void setVariable(const char *name, const QString &value);
+    void changeVariable(const char *name, const QString &value);
 
     QTemporaryDir m_folder;
     RegistryStore m_registry;
     struct Variable
     {
-        QByteArray name;
-        QByteArray value;
+        const char *name;
+        QString value;
         bool wasSet;
     };
     QList<Variable> m_saved;

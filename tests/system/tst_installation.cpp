@@ -1,3 +1,4 @@
+#include "support/environment.h"
 #include "support/sandbox.h"
 #include "system/installation.h"
 
@@ -121,7 +122,7 @@ void TestInstallation::eachValueIsLookedForByItself()
                                QJsonObject { { u"DisplayVersion"_s, u"3.0"_s },
                                              { u"InstallLocation"_s, u"/users/own"_s } } } });
     QCOMPARE(installedVersion(), u"1.0"_s);
-    QCOMPARE(::installLocation(), u"/users/own"_s);
+    QCOMPARE(::installLocation(), QDir::toNativeSeparators(u"/users/own"_s));
 }
 
 void TestInstallation::nothingRecorded()
@@ -201,40 +202,45 @@ void TestInstallation::isInstalled()
 
 void TestInstallation::defaultInstallDir_data()
 {
-    QTest::addColumn<QByteArray>("programFiles"); // null: unset
-    QTest::addColumn<QByteArray>("programW6432");
+    QTest::addColumn<QString>("programFiles"); // null: unset
+    QTest::addColumn<QString>("programW6432");
     QTest::addColumn<QString>("folder");
+    const QString unset;
     const QString fallback = uR"(C:\Program Files\Varnel Schematics)"_s;
-    QTest::newRow("both") << "/a"_ba
-                          << "/b"_ba << u"/a/Varnel Schematics"_s;
-    QTest::newRow("first alone") << "/a"_ba << QByteArray() << u"/a/Varnel Schematics"_s;
-    QTest::newRow("second alone") << QByteArray() << "/b"_ba << u"/b/Varnel Schematics"_s;
-    QTest::newRow("first empty") << ""_ba
-                                 << "/b"_ba << u"/b/Varnel Schematics"_s;
-    QTest::newRow("neither") << QByteArray() << QByteArray() << fallback;
-    QTest::newRow("both empty") << ""_ba
-                                << ""_ba << fallback;
-    QTest::newRow("separator at the end") << "/a/"_ba << QByteArray() << u"/a/Varnel Schematics"_s;
-    QTest::newRow("blanks, signs, other scripts") << "/Мои программы %1 & co"_ba << QByteArray()
-                                                  << u"/Мои программы %1 & co/Varnel Schematics"_s;
-    QTest::newRow("missing folder") << "/not/there/at/all"_ba
-                                    << "/tmp"_ba << u"/not/there/at/all/Varnel Schematics"_s;
+    QTest::newRow("both") << u"{root}a"_s << u"{root}b"_s << u"{root}a/Varnel Schematics"_s;
+    QTest::newRow("first alone") << u"{root}a"_s << unset << u"{root}a/Varnel Schematics"_s;
+    QTest::newRow("second alone") << unset << u"{root}b"_s << u"{root}b/Varnel Schematics"_s;
+    QTest::newRow("first empty") << u""_s << u"{root}b"_s << u"{root}b/Varnel Schematics"_s;
+    QTest::newRow("neither") << unset << unset << fallback;
+    QTest::newRow("both empty") << u""_s << u""_s << fallback;
+    QTest::newRow("separator at the end")
+        << u"{root}a/"_s << unset << u"{root}a/Varnel Schematics"_s;
+    QTest::newRow("blanks, signs, other scripts")
+        << u"{root}Мои программы %1 & co"_s << unset
+        << u"{root}Мои программы %1 & co/Varnel Schematics"_s;
+    QTest::newRow("missing folder") << u"{root}not/there/at/all"_s << u"{root}tmp"_s
+                                    << u"{root}not/there/at/all/Varnel Schematics"_s;
 }
 
 void TestInstallation::defaultInstallDir()
 {
-    QFETCH(const QByteArray, programFiles);
-    QFETCH(const QByteArray, programW6432);
-    QFETCH(const QString, folder);
-    const auto set = [](const char *name, const QByteArray &value) {
-        return value.isNull() ? qunsetenv(name) : qputenv(name, value);
+    QFETCH(QString, programFiles);
+    QFETCH(QString, programW6432);
+    QFETCH(QString, folder);
+    const auto native = [](QString text) {
+        return QDir::toNativeSeparators(text.replace(u"{root}"_s, QDir::rootPath()));
     };
-    const auto restore = qScopeGuard([old = qgetenv("ProgramW6432")] {
-        old.isNull() ? qunsetenv("ProgramW6432") : qputenv("ProgramW6432", old);
-    });
-    QVERIFY(set("ProgramFiles", programFiles));
-    QVERIFY(set("ProgramW6432", programW6432));
-    QCOMPARE(::defaultInstallDir(), folder);
+    const auto set = [&](const char *name, const QString &value) {
+        if (value.isNull())
+            qunsetenv(name);
+        else
+            setVariable(name, native(value));
+    };
+    const auto restore = qScopeGuard(
+        [&, old = qEnvironmentVariable("ProgramW6432")] { set("ProgramW6432", old); });
+    set("ProgramFiles", programFiles);
+    set("ProgramW6432", programW6432);
+    QCOMPARE(::defaultInstallDir(), native(folder));
 }
 
 void TestInstallation::registryInt_data()

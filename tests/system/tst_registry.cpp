@@ -129,12 +129,12 @@ void TestRegistry::namesIgnoreCase_data()
     QTest::newRow("key in capitals")
         << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\GRÖßE)"_s << u"DisplayVersion"_s;
     QTest::newRow("key in small letters")
-        << uR"(hkey_local_machine\software\größe)"_s << u"DisplayVersion"_s;
+        << uR"(HKEY_LOCAL_MACHINE\software\größe)"_s << u"DisplayVersion"_s;
     QTest::newRow("name in capitals")
         << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s << u"DISPLAYVERSION"_s;
     QTest::newRow("name in small letters")
         << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s << u"displayversion"_s;
-    QTest::newRow("both") << uR"(HKEY_Local_Machine\Software\GRÖßE)"_s << u"displayVERSION"_s;
+    QTest::newRow("both") << uR"(HKEY_LOCAL_MACHINE\Software\GRÖßE)"_s << u"displayVERSION"_s;
 }
 
 void TestRegistry::namesIgnoreCase()

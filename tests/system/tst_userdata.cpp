@@ -1,3 +1,4 @@
+#include "support/environment.h"
 #include "support/sandbox.h"
 #include "system/userdata.h"
 
@@ -123,10 +124,8 @@ void TestUserData::rootIsCleaned()
 void TestUserData::otherScripts()
 {
     const QString name = u"Дані %1 & більше"_s;
-    if (QString::fromLocal8Bit(name.toLocal8Bit()) != name)
-        QSKIP("The environment of this system does not hold such a name.");
     m_sandbox->write(name + "/Varnel Schematics/Varnel Schematics/x"_L1, "gone");
-    qputenv("APPDATA", m_sandbox->path(name).toLocal8Bit());
+    setVariable("APPDATA", m_sandbox->path(name));
     removeUserData();
     QVERIFY(!QFileInfo::exists(m_sandbox->path(name + "/Varnel Schematics/Varnel Schematics"_L1)));
     QVERIFY(QFileInfo::exists(m_sandbox->path(name + "/Varnel Schematics"_L1)));

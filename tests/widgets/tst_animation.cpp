@@ -2,14 +2,16 @@
 #include "pages/strictwarnings.h"
 #include "widgets/animation.h"
 
+#include <QGraphicsOpacityEffect>
 #include <QPropertyAnimation>
 #include <QSignalSpy>
+#include <QWidget>
 
 namespace {
 
 constexpr int kDuration = 200;
 
-class Subject : public QObject
+class Subject : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(double level READ level WRITE setLevel)
@@ -47,6 +49,13 @@ private Q_SLOTS:
     void reducedMotionEndsAtOnce();
     void reducedMotionGlidesAtOnce();
     void reducedMotionIsAskedEachTime();
+    void runsInAWindowThatIsYetToBeShown();
+    void endsWithTheSight_data();
+    void endsWithTheSight();
+    void endsAtOnceOutOfSight_data();
+    void endsAtOnceOutOfSight();
+    void runsAgainInSight();
+    void effectEndsWithItsWidget();
     void invisible();
 };
 
@@ -231,6 +240,116 @@ void TestAnimation::reducedMotionIsAskedEachTime()
     QCOMPARE(subject.level(), 1.0);
     clock.pass(kDuration);
     QCOMPARE(subject.level(), 0.0);
+}
+
+void TestAnimation::runsInAWindowThatIsYetToBeShown()
+{
+    ManualClock clock;
+    Subject subject;
+    QPropertyAnimation animation(&subject, "level");
+    animation.setDuration(kDuration);
+    glideTo(animation, 1.0);
+    QCOMPARE(animation.state(), QAbstractAnimation::Running);
+    subject.show();
+    QCOMPARE(animation.state(), QAbstractAnimation::Running);
+    QVERIFY(subject.level() < 1.0);
+}
+
+void TestAnimation::endsWithTheSight_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("widget hides") << 0;
+    QTest::newRow("window hides") << 1;
+    QTest::newRow("window is minimised") << 2;
+}
+
+void TestAnimation::endsWithTheSight()
+{
+    QFETCH(const int, way);
+    ManualClock clock;
+    QWidget window;
+    auto *subject = new Subject;
+    subject->setParent(&window);
+    window.show();
+    QPropertyAnimation animation(subject, "level");
+    animation.setDuration(kDuration);
+    const QSignalSpy finished(&animation, &QAbstractAnimation::finished);
+    for (double target : { 1.0, 0.25 }) { // the second time around it is watched already
+        window.showNormal();
+        subject->show();
+        glideTo(animation, target);
+        QCOMPARE(animation.state(), QAbstractAnimation::Running);
+        if (way == 0)
+            subject->hide();
+        else if (way == 1)
+            window.hide();
+        else
+            window.showMinimized();
+        QTRY_COMPARE_WITH_TIMEOUT(animation.state(), QAbstractAnimation::Stopped, 10'000);
+        QCOMPARE(subject->level(), target);
+    }
+    QCOMPARE(finished.count(), 2);
+}
+
+void TestAnimation::endsAtOnceOutOfSight_data()
+{
+    QTest::addColumn<bool>("minimised");
+    QTest::newRow("hidden") << false;
+    QTest::newRow("minimised") << true;
+}
+
+void TestAnimation::endsAtOnceOutOfSight()
+{
+    QFETCH(const bool, minimised);
+    ManualClock clock;
+    QWidget window;
+    auto *subject = new Subject;
+    subject->setParent(&window);
+    window.show();
+    if (minimised)
+        window.showMinimized();
+    else
+        window.hide();
+    QPropertyAnimation animation(subject, "level");
+    animation.setDuration(kDuration);
+    glideTo(animation, 0.8);
+    QCOMPARE(animation.state(), QAbstractAnimation::Stopped);
+    QCOMPARE(subject->level(), 0.8);
+    QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10'000);
+}
+
+void TestAnimation::runsAgainInSight()
+{
+    ManualClock clock;
+    Subject subject;
+    subject.show();
+    QPropertyAnimation animation(&subject, "level");
+    animation.setDuration(kDuration);
+    subject.showMinimized();
+    glideTo(animation, 0.8);
+    subject.showNormal();
+    glideTo(animation, 0.2);
+    QCOMPARE(animation.state(), QAbstractAnimation::Running);
+    QCOMPARE(subject.level(), 0.8);
+    clock.pass(kDuration);
+    QCOMPARE(subject.level(), 0.2);
+}
+
+void TestAnimation::effectEndsWithItsWidget()
+{
+    ManualClock clock;
+    QWidget window;
+    auto *label = new QWidget(&window);
+    auto *effect = new QGraphicsOpacityEffect(label);
+    effect->setOpacity(0.0);
+    label->setGraphicsEffect(effect);
+    window.show();
+    QPropertyAnimation animation(effect, "opacity");
+    animation.setDuration(kDuration);
+    glideTo(animation, 1.0);
+    QCOMPARE(animation.state(), QAbstractAnimation::Running);
+    window.hide();
+    QCOMPARE(effect->opacity(), 1.0);
 }
 
 void TestAnimation::invisible()

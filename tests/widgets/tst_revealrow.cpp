@@ -12,6 +12,7 @@
 #include <QPainter>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -147,7 +148,7 @@ void TestRevealRow::delayed()
 {
     TimerWatch timers;
     Row row;
-    row.revealAfter(70);
+    row.revealAfter(70ms);
     QVERIFY(!row.isRevealed());
     QTRY_VERIFY_WITH_TIMEOUT(row.isRevealed(), 10000);
     QCOMPARE(timers.shots(), QList<int>({ 70 }));
@@ -159,13 +160,13 @@ void TestRevealRow::delayIsCountedAnew()
 {
     TimerWatch timers;
     Row row;
-    row.revealAfter(1);
-    row.revealAfter(90);
-    row.revealAfter(50);
+    row.revealAfter(1ms);
+    row.revealAfter(90ms);
+    row.revealAfter(50ms);
     QTRY_VERIFY_WITH_TIMEOUT(row.isRevealed(), 10000);
     QCOMPARE(timers.shots(), QList<int>({ 50 }));
     Row other; // a later shot than any that could still come
-    other.revealAfter(120);
+    other.revealAfter(120ms);
     QTRY_VERIFY_WITH_TIMEOUT(other.isRevealed(), 10000);
     QCOMPARE(timers.shots(), QList<int>({ 50, 120 }));
 }
@@ -193,8 +194,8 @@ void TestRevealRow::resetForgetsTheDelay()
     TimerWatch timers;
     Row row;
     Row later;
-    row.revealAfter(20);
-    later.revealAfter(60);
+    row.revealAfter(20ms);
+    later.revealAfter(60ms);
     row.resetReveal();
     QTRY_VERIFY_WITH_TIMEOUT(later.isRevealed(), 10000);
     QVERIFY(!row.isRevealed());
@@ -206,7 +207,7 @@ void TestRevealRow::shownBeforeItsDelayEnds()
     ManualClock clock;
     TimerWatch timers;
     Row row;
-    row.revealAfter(60);
+    row.revealAfter(60ms);
     row.setRevealed(true);
     clock.pass(kDuration / 2);
     const double half = row.reveal();

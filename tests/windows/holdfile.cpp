@@ -19,4 +19,5 @@ int wmain(int count, wchar_t **arguments)
     std::puts("held");
     std::fflush(stdout);
     Sleep(INFINITE);
+    return 0;
 }

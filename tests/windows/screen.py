@@ -10,8 +10,9 @@ from world import PATIENCE, World, dos, wait_until
 
 SETUP = os.environ["VARNEL_SETUP"]
 WIDTH, HEIGHT = 680, 474
-# Where the pages are; the mark to their left never rests.
-PANE = (197, 37, WIDTH - 197, HEIGHT - 37)
+# Where the pages are, and what is below them. The mark to the left of them never rests.
+PANE = (197, 37, WIDTH - 197, 388)
+STATUS = (10, 434, 390, 32)
 TITLE_BUTTONS = {"minimize": (620, 18), "close": (660, 18)}
 # The right button ends here on every page, however wide it is.
 PRIMARY = (648, 450)
@@ -19,33 +20,46 @@ PRIMARY = (648, 450)
 ZOOM = 3
 
 
+# What looks alike in some font is one and the same.
+ALIKE = str.maketrans({"|": "i", "l": "i", "1": "i", "!": "i", "0": "o"})
+
+
 def compact(text):
-    """Without blanks and letter case, which nobody reads reliably from a picture."""
-    return re.sub(r"\s", "", text).lower()
+    """Letters and digits only; the rest nobody reads reliably from a picture."""
+    return re.sub(r"[^a-z0-9|!]", "", text.lower()).translate(ALIKE)
 
 
 class Words:
-    """What is written on a picture, with places in window coordinates."""
+    """What is written on a page, with places in window coordinates."""
 
-    def __init__(self, table):
+    def __init__(self):
         self.words = []
+
+    def add(self, table, left, top):
+        """Adds what was found in the part of the window that begins there."""
         for line in table.splitlines()[1:]:
             fields = line.split("\t")
             if len(fields) == 12 and fields[11].strip() and float(fields[10]) >= 0:
-                left, top, width, height = (int(field) / ZOOM for field in fields[6:10])
-                self.words.append((fields[11], round(left + width / 2), round(top + height / 2)))
-        self.text = " ".join(word for word, _, _ in self.words)
+                x, y, width, height = (int(field) / ZOOM for field in fields[6:10])
+                self.words.append((fields[11], round(left + x + width / 2),
+                                   round(top + y + height / 2)))
+
+    @property
+    def text(self):
+        return " ".join(word for word, _, _ in self.words)
 
     def __contains__(self, text):
         return compact(text) in compact(self.text)
 
     def place(self, text):
-        """Centre of the first word of the last place where `text` stands."""
-        wanted = compact(text)
-        for index in range(len(self.words) - 1, -1, -1):
-            here = compact("".join(word for word, _, _ in self.words[index:]))
-            if here.startswith(wanted):
-                return self.words[index][1:]
+        """Centre of the word with which `text` begins, where it stands last."""
+        letters, owners = "", []
+        for index, (word, _, _) in enumerate(self.words):
+            letters += compact(word)
+            owners += [index] * len(compact(word))
+        position = letters.rfind(compact(text))
+        if position >= 0:
+            return self.words[owners[position]][1:]
         raise AssertionError(f"{text!r} is not on screen: {self.text}")
 
 
@@ -96,19 +110,21 @@ class Wizard:
 
     def read(self):
         """Reads the page as it is now."""
-        x, y, width, height = PANE
-        picture = subprocess.run(
-            ["import", "-silent", "-window", self.window, "png:-"], capture_output=True).stdout
-        large = subprocess.run(
-            ["convert", "png:-", "-colorspace", "Gray", "-resize", f"{ZOOM * 100}%", "png:-"],
-            input=picture, capture_output=True, check=True).stdout
-        table = subprocess.run(
-            ["tesseract", "-", "-", "--psm", "11", "tsv"], input=large, capture_output=True,
-            env={**os.environ, "OMP_THREAD_LIMIT": "1"}, check=True).stdout.decode()
-        self.page = Words(table)
-        return self.page
+        page = Words()
+        # The page as scattered texts, the status at the bottom as a single line.
+        for (x, y, width, height), layout in ((PANE, "11"), (STATUS, "7")):
+            picture = subprocess.run(
+                ["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-",
+                 "-colorspace", "Gray", "-auto-level", "-resize", f"{ZOOM * 100}%", "png:-"],
+                input=self.pixels((x, y, width, height)), capture_output=True).stdout
+            table = subprocess.run(
+                ["tesseract", "-", "-", "--psm", layout, "tsv"], input=picture,
+                capture_output=True, env={**os.environ, "OMP_THREAD_LIMIT": "1"}).stdout.decode()
+            page.add(table, x, y)
+        self.page = page
+        return page
 
-    def wait_page(self, text, patience=PATIENCE):
+    def wait_page(self, text, patience=PATIENCE / 2):
         """Waits until a page at rest says `text`."""
         end = time.monotonic() + patience
         while True:
@@ -142,21 +158,36 @@ class Wizard:
         self.click_at(PRIMARY)
         return self.wait_page(text)
 
+    def choose_folder(self, folder):
+        """Chooses a folder in the system's own dialog, which takes only one that exists."""
+        self.world.path(folder).mkdir(parents=True)
+        self.click("Change")
+        dialog = wait_until(lambda: self._search("Select .*"), "the folder dialog")
+        subprocess.run(["xdotool", "windowfocus", "--sync", dialog], check=True)
+        self.press("Home", "shift+End")
+        self.type(folder)
+        self.press("Return")
+        wait_until(lambda: not self._search("Select .*"), "the end of the folder dialog")
+        self.wait_page(folder)
+
     def walk_to_ready(self, folder=None, desktop_shortcut=True):
         """From the welcome page to the last one before an installation."""
         self.wait_page("Welcome to the Varnel Schematics Setup Wizard")
         self.next("License Agreement")
         self.click("I accept the license agreement")
-        self.next("requirements checked")
+        self.next("requirement(s) checked")
         self.next("Select Destination Location")
         if folder:
-            self.click("C:\\")
-            self.press("ctrl+a")
-            self.type(folder)
+            self.choose_folder(folder)
         self.next("Select Additional Tasks")
         if not desktop_shortcut:
             self.click("Create a desktop shortcut")
         self.next("Ready to Install")
+
+    def close(self):
+        """Ends the wizard by its title bar; returns its exit code."""
+        self.click_at(TITLE_BUTTONS["close"])
+        return self.wait_end()
 
     def wait_end(self, patience=PATIENCE):
         return self.process.wait(timeout=patience)

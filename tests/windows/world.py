@@ -90,7 +90,7 @@ class World:
         found = []
         for folder in Path("/proc").iterdir():
             try:
-                if (name in (folder / "cmdline").read_bytes().decode(errors="replace")
+                if (name in (folder / "cmdline").read_bytes().split(b"\0")[0].decode(errors="replace")
                         and f"WINEPREFIX={self.folder}/".encode() in
                         (folder / "environ").read_bytes()):
                     found.append(int(folder.name))
@@ -133,10 +133,21 @@ class World:
         self.run("regedit", "/E", dos(file), root)
         return file.read_text(encoding="utf-16")
 
-    def values(self, key, root="HKEY_LOCAL_MACHINE"):
-        """Names and texts of one key, or nothing if there is no such key."""
-        text = self.registry(f"{root}\\{key}")
-        return dict(re.findall(r'^(?:"([^"]*)"|@)="(.*)"$', text.replace("\\\\", "\\"), re.MULTILINE))
+    def keys(self, root="HKEY_LOCAL_MACHINE"):
+        """Every key of a root, in lower case, with the lines below it."""
+        keys = {}
+        for line in self.registry(root).splitlines():
+            if line.startswith("["):
+                lines = keys.setdefault(line.strip("[]").lower(), [])
+            elif line and keys:
+                lines.append(line)
+        return keys
+
+    @staticmethod
+    def values(lines):
+        """Names and texts among the lines of a key; the key's own text has the name @."""
+        found = re.findall(r'^(?:"([^"]*)"|(@))="(.*)"$', "\n".join(lines), re.MULTILINE)
+        return {name or at: re.sub(r"\\(.)", r"\1", text) for name, at, text in found}
 
     def import_registry(self, keys):
         """Writes keys: full path to a table of names and texts (or numbers)."""
@@ -156,4 +167,5 @@ class World:
         assert code == 0, output
 
     def uninstall_entry(self):
-        return self.values(UNINSTALL)
+        key = f"HKEY_LOCAL_MACHINE\\{UNINSTALL}".lower()
+        return self.values(self.keys().get(key, []))

@@ -200,7 +200,7 @@ void TestInstallerWizardClosing::onlyTheFirstCallActs()
 void TestInstallerWizardClosing::openStartsTheApplicationOnce()
 {
     WizardDriver driver;
-    const QString folder = driver.sandbox.path(u"programs/Varnel Schematics"_s);
+    const QString folder = driver.sandbox.nativePath(u"programs/Varnel Schematics"_s);
     QVERIFY(install(driver));
     const int code = WizardDriver::runUntilQuit([&] {
         driver.button(u"Open Varnel Schematics"_s)->click();
@@ -211,16 +211,16 @@ void TestInstallerWizardClosing::openStartsTheApplicationOnce()
     QCOMPARE(code, 0);
     QTRY_COMPARE_WITH_TIMEOUT(launches(driver).size(), 1, kPatience);
     QVERIFY(staysQuiet());
-    const QByteArray expected = (folder + u"/VarnelSolutions.exe\t").toUtf8()
-        + QFileInfo(folder).canonicalFilePath().toUtf8();
-    QCOMPARE(launches(driver), QByteArrayList { expected });
+    const QString where = QDir::toNativeSeparators(QFileInfo(folder).canonicalFilePath());
+    const QString expected = folder + QDir::separator() + u"VarnelSolutions.exe\t" + where;
+    QCOMPARE(launches(driver), QByteArrayList { expected.toUtf8() });
 }
 
 // The copy that was updated, wherever it lies.
 void TestInstallerWizardClosing::openAfterAnUpdate()
 {
     WizardDriver driver;
-    const QString folder = driver.sandbox.path(u"elsewhere/a&b <i>%2 %1"_s);
+    const QString folder = driver.sandbox.nativePath(u"elsewhere/"_s + Sandbox::oddName());
     QVERIFY(QDir().mkpath(folder));
     driver.sandbox.recordInstallation(u"1.6.8"_s, folder + u'/');
     driver.show(RunMode::Update);
@@ -229,7 +229,8 @@ void TestInstallerWizardClosing::openAfterAnUpdate()
     QCOMPARE(
         WizardDriver::runUntilQuit([&] { QVERIFY(driver.press(u"Open Varnel Schematics"_s)); }), 0);
     QTRY_COMPARE_WITH_TIMEOUT(launches(driver).size(), 1, kPatience);
-    QVERIFY(launches(driver).first().startsWith((folder + u"/VarnelSolutions.exe\t").toUtf8()));
+    const QString program = folder + QDir::separator() + u"VarnelSolutions.exe\t";
+    QVERIFY(launches(driver).first().startsWith(program.toUtf8()));
 }
 
 void TestInstallerWizardClosing::closeStartsNothing()

@@ -213,7 +213,7 @@ void TestInstallerWizardPages::systemCheckIsStoppedOnLeaving()
 
 void TestInstallerWizardPages::choicesAreKept()
 {
-    const QString folder = u"/opt/a&b <i>%2 %1"_s;
+    const QString folder = QDir::toNativeSeparators(u"/opt/a&b <i>%2 %1"_s);
     WizardDriver driver;
     driver.show(RunMode::Install);
     QVERIFY(driver.goToReadyPage());
@@ -255,6 +255,7 @@ void TestInstallerWizardPages::updateOfferTellsTheVersions()
     QFETCH(QString, location);
     QFETCH(QString, installedText);
     QFETCH(QString, folderText);
+    folderText = QDir::toNativeSeparators(folderText);
     WizardDriver driver;
     driver.sandbox.recordInstallation(version, location);
     driver.show(RunMode::Update);

@@ -34,11 +34,12 @@ const QString kFinishing = u"Finishing up…"_s;
 /// Installs a copy into the driver's world, as it would be found by a later start of the wizard.
 QString installCopy(WizardDriver &driver)
 {
-    const QString folder = driver.sandbox.path(u"installed/Varnel Schematics"_s);
+    const QString folder = driver.sandbox.nativePath(u"installed/Varnel Schematics"_s);
     QSignalSpy finished(&driver.engine, &InstallerEngine::finished);
     driver.engine.startInstall(folder, {});
     if (!finished.wait(kPatience) || !finished.first().first().toBool())
         qFatal("The copy could not be installed");
+    driver.sandbox.adoptRegistry();
     return folder;
 }
 
@@ -65,7 +66,6 @@ private Q_SLOTS:
     void preferencesGoOnlyAfterTheEnd();
     void givenUninstallerGoesFirst();
     void uninstallerIsFoundInTheRegistry();
-    void quickStartIsNeitherLostNorDoubled();
     void abandonedRunIsSilent();
     void secondRunReplacesTheFirst();
 };
@@ -82,7 +82,7 @@ void TestInstallerWizardRuns::install_data()
     QTest::addColumn<bool>("shortcut");
     QTest::newRow("with a shortcut") << u"target/Varnel Schematics"_s << true;
     QTest::newRow("without a shortcut") << u"target/Varnel Schematics"_s << false;
-    QTest::newRow("markup in the folder's name") << u"target/a&b <i>%2 %1"_s << true;
+    QTest::newRow("markup in the folder's name") << QString(u"target/"_s + Sandbox::oddName()) << true;
     QTest::newRow("other letters") << u"Schaltpläne/電路"_s << false;
 }
 
@@ -105,7 +105,7 @@ void TestInstallerWizardRuns::install()
 
     const QList<QStringList> runs = driver.sandbox.engineRuns();
     QCOMPARE(runs.size(), 1);
-    QCOMPARE(runs.first().first(), Sandbox::setupEngine());
+    QCOMPARE(runs.first().first(), QDir::toNativeSeparators(Sandbox::setupEngine()));
     QCOMPARE(
         runs.first().sliced(1, 5),
         (QStringList { u"/VERYSILENT"_s, u"/SUPPRESSMSGBOXES"_s, u"/NORESTART"_s, u"/DIR="_s + path,
@@ -193,7 +193,7 @@ void TestInstallerWizardRuns::figuresOfARun()
 void TestInstallerWizardRuns::halfWay()
 {
     WizardDriver driver;
-    const QString folder = driver.sandbox.path(u"programs/Varnel Schematics"_s);
+    const QString folder = driver.sandbox.nativePath(u"programs/Varnel Schematics"_s);
     driver.sandbox.setScenario("stall = forever\nstage = half\n");
     driver.show(RunMode::Install);
     QVERIFY(driver.goToReadyPage());
@@ -297,6 +297,7 @@ void TestInstallerWizardRuns::uninstall()
     QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UninstallCompletePage>(), kPatience);
 
     QVERIFY(!QFileInfo::exists(folder));
+    driver.sandbox.adoptRegistry();
     QVERIFY(installedVersion().isEmpty());
     const QByteArray kept = deletePreferences ? QByteArray() : QByteArray("colour = blue\n");
     QCOMPARE(driver.sandbox.read(kPreferences), kept);
@@ -332,7 +333,7 @@ void TestInstallerWizardRuns::givenUninstallerGoesFirst()
 {
     WizardDriver driver;
     const QString folder = installCopy(driver);
-    const QString given = driver.sandbox.path(u"given/unins000.exe"_s);
+    const QString given = driver.sandbox.nativePath(u"given/unins000.exe"_s);
     QVERIFY(QDir().mkpath(QFileInfo(given).path()));
     QVERIFY(QFile::copy(Sandbox::setupEngine(), given));
     driver.wizard.setUninstallerPath(given);
@@ -350,22 +351,8 @@ void TestInstallerWizardRuns::uninstallerIsFoundInTheRegistry()
     driver.show(RunMode::Uninstall);
     QVERIFY(driver.press(u"Uninstall"_s));
     QTRY_VERIFY_WITH_TIMEOUT(driver.sandbox.engineRuns().size() == 2, kPatience);
-    QCOMPARE(driver.sandbox.engineRuns().last().first(), folder + u"/unins000.exe");
+    QCOMPARE(driver.sandbox.engineRuns().last().first(), folder + QDir::separator() + u"unins000.exe");
     QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UninstallCompletePage>(), kPatience);
-}
-
-// Faster than the window itself, which enters its first page again once it is on screen.
-void TestInstallerWizardRuns::quickStartIsNeitherLostNorDoubled()
-{
-    WizardDriver driver;
-    installCopy(driver);
-    driver.wizard.setRunMode(RunMode::Update);
-    driver.wizard.show();
-    driver.button(u"Update Now"_s)->click();
-    driver.button(u"Update"_s)->click();
-    QVERIFY(driver.shows<UpdatingPage>());
-    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UpdateFinishedPage>(), kPatience);
-    QCOMPARE(driver.sandbox.engineRuns().size(), 2); // the first one made the copy
 }
 
 void TestInstallerWizardRuns::abandonedRunIsSilent()

@@ -148,7 +148,7 @@ void InstallRun::leaveUninstaller()
     m_log.line("Saving uninstall information.");
     const fs::path program = m_made.folder / product::kUninstaller;
     std::error_code error;
-    fs::copy_file(m_ownExecutable, program, fs::copy_options::overwrite_existing, error);
+    platform::copyOver(m_ownExecutable, program, error);
     if (error) {
         throw FileError("Setup was unable to write the file \"" + toUtf8(program)
                         + "\": " + error.message() + ".");

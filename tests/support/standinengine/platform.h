@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 /// Everything that differs between systems: platform_unix.cpp and platform_win.cpp define it.
@@ -29,6 +30,10 @@ struct Shortcut
 /// A shortcut on the user's desktop that starts the target in its folder. Throws FileError when
 /// there is no desktop.
 [[nodiscard]] Shortcut desktopShortcut(const std::filesystem::path &target);
+
+/// Copies a file over another or to where none is; false if it cannot be.
+bool copyOver(const std::filesystem::path &from, const std::filesystem::path &to,
+              std::error_code &error);
 
 /// Makes the stand-in for the installed application, which notes each of its launches.
 void writeApplication(const std::filesystem::path &file);

@@ -102,6 +102,11 @@ Shortcut desktopShortcut(const fs::path &target)
                  + replaced(toUtf8(target.parent_path()), "\\", "\\\\") + "\nTerminal=false\n" };
 }
 
+bool copyOver(const fs::path &from, const fs::path &to, std::error_code &error)
+{
+    return fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
+}
+
 void writeApplication(const fs::path &file)
 {
     writeFile(file, kApplicationScript);

@@ -27,6 +27,7 @@ constexpr wchar_t kPipeHolderVariable[] = L"VARNEL_ENGINE_PIPE_HOLDER";
 constexpr std::pair<std::string_view, UINT> kSignals[] = {
     { "11", 0xC0000005 },  { "SEGV", 0xC0000005 }, { "ILL", 0xC000001D },  { "FPE", 0xC000008E },
     { "BUS", 0xC0000006 }, { "TRAP", 0x80000003 }, { "ABRT", 0xC0000409 }, { "KILL", 0xC000013A },
+    { "TERM", 0xC000013A },
 };
 
 UINT exceptionCode(std::string_view signal)
@@ -95,12 +96,19 @@ Shortcut desktopShortcut(const fs::path &target)
                  + "\r\n" };
 }
 
+bool copyOver(const fs::path &from, const fs::path &to, std::error_code &error)
+{
+    // GCC's copy_file() takes any file that is there for the same one.
+    const bool isDone = CopyFileW(from.c_str(), to.c_str(), FALSE);
+    error.assign(isDone ? 0 : static_cast<int>(GetLastError()), std::system_category());
+    return isDone;
+}
+
 void writeApplication(const fs::path &file)
 {
     // A copy of this program: under that name it notes its launch.
     std::error_code error;
-    fs::copy_file(ownExecutable({}), file, fs::copy_options::overwrite_existing, error);
-    if (error) {
+    if (!copyOver(ownExecutable({}), file, error)) {
         throw FileError("Setup was unable to write the file \"" + toUtf8(file)
                         + "\": " + error.message() + ".");
     }
@@ -112,9 +120,9 @@ bool removeOwnExecutable(const fs::path &file)
 {
     if (DeleteFileW(file.c_str()))
         return true;
-    // A running program cannot be deleted, but it can be moved out of the way.
-    const fs::path parked =
-        fs::temp_directory_path() / ("standin-" + std::to_string(GetCurrentProcessId()) + ".exe");
+    // A running program cannot be deleted, but it can be moved out of the folder that is to go.
+    const fs::path parked = file.parent_path().parent_path()
+        / ("standin-" + std::to_string(GetCurrentProcessId()) + ".exe");
     if (!MoveFileExW(file.c_str(), parked.c_str(), MOVEFILE_REPLACE_EXISTING))
         return false;
     MoveFileExW(parked.c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT);

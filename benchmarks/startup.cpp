@@ -1,0 +1,156 @@
+// How long a program takes from its start to its first painted frame, and what memory it has then,
+// beside another one.
+//
+//   bench_startup <program> [<argument>...] -- <yardstick> [<argument>...]
+//
+// To be run on a bare X display of 680 × 474 pixels, without a window manager, so that any first
+// frame covers the middle of the screen: benchmarks/startup does all of that. The two take turns,
+// so that what else the machine does hits both.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr int kRuns = 15;
+constexpr auto kPatience = 60s;
+constexpr auto kLook = 500us; ///< how often the screen is looked at
+constexpr auto kSettle = 300ms; ///< until memory is read: the entrance is on its way
+
+class Screen
+{
+public:
+    Screen() : m_connection(xcb_connect(nullptr, nullptr))
+    {
+        if (xcb_connection_has_error(m_connection)) {
+            std::fprintf(stderr, "There is no X display.\n");
+            std::exit(1);
+        }
+        m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+    }
+    ~Screen() { xcb_disconnect(m_connection); }
+    Screen(const Screen &) = delete;
+    Screen &operator=(const Screen &) = delete;
+
+    [[nodiscard]] std::uint32_t middle() const
+    {
+        const auto cookie = xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root->root,
+                                          std::int16_t(m_root->width_in_pixels / 2),
+                                          std::int16_t(m_root->height_in_pixels / 2), 1, 1, ~0U);
+        xcb_get_image_reply_t *reply = xcb_get_image_reply(m_connection, cookie, nullptr);
+        const std::uint8_t *bytes = xcb_get_image_data(reply);
+        const std::uint32_t pixel = std::uint32_t(bytes[0] | bytes[1] << 8 | bytes[2] << 16);
+        std::free(reply);
+        return pixel;
+    }
+
+private:
+    xcb_connection_t *m_connection;
+    xcb_screen_t *m_root;
+};
+
+struct Result
+{
+    double milliseconds = 0.0;
+    double megabytes = 0.0; ///< proportional share of what is mapped
+};
+
+double memoryOf(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/smaps_rollup");
+    for (std::string word; file >> word;) {
+        double kilobytes = 0.0;
+        if (word == "Pss:" && file >> kilobytes)
+            return kilobytes / 1024;
+    }
+    return 0.0;
+}
+
+Result runOnce(const Screen &screen, std::vector<char *> command)
+{
+    const std::uint32_t empty = screen.middle();
+    command.push_back(nullptr);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+    pid_t process = 0;
+    const auto start = Clock::now();
+    if (posix_spawnp(&process, command[0], nullptr, &attributes, command.data(), environ) != 0) {
+        std::fprintf(stderr, "%s does not start.\n", command[0]);
+        std::exit(1);
+    }
+    while (screen.middle() == empty) {
+        if (Clock::now() - start > kPatience) {
+            std::fprintf(stderr, "%s shows nothing.\n", command[0]);
+            std::exit(1);
+        }
+        std::this_thread::sleep_for(kLook);
+    }
+    const std::chrono::duration<double, std::milli> time = Clock::now() - start;
+    std::this_thread::sleep_for(kSettle);
+    const double memory = memoryOf(process);
+    kill(-process, SIGKILL);
+    waitpid(process, nullptr, 0);
+    while (screen.middle() != empty)
+        std::this_thread::sleep_for(kLook);
+    return { time.count(), memory };
+}
+
+double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    std::vector<char *> commands[2];
+    int which = 0;
+    for (int i = 1; i < argc; ++i) {
+        if (std::string(argv[i]) == "--")
+            which = 1;
+        else
+            commands[which].push_back(argv[i]);
+    }
+    if (commands[0].empty() || commands[1].empty()) {
+        std::fprintf(stderr, "usage: bench_startup <program>... -- <yardstick>...\n");
+        return 1;
+    }
+    const Screen screen;
+    std::vector<double> times[2];
+    std::vector<double> memory[2];
+    for (int run = 0; run <= kRuns; ++run) {
+        for (int i : { 0, 1 }) {
+            const Result result = runOnce(screen, commands[i]);
+            if (run == 0)
+                continue; // caches are warm from here on
+            times[i].push_back(result.milliseconds);
+            memory[i].push_back(result.megabytes);
+        }
+    }
+    std::printf("start to first frame   %7.1f ms   yardstick %7.1f ms   %.2f x\n", median(times[0]),
+                median(times[1]), median(times[0]) / median(times[1]));
+    std::printf("memory %lld ms later   %7.1f MB   yardstick %7.1f MB   %+.1f MB\n",
+                static_cast<long long>(std::chrono::milliseconds(kSettle).count()),
+                median(memory[0]), median(memory[1]), median(memory[0]) - median(memory[1]));
+    return 0;
+}

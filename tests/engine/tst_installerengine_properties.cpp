@@ -1,0 +1,258 @@
+#include "engine/enginerecord.h"
+#include "engine/installerengine.h"
+#include "support/sandbox.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+// What holds whatever happens: runs that end, crash, are stopped or begun anew at any moment, from
+// outside or by whoever hears a signal. The moments are drawn; VARNEL_SEED draws the same again.
+class TestInstallerEngineProperties : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void interleavings();
+};
+
+namespace {
+
+constexpr int kSequences = 40;
+constexpr int kStepsPerSequence = 6;
+
+const QByteArrayList kScenarios {
+    "",
+    "delay-ms = 1",
+    "finish-at-once = yes",
+    "finish-at-once = yes\nexit-code = 3",
+    "exit-code = 4\nstage = half\nmessage-box = Full.",
+    "exit-code = 2\nstage = start",
+    "exit-code = 5\nlog-none = yes",
+    "crash = KILL\nstage = start",
+    "crash = SEGV\nstage = before-status",
+    "crash = ABRT\nstage = half",
+    "crash = KILL\nstage = end",
+    "stall = 0.03\nstage = half",
+    "stall = forever\nstage = half\nignore-termination = yes",
+    "stall = 0.02\ncrash = SEGV\nstage = half",
+    "progress = 80\nprogress = 20\nprogress = nan\nprogress = 1e9\nprogress = -4",
+    "progress = 99.9999\nprogress = 100\nprogress = 0\ndelay-ms = 2",
+    "status-style = half\ndelay-ms = 1",
+    "status-path = deleted",
+    "hold-pipes = 0.2\nexit-code = 1",
+};
+
+/// Judges every signal as it comes. A run is what one call of a start function begins.
+class Judge : public QObject
+{
+public:
+    explicit Judge(InstallerEngine &engine)
+    {
+        connect(&engine, &InstallerEngine::progress, this, [this](double fraction) {
+            judgeWord("progress");
+            check(fraction >= 0.0 && fraction <= 1.0, "progress outside 0 to 1");
+            check(fraction >= m_fraction, "progress went backwards");
+            m_fraction = fraction;
+        });
+        connect(&engine, &InstallerEngine::currentFile, this, [this] { judgeWord("a file"); });
+        connect(&engine, &InstallerEngine::statusChanged, this, [this] { judgeWord("a status"); });
+        connect(&engine, &InstallerEngine::finished, this, &Judge::judgeEnd);
+    }
+
+    void runBegins()
+    {
+        m_fraction = 0.0;
+        m_state = State::Running;
+    }
+    void runIsStopped() { m_state = State::Silent; }
+
+    /// The start that is under way can only fail, at once, whatever runs besides.
+    void expectRefusal(const std::function<void()> &start)
+    {
+        m_refusals = 0;
+        m_isRefusing = true;
+        start();
+        m_isRefusing = false;
+        check(m_refusals == 1, "a refused start must end once, at once");
+    }
+
+    [[nodiscard]] bool isRunning() const { return m_state == State::Running; }
+
+    QStringList complaints;
+    int ends = 0;
+
+private:
+    enum class State { Silent, Running, Crashed };
+
+    void judgeWord(const char *what)
+    {
+        // A crash is reported before the last poll, whose words may still follow.
+        check(m_state != State::Silent, "%1 out of a run that has ended or was stopped"_L1, what);
+    }
+
+    void judgeEnd(bool ok, const QString &error)
+    {
+        if (m_isRefusing) {
+            check(!ok && !error.isEmpty(), "a refused start needs a sentence");
+            ++m_refusals;
+            return;
+        }
+        ++ends;
+        check(m_state == State::Running, "a second end");
+        check(ok == error.isEmpty(), "an error without a sentence, or a success with one");
+        check(!ok || m_fraction == 1.0, "success without reaching 1");
+        m_state = error == u"Process crashed" ? State::Crashed : State::Silent;
+    }
+
+    void check(bool holds, const char *complaint)
+    {
+        if (!holds)
+            complaints << QString::fromLatin1(complaint);
+    }
+    void check(bool holds, QLatin1StringView complaint, const char *what)
+    {
+        if (!holds)
+            complaints << QString(complaint).arg(QString::fromLatin1(what));
+    }
+
+    State m_state = State::Silent;
+    double m_fraction = 0.0;
+    bool m_isRefusing = false;
+    int m_refusals = 0;
+};
+
+/// One engine that is driven about at random.
+class Sequence : public QObject
+{
+public:
+    explicit Sequence(quint32 seed) : m_random(seed)
+    {
+        m_engine->setSetupExecutable(Sandbox::setupEngine());
+        const auto meddle = [this] {
+            if (m_random.bounded(12) == 0)
+                act();
+        };
+        connect(m_engine.get(), &InstallerEngine::progress, this, meddle);
+        connect(m_engine.get(), &InstallerEngine::currentFile, this, meddle);
+        connect(m_engine.get(), &InstallerEngine::statusChanged, this, meddle);
+        connect(m_engine.get(), &InstallerEngine::finished, this, meddle);
+    }
+
+    /// Does something every few milliseconds; then lets the last run come to its end, or cuts it.
+    void play()
+    {
+        for (int step = 0; step < kStepsPerSequence; ++step) {
+            act();
+            QTest::qWait(m_random.bounded(25));
+        }
+        m_isOver = true;
+        if (judge.isRunning() && m_isEndless)
+            stop();
+        if (judge.isRunning() && !record.waitForEnd(record.successes.size() + 1))
+            judge.complaints << u"a run that does not end"_s;
+        record.settle();
+        m_engine->stop();
+        if (!sandbox.tempFiles().isEmpty() && sandbox.tempFiles() != QStringList { kKeptLog })
+            judge.complaints << u"left behind: "_s + sandbox.tempFiles().join(u' ');
+    }
+
+    Sandbox sandbox;
+
+private:
+    static inline const QString kKeptLog = u"varnel_setup_last.log"_s;
+    std::unique_ptr<InstallerEngine> m_engine = std::make_unique<InstallerEngine>();
+
+public:
+    Judge judge { *m_engine };
+    EngineRecord record { *m_engine };
+
+private:
+    void act()
+    {
+        if (m_isOver || m_depth > 3)
+            return;
+        ++m_depth;
+        switch (m_random.bounded(9)) {
+        case 0:
+        case 1:
+            stop();
+            break;
+        case 2:
+            m_engine->poll();
+            break;
+        case 3:
+            judge.expectRefusal([this] { m_engine->startUninstall(sandbox.path(u"none"_s)); });
+            break;
+        case 4:
+            judge.expectRefusal([this] { m_engine->startInstall(u"a \"b\""_s, {}); });
+            break;
+        case 5:
+            m_engine->setSetupExecutable(sandbox.path(u"missing"_s));
+            start({});
+            m_engine->setSetupExecutable(Sandbox::setupEngine());
+            break;
+        default:
+            start(kScenarios.at(m_random.bounded(kScenarios.size())));
+        }
+        --m_depth;
+    }
+
+    void start(const QByteArray &scenario)
+    {
+        sandbox.setScenario(scenario);
+        m_isEndless = scenario.contains("forever");
+        judge.runBegins();
+        m_engine->startInstall(sandbox.path(u"app"_s), {});
+    }
+
+    void stop()
+    {
+        judge.runIsStopped();
+        m_engine->stop();
+    }
+
+    QRandomGenerator m_random;
+    bool m_isEndless = false;
+    bool m_isOver = false;
+    int m_depth = 0;
+};
+
+} // namespace
+
+void TestInstallerEngineProperties::init()
+{
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+}
+
+void TestInstallerEngineProperties::interleavings()
+{
+    const quint32 seed = qEnvironmentVariableIsSet("VARNEL_SEED")
+        ? qEnvironmentVariable("VARNEL_SEED").toUInt()
+        : QRandomGenerator::global()->generate();
+    qInfo("VARNEL_SEED=%u", seed);
+    int ends = 0;
+    for (int i = 0; i < kSequences; ++i) {
+        Sequence sequence(seed + quint32(i));
+        sequence.play();
+        QVERIFY2(sequence.judge.complaints.isEmpty(),
+                 qPrintable(u"with VARNEL_SEED=%1: %2; told: %3"_s.arg(seed + quint32(i))
+                                .arg(sequence.judge.complaints.join(u", "),
+                                     sequence.record.told.join(u" | "))));
+        ends += sequence.judge.ends;
+    }
+    // Else nothing has been judged.
+    QVERIFY(ends > kSequences);
+}
+
+QTEST_GUILESS_MAIN(TestInstallerEngineProperties)
+#include "tst_installerengine_properties.moc"

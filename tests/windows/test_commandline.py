@@ -1,0 +1,74 @@
+"""The engine's command line, byte for byte as the engine gets it."""
+
+import re
+import shutil
+import unittest
+
+from screen import PRIMARY
+from testcase import SILENT, WindowsTestCase
+from world import HELPERS, UNINSTALL, dos, wait_until
+
+RECORDER = HELPERS / "recordcommandline.exe"
+ID = "0123456789abcdef" * 2
+
+
+class CommandLine(WindowsTestCase):
+    def recorded(self, wizard):
+        """The command line of the run that the wizard has just begun, with a known run id."""
+        line = wait_until(self.world.records, "the engine's record")[-1]
+        (self.world.folder / "record").unlink()
+        wizard.wait_page("in ")  # "Updated in …"
+        self.assertEqual(wizard.close(), 0)
+        return re.sub(r"(varnel_\w+?_)[0-9a-f]{32}", r"\g<1>" + ID, line)
+
+    def expected(self, program, folder, tasks=""):
+        status = dos(self.world.temp / f"varnel_setup_{ID}.ini")
+        return (f'{program} {" ".join(SILENT)} /DIR="{folder}" /TASKS="{tasks}" '
+                f'/STATUSFILE="{status}" /LOG="{status}.log"')
+
+    def update(self, location, engine=RECORDER):
+        """Lets the wizard update a copy in a folder that the registry names."""
+        self.world.import_registry({f"HKEY_LOCAL_MACHINE\\{UNINSTALL}": {
+            "DisplayVersion": "1.0", "InstallLocation": location}})
+        wizard = self.wizard("--update", "--setup-exe", dos(engine))
+        wizard.wait_page("performance fixes")
+        wizard.next("Review before you update")
+        wizard.click_at(PRIMARY)
+        return self.recorded(wizard)
+
+    def test_folders_of_an_update(self):
+        for location, folder in (
+                ("C:\\Program Files\\Varnel  Schematics", "C:\\Program Files\\Varnel  Schematics"),
+                ("C:\\it's (a) & b^c; d=e, {f} !", "C:\\it's (a) & b^c; d=e, {f} !"),
+                ("C:\\%1 %TEMP% 100% %5", "C:\\%1 %TEMP% 100% %5"),
+                ("C:\\Übung\\Схема\\回路\\", "C:\\Übung\\Схема\\回路"),
+                ("C:\\", "C:\\Varnel Schematics")):
+            with self.subTest(folder=folder):
+                self.assertEqual(self.update(location), self.expected(dos(RECORDER), folder))
+
+    def test_engine_whose_path_has_blanks(self):
+        engine = self.world.folder / "an engine.exe"
+        shutil.copy(RECORDER, engine)
+        self.assertEqual(self.update("C:\\Apps", engine),
+                         self.expected(f'"{dos(engine)}"', "C:\\Apps"))
+
+    def test_installation_with_the_shortcut(self):
+        wizard = self.wizard("--install", "--setup-exe", dos(RECORDER))
+        wizard.walk_to_ready()
+        wizard.click_at(PRIMARY)
+        self.assertEqual(
+            self.recorded(wizard),
+            self.expected(dos(RECORDER), "C:\\Program Files\\Varnel Schematics", "desktopicon"))
+
+    def test_removal(self):
+        wizard = self.wizard("--uninstall", "--uninstaller", dos(RECORDER),
+                             title="Varnel Schematics uninstall")
+        wizard.wait_page("Administrator rights required")
+        wizard.click_at(PRIMARY)
+        status = dos(self.world.temp / f"varnel_uninst_{ID}.ini")
+        self.assertEqual(self.recorded(wizard),
+                         f'{dos(RECORDER)} {" ".join(SILENT)} /STATUSFILE="{status}"')
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,87 @@
+"""Runs of the real setup engine that fail, and what the wizard says then."""
+
+import os
+import signal
+import unittest
+from pathlib import Path
+
+from screen import PRIMARY, Watch
+from testcase import EARLIER_ENGINE, EARLIER_VERSION, ENGINE, WindowsTestCase
+from world import UNINSTALL, dos
+
+ENGINE_FILE = Path(os.environ["VARNEL_ENGINE"])
+
+
+class Failures(WindowsTestCase):
+    def update(self, engine=ENGINE, location=None):
+        """A wizard that has just begun to update."""
+        if location:
+            self.world.import_registry({f"HKEY_LOCAL_MACHINE\\{UNINSTALL}": {
+                "DisplayVersion": EARLIER_VERSION, "InstallLocation": location}})
+        wizard = self.wizard("--update", "--setup-exe", engine)
+        wizard.wait_page("performance fixes")
+        wizard.next("Review before you update")
+        wizard.click_at(PRIMARY)
+        return wizard
+
+    def kept_log(self):
+        return (self.world.temp / "varnel_setup_last.log").read_text(encoding="utf-8-sig")
+
+    def assert_failure(self, wizard, *texts):
+        wizard.wait_page("Setup could not finish", patience=120)
+        for text in texts:
+            self.assertIn(text, wizard.page)
+        wizard.click_at(PRIMARY)
+        self.assertEqual(wizard.wait_end(), 0)
+
+    def test_locked_file(self):
+        self.install(EARLIER_ENGINE, "C:\\Apps")
+        self.world.hold("C:\\Apps\\parts\\part-150.part")
+        wizard = self.update()
+        self.assert_failure(wizard, "cancelled during setup", "part-150", "varnel_setup_last.log")
+        self.assertIn("Sharing violation", self.kept_log())
+        self.assertEqual(self.world.uninstall_entry()["DisplayVersion"], EARLIER_VERSION)
+
+    def test_folder_that_nobody_may_write(self):
+        wizard = self.update(location="Z:\\proc\\Varnel")
+        self.assert_failure(wizard, "varnel_setup_last.log")
+        self.assertIn("Z:\\proc\\Varnel", self.kept_log())
+
+    def test_damaged_engine(self):
+        content = bytearray(ENGINE_FILE.read_bytes())
+        middle = len(content) * 3 // 4
+        content[middle:middle + 4096] = bytes(4096)
+        damaged = self.world.folder / "damaged.exe"
+        damaged.write_bytes(content)
+        wizard = self.update(dos(damaged), "C:\\Apps")
+        self.assert_failure(wizard, "varnel_setup_last.log")
+        self.assertRegex(self.kept_log(), "corrupt")
+        self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
+
+    def test_engine_that_is_no_program(self):
+        text = self.world.folder / "text.exe"
+        text.write_text("This is no program.\n")
+        wizard = self.update(dos(text), "C:\\Apps")
+        self.assert_failure(wizard)
+        self.assertEqual(self.world.temp_files(), [])
+
+    def test_engine_killed_half_way(self):
+        wizard = self.update(location="C:\\Apps")
+        watch = Watch(wizard)
+        watch.until(lambda: watch.reports and watch.fractions()[-1] > 30)
+        engines = self.world.processes("VarnelEngine-")
+        self.assertTrue(engines)
+        for engine in engines:
+            os.kill(engine, signal.SIGKILL)
+        self.assert_failure(wizard, "varnel_setup_last.log")
+
+    def test_missing_uninstaller(self):
+        wizard = self.wizard("--uninstall", "--uninstaller", "C:\\Apps\\unins000.exe",
+                             title="Varnel Schematics uninstall")
+        wizard.wait_page("Administrator rights required")
+        wizard.click_at(PRIMARY)
+        self.assert_failure(wizard, "The uninstaller could not be found")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,136 @@
+"""The life of a user with the real setup engine: install, open, update, remove."""
+
+import unittest
+
+from screen import PRIMARY, Watch
+from testcase import EARLIER_ENGINE, EARLIER_VERSION, ENGINE, VERSION, WindowsTestCase
+from world import wait_until
+
+DESKTOP_LINK = "C:\\users\\Public\\Desktop\\Varnel Schematics.lnk"
+MENU_LINK = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\Varnel Schematics.lnk"
+CLASSES = "hkey_local_machine\\software\\classes\\"
+
+
+class Life(WindowsTestCase):
+    def assert_installed(self, folder, version, desktop_shortcut):
+        world = self.world
+        files = world.files_below(folder)
+        for name in ("VarnelSolutions.exe", "LICENSE.txt", "unins000.exe", "unins000.dat",
+                     "examples/blinker.sch", "examples/blinker.pcb", "parts/part-300.part"):
+            self.assertIn(name, files)
+        self.assertIn(version, (world.path(folder) / "parts/part-001.part").read_text())
+        self.assertEqual(world.path(DESKTOP_LINK).exists(), desktop_shortcut)
+        self.assertTrue(world.path(MENU_LINK).exists())
+
+        entry = world.uninstall_entry()
+        self.assertEqual(entry["DisplayName"], "Varnel Schematics")
+        self.assertEqual(entry["DisplayVersion"], version)
+        self.assertEqual(entry["Publisher"], "Varnel Solutions Team")
+        self.assertEqual(entry["InstallLocation"], folder + "\\")
+        self.assertEqual(entry["UninstallString"].strip('"'), folder + "\\unins000.exe")
+        keys = world.keys()
+        for kind in ("sch", "pcb"):
+            self.assertIn(f'"VarnelSchematics.{kind}"=""', keys[f"{CLASSES}.{kind}\\openwithprogids"])
+            command = keys[f"{CLASSES}varnelschematics.{kind}\\shell\\open\\command"]
+            self.assertEqual(world.values(command)["@"],
+                             f'"{folder}\\VarnelSolutions.exe" "%1"')
+
+    def assert_seen_moving(self, watch):
+        fractions = watch.fractions()
+        self.assertEqual(fractions, sorted(fractions))
+        self.assertGreater(len(set(fractions)), 5)
+        self.assertGreater(len(watch.distinct("file")), 5)
+        self.assertGreater(len(watch.distinct("status")), 1)
+        self.assertGreater(len(watch.looks), 5)
+
+    def wait_finish(self, watch, text):
+        """Watches until the engine is done and the last page is there."""
+        wizard = watch.wizard
+        watch.until(lambda: watch.reports
+                    and watch.reports[-1]["status"].startswith("Varnel Schematics is "))
+        self.assertEqual(watch.reports[-1]["progress"], "100.0")
+        return wizard.wait_page(text)
+
+    def test_install_with_shortcut_then_open(self):
+        folder = "C:\\My Apps\\Varnel 100% it's"
+        wizard = self.wizard("--install", "--setup-exe", ENGINE)
+        wizard.walk_to_ready(folder)
+        self.assertIn("C:\\My Apps", wizard.page)
+        wizard.click_at(PRIMARY)
+        watch = Watch(wizard)
+        self.wait_finish(watch, "Finished in 51 seconds")
+        self.assert_seen_moving(watch)
+        self.assert_installed(folder, VERSION, desktop_shortcut=True)
+        # The WebView2 Runtime is missing in a fresh Windows, and its setup came with the engine.
+        self.assertEqual([line.rsplit("\\", 1)[1] for line in self.world.records()],
+                         ['WebView2Setup.exe" /silent /install'])
+
+        wizard.click_at(PRIMARY)
+        self.assertEqual(wizard.wait_end(), 0)
+        started = self.world.path(folder) / "started.txt"
+        wait_until(lambda: started.exists() and started.read_text().endswith("\n"), "the start")
+        wait_until(lambda: not self.world.processes("VarnelSolutions.exe"), "its end")
+        lines = started.read_text().splitlines()
+        self.assertEqual(len(lines), 1)
+        working_folder, command = lines[0].split("\t")
+        self.assertEqual(working_folder.rstrip("\\"), folder)
+        self.assertEqual(command.strip().strip('"'), f"{folder}\\VarnelSolutions.exe")
+        self.assertEqual(self.world.temp_files(), [])
+
+    def test_install_without_shortcut_update_and_remove(self):
+        world = self.world
+        folder = "C:\\Tools\\Varnel"
+        wizard = self.wizard("--install", "--setup-exe", EARLIER_ENGINE)
+        wizard.walk_to_ready(folder, desktop_shortcut=False)
+        wizard.click_at(PRIMARY)
+        watch = Watch(wizard)
+        self.wait_finish(watch, "Finished in 51 seconds")
+        self.assert_seen_moving(watch)
+        self.assert_installed(folder, EARLIER_VERSION, desktop_shortcut=False)
+        self.assertEqual(wizard.close(), 0)
+
+        # What others keep there, and what the application keeps for its user.
+        (world.path(folder) / "mine.sch").write_text("mine")
+        preferences = world.user_folder("AppData", "Roaming", "Varnel Schematics")
+        (preferences / "Varnel Schematics").mkdir(parents=True)
+        (preferences / "Varnel Schematics" / "settings.ini").write_text("[window]\n")
+        neighbour = world.user_folder("AppData", "Roaming", "Varnel Schematics", "Other")
+        neighbour.mkdir()
+
+        # Started without a mode, it offers an update of what it has found.
+        wizard = self.wizard("--setup-exe", ENGINE)
+        page = wizard.wait_page("Update Now")
+        self.assertIn(EARLIER_VERSION, page)
+        self.assertIn(VERSION, page)
+        wizard.next("Review before you update")
+        self.assertIn(folder, wizard.page)
+        wizard.click_at(PRIMARY)
+        watch = Watch(wizard)
+        self.wait_finish(watch, "Updated in 38 seconds")
+        self.assert_seen_moving(watch)
+        self.assert_installed(folder, VERSION, desktop_shortcut=False)
+        self.assertEqual(wizard.close(), 0)
+
+        wizard = self.wizard("--uninstall", title="Varnel Schematics uninstall")
+        wizard.wait_page("Administrator rights required")
+        wizard.click("Also delete")
+        wizard.settle()
+        wizard.picture("with-preferences")
+        wizard.click_at(PRIMARY)
+        watch = Watch(wizard)
+        self.wait_finish(watch, "Uninstalled in 24 seconds")
+        self.assert_seen_moving(watch)
+        wait_until(lambda: world.files_below(folder) == ["mine.sch"], "an empty folder")
+        wait_until(lambda: not world.uninstall_entry(), "the entry to go")
+        machine = world.registry()
+        self.assertNotIn("VarnelSchematics.", machine)
+        self.assertNotIn("VarnelSolutions.exe", machine)
+        self.assertFalse(world.path(MENU_LINK).exists())
+        self.assertFalse((preferences / "Varnel Schematics").exists())
+        self.assertTrue(neighbour.exists())
+        self.assertEqual(wizard.close(), 0)
+        self.assertEqual(world.temp_files(), [])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,30 @@
+"""What the tests of the Windows program share: a world each, and wizards that end with the test."""
+
+import os
+import unittest
+
+from screen import Wizard
+from world import World, dos
+
+ENGINE = dos(os.environ["VARNEL_ENGINE"])
+EARLIER_ENGINE = dos(os.environ["VARNEL_EARLIER_ENGINE"])
+VERSION = ENGINE.rsplit("-", 1)[1].removesuffix(".exe")
+EARLIER_VERSION = EARLIER_ENGINE.rsplit("-", 1)[1].removesuffix(".exe")
+
+SILENT = ("/VERYSILENT", "/SUPPRESSMSGBOXES", "/NORESTART")
+
+
+class WindowsTestCase(unittest.TestCase):
+    def setUp(self):
+        self.world = World(self.id().split(".", 1)[1].replace(".", "-"))
+        self.addCleanup(self.world.end)
+
+    def wizard(self, *arguments, **options):
+        wizard = Wizard(self.world, *arguments, **options)
+        self.addCleanup(wizard.kill)
+        return wizard
+
+    def install(self, engine, folder, tasks=""):
+        """A copy that somebody installed before."""
+        code, output = self.world.run(engine, *SILENT, f"/DIR={folder}", f"/TASKS={tasks}")
+        self.assertEqual(code, 0, output)

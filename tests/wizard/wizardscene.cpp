@@ -1,0 +1,155 @@
+#include "wizard/wizardscene.h"
+
+#include "pages/checkrow.h"
+#include "product/product.h"
+#include "widgets/radiooption.h"
+#include "wizard/installerfooterbar.h"
+#include "wizard/runplan.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+
+#include <functional>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kPatience = 20'000; // ms
+
+void waitFor(const std::function<bool()> &condition)
+{
+    const QDeadlineTimer end(kPatience);
+    while (!condition()) {
+        if (end.hasExpired())
+            qFatal("The window does not come on");
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    }
+}
+
+/// A machine as most users have one, with an older copy installed.
+QJsonObject realisticRegistry()
+{
+    const QString system = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\)"_s;
+    return {
+        { system + uR"(Windows\CurrentVersion\Uninstall\)" + Product::kUninstallKey,
+          QJsonObject { { u"DisplayVersion"_s, u"1.6.8"_s },
+                        { u"InstallLocation"_s, WizardScene::folder() } } },
+    };
+}
+
+/// What is found on it, in the order of the rows.
+QList<CheckResult> realisticFindings()
+{
+    return {
+        judgeOperatingSystem({ .productName = u"Windows 10 Pro"_s,
+                               .displayVersion = u"24H2"_s,
+                               .build = 26100,
+                               .prettyName = {},
+                               .architecture = u"x86_64"_s }),
+        judgeProcessor(u"Twelve-Core Processor"_s, 3793, {}),
+        judgeMemory(17'179'869'184),
+        judgeDiskSpace(412'316'860'416, uR"(C:\)"_s),
+        judgeDisplay(QSize(2560, 1440), 59.94),
+        judgeDotNet(533325),
+        judgeVcRuntime(false),
+        judgeWebView(u"131.0.2903.51"_s),
+        judgeSmartAppControl(0),
+    };
+}
+
+} // namespace
+
+WizardScene::WizardScene()
+{
+    // The engine stands still; what it would say is said here.
+    m_sandbox.setScenario("stall = forever\nstage = start\nstatus-path = never\nlog-none = yes\n");
+    m_sandbox.setRegistry(realisticRegistry());
+    // Without them the program's folder is the same everywhere.
+    qunsetenv("ProgramFiles");
+    qunsetenv("ProgramW6432");
+    m_engine.setSetupExecutable(Sandbox::setupEngine());
+}
+
+QString WizardScene::folder()
+{
+    return uR"(C:\Program Files\Varnel Schematics\)"_s;
+}
+
+void WizardScene::open(RunMode mode)
+{
+    m_wizard = std::make_unique<InstallerWizard>();
+    m_wizard->setEngine(&m_engine);
+    m_wizard->setUninstallerPath(Sandbox::setupEngine());
+    m_wizard->setRunMode(mode);
+    m_wizard->show();
+    m_mode = mode;
+    m_page = firstPage(mode);
+    // The first page comes in once more when the window is on screen; this comes after it.
+    bool hasEntered = false;
+    QTimer::singleShot(0, m_wizard.get(), [&] { hasEntered = true; });
+    waitFor([&] { return hasEntered; });
+}
+
+void WizardScene::goTo(PageId page)
+{
+    const RunPlan &plan = runPlan(m_mode);
+    while (m_page != page) {
+        if (m_page == plan.finishPage)
+            qFatal("The page does not lie ahead");
+        if (m_page == plan.progressPage)
+            finish();
+        else
+            pressOn();
+    }
+}
+
+void WizardScene::pressOn()
+{
+    if (m_page == PageId::License)
+        control<RadioOption>(u"I accept the license agreement"_s)->click();
+    const FooterButton &way = pageStop(m_page).right;
+    control<QPushButton>(InstallerWizard::tr(way.text))->click();
+    m_page = way.command == Command::StartRun ? runPlan(m_mode).progressPage : way.target;
+    if (m_page == PageId::SystemCheck || m_page == PageId::Destination)
+        showRealisticFindings();
+}
+
+void WizardScene::showRealisticFindings()
+{
+    const QList<CheckResult> findings = realisticFindings();
+    qsizetype next = 0;
+    for (SystemCheckPage::CheckRow *row : m_wizard->findChildren<SystemCheckPage::CheckRow *>()) {
+        if (row->isVisible())
+            row->setResult(findings[next++]);
+    }
+    for (QLabel *label : m_wizard->findChildren<QLabel *>()) {
+        if (label->isVisible() && label->text().contains(u" required · "_s))
+            label->setText(findings[3].value);
+    }
+}
+
+void WizardScene::report(double fraction, const QString &file, const QString &status)
+{
+    Q_EMIT m_engine.progress(fraction);
+    Q_EMIT m_engine.currentFile(file);
+    Q_EMIT m_engine.statusChanged(status);
+}
+
+void WizardScene::fail(const QString &error)
+{
+    Q_EMIT m_engine.finished(false, error);
+}
+
+void WizardScene::finish()
+{
+    Q_EMIT m_engine.finished(true, QString());
+    m_page = runPlan(m_mode).finishPage;
+    // The completed run is looked at for a moment before its finish page comes.
+    const QString status = InstallerWizard::tr(pageStop(m_page).status);
+    const auto *footer = m_wizard->findChild<InstallerFooterBar *>();
+    waitFor([&] { return footer->statusText() == status; });
+}
