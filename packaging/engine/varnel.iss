@@ -65,21 +65,13 @@ Name: "{autodesktop}\{#AppName}"; Filename: "{app}\{#AppExe}"; WorkingDir: "{app
 
 [Registry]
 ; The two file types. Windows offers us for them; what the user has chosen before stays chosen.
-#sub FileType
-Root: HKA; Subkey: "Software\Classes\{#MimeKey}.{#Kind}"; ValueType: string; ValueData: "{#KindName}"; Flags: uninsdeletekey
-Root: HKA; Subkey: "Software\Classes\{#MimeKey}.{#Kind}\DefaultIcon"; ValueType: string; ValueData: "{app}\{#AppExe},0"
-Root: HKA; Subkey: "Software\Classes\{#MimeKey}.{#Kind}\shell\open\command"; ValueType: string; ValueData: """{app}\{#AppExe}"" ""%1"""
-Root: HKA; Subkey: "Software\Classes\.{#Kind}"; Flags: uninsdeletekeyifempty
-Root: HKA; Subkey: "Software\Classes\.{#Kind}\OpenWithProgids"; ValueType: string; ValueName: "{#MimeKey}.{#Kind}"; ValueData: ""; Flags: uninsdeletevalue uninsdeletekeyifempty
-Root: HKA; Subkey: "Software\Classes\Applications\{#AppExe}\SupportedTypes"; ValueType: string; ValueName: ".{#Kind}"; ValueData: ""
-#endsub
-Root: HKA; Subkey: "Software\Classes\Applications\{#AppExe}"; ValueType: string; ValueName: "FriendlyAppName"; ValueData: "{#AppName}"; Flags: uninsdeletekey
 #define Kind "sch"
 #define KindName "Schematic"
-#expr FileType
+#include "filetype.iss"
 #define Kind "pcb"
 #define KindName "Printed circuit board"
-#expr FileType
+#include "filetype.iss"
+Root: HKA; Subkey: "Software\Classes\Applications\{#AppExe}"; ValueType: string; ValueName: "FriendlyAppName"; ValueData: "{#AppName}"; Flags: uninsdeletekey
 
 #ifdef WebView2Setup
 [Run]

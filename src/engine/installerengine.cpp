@@ -198,7 +198,9 @@ QString InstallerEngine::keepAndSummarizeLog()
     QFile::copy(m_logFilePath, m_lastLogPath);
 
     QFile log(m_logFilePath);
-    const QString reason = openRegularFile(log) ? failureReason(log) : QString();
+    QString reason = openRegularFile(log) ? failureReason(log) : QString();
+    // Assistive technology takes a NUL for the end of the whole sentence.
+    reason.remove(QChar::Null);
     const QString keptLog = QDir::toNativeSeparators(m_lastLogPath);
     return reason.isEmpty() ? u"Log: %1"_s.arg(keptLog) : u"%1  (log: %2)"_s.arg(reason, keptLog);
 }

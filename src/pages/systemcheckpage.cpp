@@ -52,7 +52,8 @@ SystemCheckPage::SystemCheckPage(QWidget *parent) : QWidget(parent), m_warningDe
     m_warningAnimation.setTargetObject(m_warningOpacity);
     m_warningAnimation.setPropertyName("opacity");
     m_warningAnimation.setDuration(kWarningDuration);
-    connect(&m_warningDelay, &DelayedStart::due, this, [this] { glideTo(m_warningAnimation, 1.0); });
+    connect(&m_warningDelay, &DelayedStart::due, this,
+            [this] { glideTo(m_warningAnimation, 1.0); });
 }
 
 void SystemCheckPage::runChecks(const QString &destinationPath)

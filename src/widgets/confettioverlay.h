@@ -10,8 +10,8 @@
 #include <vector>
 
 /// Lies over a whole window, lets one burst of paper pieces fly and fade, and hides itself when the
-/// last one is gone. Takes no mouse input, so the page beneath stays usable. Out of sight the pieces
-/// wait where they are.
+/// last one is gone. Takes no mouse input, so the page beneath stays usable. Out of sight the
+/// pieces wait where they are.
 class ConfettiOverlay : public QWidget
 {
     Q_OBJECT

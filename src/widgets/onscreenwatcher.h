@@ -5,8 +5,8 @@
 
 class QWidget;
 
-/// Whether the window of `widget` is minimised or has been hidden. One that is yet to be shown is not
-/// out of sight: what starts in it is meant for its first moment on screen.
+/// Whether the window of `widget` is minimised or has been hidden. One that is yet to be shown is
+/// not out of sight: what starts in it is meant for its first moment on screen.
 [[nodiscard]] bool isOutOfSight(const QWidget *widget);
 
 /// Tells when a widget can be seen at all: shown, and its window not minimised. What moves rests

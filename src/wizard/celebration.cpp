@@ -20,7 +20,8 @@ const QList<QColor> &confettiColours()
 
 } // namespace
 
-Celebration::Celebration(QWidget *window) : QObject(window), m_confetti(new ConfettiOverlay(window)), m_delay(window)
+Celebration::Celebration(QWidget *window)
+    : QObject(window), m_confetti(new ConfettiOverlay(window)), m_delay(window)
 {
     m_confetti->lower();
     connect(&m_delay, &DelayedStart::due, this, &Celebration::burst);

@@ -2,14 +2,11 @@
 #include "engine/installerengine.h"
 #include "support/sandbox.h"
 
-#include <QDir>
-#include <QElapsedTimer>
-#include <QProcess>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
 
+#include <functional>
 #include <memory>
 
 using namespace Qt::Literals::StringLiterals;
@@ -27,7 +24,7 @@ private Q_SLOTS:
 
 namespace {
 
-constexpr int kSequences = 40;
+constexpr int kSequences = 30;
 constexpr int kStepsPerSequence = 6;
 
 const QByteArrayList kScenarios {

@@ -2,13 +2,25 @@
 
 #include "support/environment.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QThread>
+
+#include <chrono>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// What a program that was started last may take to end.
+constexpr auto kLastProgram = 5s;
+
+} // namespace
 
 Sandbox::Sandbox() : m_registry(path(u"registry.json"_s))
 {
@@ -38,6 +50,10 @@ Sandbox::~Sandbox()
         else
             qunsetenv(variable.name);
     }
+    // The folder of a program can only go when the program has ended.
+    const QDeadlineTimer limit(kLastProgram);
+    while (!QDir(m_folder.path()).removeRecursively() && !limit.hasExpired())
+        QThread::msleep(10);
 }
 
 void Sandbox::changeVariable(const char *name, const QString &value)

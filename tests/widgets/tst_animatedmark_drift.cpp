@@ -22,7 +22,7 @@ double driftAt(int time)
 
 bool isNear(double actual, double expected)
 {
-    return std::abs(actual - expected) < 0.02;
+    return std::abs(actual - expected) < 0.1; // on a busy machine some 20 ms may be lost
 }
 
 } // namespace

@@ -94,6 +94,7 @@ private Q_SLOTS:
     void asGoodAsFullHasNoClip();
     void clipDriftsToo();
     void edgesAreSharpAtRest();
+    void edgesAreSharpAfloat();
     void driftsByFractionsOfAPixel();
     void newSizeAndRatioAreDrawnAnew();
     void sharpBetweenDevicePixels();
@@ -301,6 +302,22 @@ void TestAnimatedMarkPainting::edgesAreSharpAtRest()
             QVERIFY(worstPixel(pictureOf(scene), drawingOf(scene)) <= 9);
             const MarkScene empty { .fill = 0.0, .size = size, .ratio = ratio };
             QVERIFY(worstPixel(pictureOf(empty), drawingOf(empty)) <= 4);
+        }
+    }
+}
+
+// Also between two device pixels: a picture that is smoothed into its place would be soft there.
+void TestAnimatedMarkPainting::edgesAreSharpAfloat()
+{
+    for (double ratio : kRatios) {
+        for (int eighths : { 1, 3, 4, 7, 11, 20 }) {
+            for (double fill : { 0.0, 1.0 }) {
+                const MarkScene scene { .fill = fill,
+                                        .drift = -eighths / 8.0 / ratio,
+                                        .ratio = ratio };
+                const int worst = worstPixel(pictureOf(scene), drawingOf(scene));
+                QVERIFY2(worst <= 9, qPrintable(QString::number(worst)));
+            }
         }
     }
 }

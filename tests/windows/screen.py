@@ -29,6 +29,15 @@ def compact(text):
     return re.sub(r"[^a-z0-9|!]", "", text.lower()).translate(ALIKE)
 
 
+def find_written(wanted, letters):
+    """Where `wanted` stands last in `letters`, or -1. One letter in ten may have been misread."""
+    for position in range(len(letters) - len(wanted), -1, -1):
+        there = letters[position:position + len(wanted)]
+        if sum(a != b for a, b in zip(wanted, there)) <= len(wanted) // 10:
+            return position
+    return -1
+
+
 class Words:
     """What is written on a page, with places in window coordinates."""
 
@@ -49,7 +58,7 @@ class Words:
         return " ".join(word for word, _, _ in self.words)
 
     def __contains__(self, text):
-        return compact(text) in compact(self.text)
+        return find_written(compact(text), compact(self.text)) >= 0
 
     def place(self, text):
         """Centre of the word with which `text` begins, where it stands last."""
@@ -57,7 +66,7 @@ class Words:
         for index, (word, _, _) in enumerate(self.words):
             letters += compact(word)
             owners += [index] * len(compact(word))
-        position = letters.rfind(compact(text))
+        position = find_written(compact(text), letters)
         if position >= 0:
             return self.words[owners[position]][1:]
         raise AssertionError(f"{text!r} is not on screen: {self.text}")

@@ -8,11 +8,15 @@ from screen import PRIMARY
 from testcase import SILENT, WindowsTestCase
 from world import HELPERS, UNINSTALL, dos, wait_until
 
+# The program from its arguments, as QProcess puts them together when it gets them as one text.
+GAP = "  "
 RECORDER = HELPERS / "recordcommandline.exe"
 ID = "0123456789abcdef" * 2
 
 
 class CommandLine(WindowsTestCase):
+    maxDiff = None
+
     def recorded(self, wizard):
         """The command line of the run that the wizard has just begun, with a known run id."""
         line = wait_until(self.world.records, "the engine's record")[-1]
@@ -23,7 +27,7 @@ class CommandLine(WindowsTestCase):
 
     def expected(self, program, folder, tasks=""):
         status = dos(self.world.temp / f"varnel_setup_{ID}.ini")
-        return (f'{program} {" ".join(SILENT)} /DIR="{folder}" /TASKS="{tasks}" '
+        return (f'{program}{GAP}{" ".join(SILENT)} /DIR="{folder}" /TASKS="{tasks}" '
                 f'/STATUSFILE="{status}" /LOG="{status}.log"')
 
     def update(self, location, engine=RECORDER):
@@ -67,7 +71,7 @@ class CommandLine(WindowsTestCase):
         wizard.click_at(PRIMARY)
         status = dos(self.world.temp / f"varnel_uninst_{ID}.ini")
         self.assertEqual(self.recorded(wizard),
-                         f'{dos(RECORDER)} {" ".join(SILENT)} /STATUSFILE="{status}"')
+                         f'{dos(RECORDER)}{GAP}{" ".join(SILENT)} /STATUSFILE="{status}"')
 
 
 if __name__ == "__main__":

@@ -82,7 +82,8 @@ void TestInstallerWizardRuns::install_data()
     QTest::addColumn<bool>("shortcut");
     QTest::newRow("with a shortcut") << u"target/Varnel Schematics"_s << true;
     QTest::newRow("without a shortcut") << u"target/Varnel Schematics"_s << false;
-    QTest::newRow("markup in the folder's name") << QString(u"target/"_s + Sandbox::oddName()) << true;
+    QTest::newRow("markup in the folder's name")
+        << QString(u"target/"_s + Sandbox::oddName()) << true;
     QTest::newRow("other letters") << u"Schaltpläne/電路"_s << false;
 }
 
@@ -351,7 +352,8 @@ void TestInstallerWizardRuns::uninstallerIsFoundInTheRegistry()
     driver.show(RunMode::Uninstall);
     QVERIFY(driver.press(u"Uninstall"_s));
     QTRY_VERIFY_WITH_TIMEOUT(driver.sandbox.engineRuns().size() == 2, kPatience);
-    QCOMPARE(driver.sandbox.engineRuns().last().first(), folder + QDir::separator() + u"unins000.exe");
+    QCOMPARE(driver.sandbox.engineRuns().last().first(),
+             folder + QDir::separator() + u"unins000.exe");
     QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UninstallCompletePage>(), kPatience);
 }
 
