@@ -99,7 +99,7 @@ class Life(WindowsTestCase):
 
         # Started without a mode, it offers an update of what it has found.
         wizard = self.wizard("--setup-exe", ENGINE)
-        page = wizard.wait_page("Update Now")
+        page = wizard.wait_page("Update Available")
         self.assertIn(EARLIER_VERSION, page)
         self.assertIn(VERSION, page)
         wizard.next("Review before you update")
