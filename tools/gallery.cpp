@@ -32,6 +32,9 @@ namespace {
 /// Longer than any entrance; after it only what moves for ever moves.
 constexpr int kSettled = 1700; // ms
 
+/// Longer than what fades in under the pointer.
+constexpr int kHover = 300; // ms
+
 const QColor kDesktop(0x88, 0x99, 0xaa);
 constexpr int kMargin = 16; // px of desktop around the window
 
@@ -41,8 +44,9 @@ void wait(int milliseconds)
 {
     QElapsedTimer clock;
     clock.start();
-    while (clock.elapsed() < milliseconds)
+    do
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    while (clock.elapsed() < milliseconds);
 }
 
 class Gallery
@@ -60,6 +64,8 @@ private:
     void open(RunMode mode);
     /// Presses on to `page` and waits until it has come to rest.
     void goTo(PageId page);
+    [[nodiscard]] QImage picture();
+    void save(const QImage &picture, const QString &name);
     void shoot(const QString &name);
     /// A picture with the pointer over `widget`.
     void hover(QWidget *widget, const QString &name);
@@ -90,7 +96,7 @@ void Gallery::goTo(PageId page)
     wait(kSettled);
 }
 
-void Gallery::shoot(const QString &name)
+QImage Gallery::picture()
 {
     const double ratio = m_scene.window().devicePixelRatio();
     const QSize size = m_scene.window().size().grownBy({ kMargin, kMargin, kMargin, kMargin });
@@ -100,18 +106,36 @@ void Gallery::shoot(const QString &name)
     QPainter painter(&picture);
     painter.drawPixmap(kMargin, kMargin, m_scene.window().grab());
     painter.end();
+    return picture;
+}
+
+void Gallery::save(const QImage &picture, const QString &name)
+{
     const QString file = u"%1-%2.png"_s.arg(++m_count, 2, 10, QChar(u'0')).arg(name);
     if (!picture.save(m_folder.filePath(file)))
         qFatal("Cannot write %s", qPrintable(file));
 }
 
+void Gallery::shoot(const QString &name)
+{
+    save(picture(), name);
+}
+
 void Gallery::film(const QString &name, std::initializer_list<int> times)
 {
+    // Saved only afterwards: packing a picture takes longer than many an animation.
     QElapsedTimer clock;
     clock.start();
+    QList<QImage> pictures;
     for (int time : times) {
-        wait(int(qMax(time - clock.elapsed(), qint64(0))));
-        shoot(u"%1-at-%2-ms"_s.arg(name).arg(time));
+        wait(int(qMax(time - clock.elapsed(), qint64(1))));
+        pictures.append(picture());
+    }
+    for (qsizetype i = 0; i < pictures.size(); ++i) {
+        const QString moment = u"%1-at-%2-ms"_s.arg(name).arg(times.begin()[i]);
+        if (i > 0 && pictures[i] == pictures[i - 1])
+            std::fprintf(stderr, "Nothing moves until %s\n", qPrintable(moment));
+        save(pictures[i], moment);
     }
 }
 
@@ -119,10 +143,10 @@ void Gallery::hover(QWidget *widget, const QString &name)
 {
     QWindow *window = m_scene.window().windowHandle();
     QTest::mouseMove(window, widget->mapTo(&m_scene.window(), widget->rect().center()));
-    wait(50);
+    wait(kHover);
     shoot(name);
     QTest::mouseMove(window, QPoint(m_scene.window().width() / 2, m_scene.window().height() / 2));
-    wait(50);
+    wait(kHover);
 }
 
 void Gallery::tab(const QString &name, Qt::Key key)
@@ -146,6 +170,7 @@ void Gallery::install()
     shoot(u"license-declined"_s);
     tab(u"focus-back"_s);
     tab(u"focus-answer"_s, Qt::Key_Backtab);
+    hover(control<RadioOption>(u"I accept the license agreement"_s), u"hover-answer"_s);
     control<RadioOption>(u"I accept the license agreement"_s)->click();
     film(u"license-choice"_s, { 60, 400 });
     m_scene.goTo(PageId::SystemCheck);
@@ -155,6 +180,7 @@ void Gallery::install()
     film(u"system-check-warning"_s, { 1350, kSettled });
     goTo(PageId::Destination);
     shoot(u"destination"_s);
+    hover(control<QPushButton>(u"Change"_s), u"hover-change"_s);
     goTo(PageId::Tasks);
     shoot(u"tasks"_s);
     tab(u"focus-minimize"_s);
@@ -165,7 +191,7 @@ void Gallery::install()
     control<ToggleCheckbox>(u"Create a desktop shortcut"_s)->click();
     film(u"tasks-unchecking"_s, { 60, 400 });
     control<ToggleCheckbox>(u"Create a desktop shortcut"_s)->click();
-    film(u"tasks-checking"_s, { 60 });
+    film(u"tasks-checking"_s, { 60, 400 });
     wait(kSettled);
     goTo(PageId::Ready);
     shoot(u"ready"_s);

@@ -79,6 +79,12 @@ QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *pag
     return label;
 }
 
+QString literalHtml(const QString &text)
+{
+    // Of a run of blanks, markup shows one.
+    return text.toHtmlEscaped().replace("  "_L1, u" \u00a0"_s);
+}
+
 QFont monospacedFont(int pixelSize)
 {
     QFont font(u"JetBrains Mono"_s);

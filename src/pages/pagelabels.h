@@ -25,6 +25,9 @@ QLabel *pageCaptionLabel(const QString &text, QWidget *page);
 /// page.
 QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *page);
 
+/// Outside text as it is to stand in rich text: literally, runs of blanks included.
+[[nodiscard]] QString literalHtml(const QString &text);
+
 /// The monospaced face for paths, versions and figures.
 [[nodiscard]] QFont monospacedFont(int pixelSize);
 /// The display face of headlines.

@@ -22,6 +22,6 @@ void ReadyPage::setSummary(const QString &path, bool desktopShortcut)
     m_summary->setSummary(
         tr("<span style=\"color:%1;font-weight:600;\">Destination location:</span><br>%2<br><br>"
            "<span style=\"color:%1;font-weight:600;\">Additional tasks:</span><br>%3")
-            .arg(themed(u"@INS_TX"_s), path.toHtmlEscaped(),
+            .arg(themed(u"@INS_TX"_s), literalHtml(path),
                  desktopShortcut ? tr("Create a desktop shortcut") : tr("(none)")));
 }

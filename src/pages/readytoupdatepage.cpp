@@ -35,5 +35,5 @@ void ReadyToUpdatePage::rebuild()
     m_summary->setSummary(
         tr("<span style=\"color:%1;font-weight:600;\">Destination location:</span><br>%2<br><br>"
            "Your preferences and license will be kept.")
-            .arg(themed(u"@INS_TX"_s), m_folder.toHtmlEscaped()));
+            .arg(themed(u"@INS_TX"_s), literalHtml(m_folder)));
 }

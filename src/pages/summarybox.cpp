@@ -19,6 +19,8 @@ SummaryBox::SummaryBox(QWidget *parent) : QLabel(parent)
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
     setFont(monospacedFont(11));
     setFixedHeight(kHeight);
+    // Or the markup of the tool tip would be read out.
+    setAccessibleDescription(tr("Summary"));
     // A line that is not wrapped must not make the page wider.
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     setThemedStyleSheet(this,

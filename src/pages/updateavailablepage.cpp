@@ -17,7 +17,7 @@ void restyleChip(QLabel *chip)
 {
     const QString version = chip->property(kVersionProperty).toString();
     chip->setText(u"%1 <span style=\"color:%2;font-weight:600;\">%3</span>"_s.arg(
-        chip->property(kPrefixProperty).toString(), themed(u"@INS_TX"_s), version.toHtmlEscaped()));
+        chip->property(kPrefixProperty).toString(), themed(u"@INS_TX"_s), literalHtml(version)));
     chip->setStyleSheet(
         themed(u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
                "padding:0 12px;color:@INS_TX2;"_s));

@@ -8,6 +8,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -51,15 +52,21 @@ void ProgressTrack::setTarget(double fraction)
 {
     m_target = std::clamp(fraction, 0.0, 1.0);
     glideTo(m_valueAnimation, m_target);
-    QAccessibleValueChangeEvent event(this, m_target * 100.0);
-    QAccessible::updateAccessibility(&event);
+    announceTarget();
 }
 
 void ProgressTrack::reset()
 {
     m_valueAnimation.stop();
-    m_target = 0.0;
     setValue(0.0);
+    if (std::exchange(m_target, 0.0) > 0.0)
+        announceTarget();
+}
+
+void ProgressTrack::announceTarget()
+{
+    QAccessibleValueChangeEvent event(this, m_target * 100.0);
+    QAccessible::updateAccessibility(&event);
 }
 
 void ProgressTrack::setIndeterminate(bool indeterminate)

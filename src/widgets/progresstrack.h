@@ -41,6 +41,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void announceTarget();
     void updateSweep();
 
     double m_value = 0.0;

@@ -3,7 +3,10 @@
 #include "theme/themed.h"
 #include "widgets/animation.h"
 
+#include <QAccessible>
 #include <QPainter>
+
+#include <utility>
 
 namespace {
 
@@ -32,6 +35,7 @@ void RevealRow::setRevealed(bool revealed)
     if (m_revealed == revealed)
         return;
     m_revealed = revealed;
+    announce();
     glideTo(m_animation, revealed ? 1.0 : 0.0);
 }
 
@@ -43,9 +47,17 @@ void RevealRow::revealAfter(std::chrono::milliseconds delay)
 void RevealRow::resetReveal()
 {
     m_delay.stop();
-    m_revealed = false;
     m_animation.stop();
     setReveal(0.0);
+    if (std::exchange(m_revealed, false))
+        announce();
+}
+
+// Assistive technology knows the row by whether it is there, not by how far it has faded in.
+void RevealRow::announce()
+{
+    QAccessibleEvent event(this, m_revealed ? QAccessible::ObjectShow : QAccessible::ObjectHide);
+    QAccessible::updateAccessibility(&event);
 }
 
 void RevealRow::paintEvent(QPaintEvent *)

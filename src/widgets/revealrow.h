@@ -35,6 +35,8 @@ protected:
 
 private:
     int m_slide;
+    void announce();
+
     double m_reveal = 0.0;
     bool m_revealed = false;
     QPropertyAnimation m_animation;

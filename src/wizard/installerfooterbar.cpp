@@ -88,6 +88,16 @@ QPushButton *InstallerFooterBar::addButton(const QString &text, bool primary, bo
     return button;
 }
 
+bool InstallerFooterBar::isPrimary(const QPushButton *button)
+{
+    return button->property(kVariantProperty) == "primary"_L1;
+}
+
+bool InstallerFooterBar::isDanger(const QPushButton *button)
+{
+    return button->property(kVariantProperty) == "danger"_L1;
+}
+
 void InstallerFooterBar::clear()
 {
     for (QPushButton *button : std::as_const(m_buttons)) {

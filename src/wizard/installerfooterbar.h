@@ -24,6 +24,10 @@ public:
     /// Removes every button at once, also from within a click on one of them; the text stays.
     void clear();
 
+    /// What a button of the footer was added as.
+    [[nodiscard]] static bool isPrimary(const QPushButton *button);
+    [[nodiscard]] static bool isDanger(const QPushButton *button);
+
     /// From left to right.
     [[nodiscard]] QList<QPushButton *> buttons() const { return m_buttons; }
 

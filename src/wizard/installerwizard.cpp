@@ -137,6 +137,7 @@ void InstallerWizard::setUninstallerPath(const QString &path)
 
 void InstallerWizard::setRunMode(RunMode mode)
 {
+    leavePage(); // while it is still known which run may be under way
     m_runMode = mode;
     const QString title = mode == RunMode::Uninstall ? tr("Varnel Schematics uninstall")
                                                      : tr("Varnel Schematics setup");
@@ -188,8 +189,8 @@ void InstallerWizard::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Return:
     case Qt::Key_Enter: {
         QPushButton *button = buttons.last();
-        const QString variant = button->property("insVariant").toString();
-        if (variant == "primary"_L1 || (variant == "danger"_L1 && button->hasFocus()))
+        if (InstallerFooterBar::isPrimary(button)
+            || (InstallerFooterBar::isDanger(button) && button->hasFocus()))
             button->click();
         break;
     }
@@ -292,8 +293,8 @@ void InstallerWizard::focusWayOn()
     // The way on, so that the keyboard has a place to start from; on a page that destroys
     // something, the way back; where there is no way on yet, what has to be answered first.
     const QList<QPushButton *> buttons = m_footer->buttons();
-    const bool isDangerous = buttons.last()->property("insVariant") == "danger"_L1;
-    QWidget *place = isDangerous ? buttons.first() : buttons.last();
+    QWidget *place =
+        InstallerFooterBar::isDanger(buttons.last()) ? buttons.first() : buttons.last();
     if (place->isEnabled())
         place->setFocus(Qt::OtherFocusReason);
     else
@@ -400,7 +401,10 @@ void InstallerWizard::failRun(const QString &error)
     progressPage()->showError(error.isEmpty() ? tr("Setup did not complete.") : error);
     m_footer->setStatusText(tr("Setup could not finish"));
     m_footer->clear();
-    addFooterButton({ .text = QT_TR_NOOP("Close"), .primary = true, .danger = true });
+    addFooterButton({ .text = QT_TR_NOOP("Close"),
+                      .primary = true,
+                      .danger = true,
+                      .command = Command::Close });
     focusWayOn();
 }
 

@@ -4,7 +4,7 @@ import subprocess
 import unittest
 
 from testcase import ENGINE, WizardTestCase
-from wizard import Atspi, wait_until
+from wizard import Atspi, GLib, wait_until
 
 TITLE = "Varnel Schematics setup"
 LEGAL = "© 2026 Varnel Solutions Team\nProprietary and confidential"
@@ -233,13 +233,37 @@ class Accessibility(WizardTestCase):
         self.assertEqual(wizard.wait_end(), 0)
         self.assertEqual(self.sandbox.launches(), [])
 
-    def test_steps_are_told_when_they_are_reached(self):
+    def test_steps_and_progress_are_announced(self):
+        """Without being asked: what a screen reader speaks of by itself."""
         self.sandbox.scenario("stall = forever", "stage = half")
+        shown, values = [], []
+
+        def hear(event):
+            if event.type.startswith("object:state-changed:showing") and event.detail1:
+                shown.append(event.source.get_name())
+            elif event.type.startswith("object:property-change:accessible-value"):
+                values.append(event.source.get_role_name())
+
+        listener = Atspi.EventListener.new(hear)
+        kinds = "object:state-changed:showing", "object:property-change:accessible-value"
+        for kind in kinds:
+            listener.register(kind)
+            self.addCleanup(listener.deregister, kind)
         wizard = self.start_installation()
-        wait_until(lambda: (wizard.bar_value() or 0) > 40, "half of the run")
-        before = wizard.rows()
-        self.assertIn("Extracting application files", before)
-        self.assertNotIn("Creating shortcuts", before)
+
+        def listen():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return shown + values
+
+        # Every step is spoken of once when the page comes, as a part of it, and again when it is
+        # reached.
+        wait_until(lambda: listen().count("Registering .sch and .pcb file types") >= 2,
+                   "the third step's news")
+        wait_until(lambda: "progress bar" in listen(), "news of the bar")
+        self.assertGreaterEqual(shown.count("Extracting application files"), 2)
+        self.assertEqual(shown.count("Creating shortcuts"), 1)
+        self.assertNotIn("Creating shortcuts", wizard.rows())
 
     def test_failure(self):
         self.sandbox.scenario("exit-code = 5", "stage = half")

@@ -12,7 +12,7 @@ import unittest
 from pathlib import Path
 
 from testcase import ENGINE, WizardTestCase
-from wizard import UNINSTALL_KEY, Wizard, wait_until
+from wizard import UNINSTALL_KEY, Atspi, GLib, Wizard, wait_until
 
 MEGABYTE = 1024 * 1024
 MEMORY_LIMIT = 100 * MEGABYTE
@@ -43,7 +43,7 @@ class FaultTestCase(WizardTestCase):
 
     def start_paused_update(self, *scenario):
         """One whose engine has been stopped in the middle of its work; with the engine's number."""
-        self.sandbox.scenario("delay-ms = 30", *scenario)
+        self.sandbox.scenario("files = 20", "delay-ms = 50", *scenario)
         wizard = self.start_update()
         engine = self.engine_of(wizard)
         wait_until(lambda: 5 < (wizard.bar_value() or 0), "the bar to move")
@@ -115,15 +115,13 @@ def zero_device(path):
 
 class Engine(FaultTestCase):
     def test_killed_at_every_stage(self):
-        everything = 54
-        for stage, files in (("start", 0), ("before-status", 0), ("end", everything)):
+        for stage, has_files in (("start", False), ("before-status", False), ("end", True)):
             with self.subTest(stage=stage):
                 self.sandbox.scenario("crash = KILL", f"stage = {stage}")
                 wizard = self.start_update()
                 self.assert_failure(wizard, "Process crashed")
                 self.assertEqual(self.sandbox.temp_files(), [])
-                self.assertGreaterEqual(len(self.files_below(self.folder)), min(files, 40))
-                self.assertEqual(bool(self.files_below(self.folder)), files > 0)
+                self.assertEqual(bool(self.files_below(self.folder)), has_files)
                 # The update can be had again: nothing has been noted down as done.
                 self.assertEqual(self.version(), "1.6.8")
         self.sandbox.scenario("")
@@ -137,11 +135,11 @@ class Engine(FaultTestCase):
         end = time.monotonic() + 2
         while time.monotonic() < end:
             values.append(wizard.bar_value() or 0)
+        wait_until(lambda: wizard.bar_value() > values[0], "the bar to move")
         os.kill(engine, signal.SIGTERM)  # to which it is deaf
         self.assertTrue(Path("/proc", str(engine)).exists())
         os.kill(engine, signal.SIGKILL)
         self.assertEqual(values, sorted(values))
-        self.assertGreater(values[-1], values[0])
         self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
         self.assert_failure(wizard, "Process crashed")
         self.assertEqual(self.sandbox.temp_files(), [])
@@ -281,13 +279,14 @@ class Log(FaultTestCase):
                 self.assertTrue(message.endswith(f"(log: {self.sandbox.kept_log()})"))
                 self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
                 self.assertGreater(self.sandbox.kept_log().stat().st_size, 200 * MEGABYTE)
-                wizard.picture(f"/tmp/faults-200-{len(box)}.png")
                 self.end(wizard, "Close")
                 self.empty_temp()
 
     def test_hole_of_a_gigabyte(self):
         wizard, engine = self.start_paused_update(*self.BOX)
         log = self.log()
+        # Which names no file, so that the log's stays on screen.
+        self.status_file().write_text("progress=60\n")
         os.truncate(log, 1024 * MEGABYTE)
         with open(log, "ab") as file:
             file.write(b"\n2026-01-01 00:00:00.000   Dest filename: C:\\after the hole.dll\r\n")
@@ -299,17 +298,17 @@ class Log(FaultTestCase):
 
 
 class TempFolder(FaultTestCase):
-    def behind_mount(self, options):
+    def behind_mount(self, options, prepare="true"):
         """Lets the wizard see a file system of its own in the temp folder's place."""
         if not IS_ROOT or subprocess.run(["unshare", "-m", "true"]).returncode != 0:
             self.skipTest("This user may not mount anything.")
-        script = self.sandbox.root / "wizard"
-        script.write_text(f"#!/bin/sh\nmount -t tmpfs -o {options} none \"$TMPDIR\" &&\n"
-                          f"exec \"{os.environ['VARNEL_SETUP']}\" \"$@\"\n")
-        script.chmod(0o755)
-        outer = self.sandbox.root / "apart"
-        outer.write_text(f'#!/bin/sh\nexec unshare -m "{script}" "$@"\n')
-        outer.chmod(0o755)
+        inner = self.sandbox.root / "inner"
+        inner.write_text(f'#!/bin/sh\nmount -t tmpfs -o {options} none "$TMPDIR"\n{prepare}\n'
+                         f'exec "{os.environ["VARNEL_SETUP"]}" "$@"\n')
+        outer = self.sandbox.root / "outer"
+        outer.write_text(f'#!/bin/sh\nexec unshare -m "{inner}" "$@"\n')
+        for script in (inner, outer):
+            script.chmod(0o755)
         self.program = str(outer)
 
     def seen_by(self, wizard):
@@ -340,15 +339,9 @@ class TempFolder(FaultTestCase):
         self.runs_well_and_fails_well("")
 
     def test_is_full_from_the_start(self):
-        self.behind_mount("size=4k")
-        self.sandbox.scenario("exit-code = 4", "message-box = The disk is full.", "stall = 60",
-                              "stage = start")
-        wizard = self.start_update()
-        temp = self.seen_by(wizard)
-        wait_until(lambda: list(temp.iterdir()), "the log")
-        self.fill(temp)
-        self.end_process(self.engine_of(wizard))
-        self.assert_failure(wizard, "Process crashed")
+        self.behind_mount("size=4k", 'head -c 4096 /dev/zero > "$TMPDIR/filler"')
+        # Names are still to be had, but not a byte to go with them.
+        self.runs_well_and_fails_well(f"  Log: {self.sandbox.kept_log()}")
 
     def fill(self, folder):
         """Leaves no room for a single byte."""
@@ -443,28 +436,96 @@ class KilledWizard(FaultTestCase):
         self.assertEqual(len(self.sandbox.temp_files()), 2)
 
 
+class Clock(FaultTestCase):
+    def test_runs_backwards(self):
+        self.sandbox.environment.update(
+            LD_PRELOAD=os.environ["CLOCK_RUNNING_BACK"],
+            ASAN_OPTIONS="verify_asan_link_order=0")  # only of use where that is built in
+        self.assert_updated(self.start_update())
+        self.sandbox.scenario("exit-code = 4", "message-box = The disk is full.")
+        self.assert_failure(self.start_update(), f"{FATAL}  The disk is full.  "
+                            f"(log: {self.sandbox.kept_log()})")
+        # Otherwise nobody has looked at that clock.
+        stamps = [line.split("   ")[0] for line in
+                  self.sandbox.kept_log().read_text(encoding="utf-8-sig").splitlines()
+                  if line.startswith("2")]
+        self.assertGreater(stamps[0], stamps[-1])
+
+
+class StartedWizard(Wizard):
+    """One whose process and window are there already."""
+
+    def __init__(self, process, application):
+        self.process = process
+        self.application = application
+
+    def act(self, button):
+        """Presses a button without the mouse, wherever its window is."""
+        node = next(node for node, role, name in self.widgets()
+                    if name == button and role in ("push button", "button"))
+        Atspi.Action.do_action(node, 0)
+
+
 class ManyWizards(FaultTestCase):
     COUNT = 50
 
     def test_at_once_they_keep_to_their_own_files(self):
-        """One temp folder for all; each removes its own copy and tells its own story."""
-        first = self.uninstaller().parent
-        wizards = []
-        for number in range(self.COUNT):
-            folder = self.sandbox.root / f"copy {number}"
-            shutil.copytree(first, folder)
-            (folder / "unins000.dat").write_text(
-                (folder / "unins000.dat").read_text().replace(str(first), str(folder)))
-            self.sandbox.scenario("delay-ms = 100", f"status = I am number {number}.")
-            scenario = self.sandbox.root / f"scenario {number}"
-            (self.sandbox.root / "scenario.txt").rename(scenario)
-            environment = {**self.sandbox.environment, "VARNEL_ENGINE_SCENARIO": str(scenario)}
-            wizards.append(subprocess.Popen(
-                [os.environ["VARNEL_SETUP"], "--uninstall", "--uninstaller",
-                 folder / "unins000.exe"], env=environment, stdin=subprocess.DEVNULL))
-            self.addCleanup(wizards[-1].wait)
-            self.addCleanup(wizards[-1].kill)
-        print(time.monotonic())
+        """One temp folder for all; each removes a copy of its own and tells its own story."""
+        processes = [self.start_removal(number) for number in range(self.COUNT)]
+        wizards = wait_until(lambda: self.all_on_the_bus(processes), "all wizards on the bus", 90)
+        for wizard in wizards:
+            wizard.act("Uninstall")
+        for number, wizard in enumerate(wizards):
+            wizard.wait_text(f"I am number {number}.")
+        self.assertEqual(len(self.sandbox.temp_files()), self.COUNT)
+
+        # The end of one is nobody else's.
+        self.end_process(self.engine_of(wizards[7]))
+        wizards[7].wait_text("Process crashed")
+        wizards[7].act("Close")
+        self.assertEqual(wizards[7].wait_end(), 0)
+        self.assertEqual(len(self.sandbox.temp_files()), self.COUNT - 1)
+        self.assertTrue(wizards[8].has_text("I am number 8."))
+        del wizards[7]
+
+        for wizard in wizards:
+            wizard.act("Close")
+        for wizard in wizards:
+            self.assertEqual(wizard.wait_end(), 0)
+        self.assertEqual(self.sandbox.temp_files(), [])
+        self.assertEqual((self.sandbox.root / "stderr.txt").read_text(), "")
+
+    def start_removal(self, number):
+        root = self.sandbox.root
+        copy = root / f"copy {number}"
+        environment = {**self.sandbox.environment,
+                       "VARNEL_REGISTRY_JSON": str(root / f"registry {number}")}
+        subprocess.run([ENGINE, "/VERYSILENT", f"/DIR={copy}"], check=True,
+                       env={**environment, "VARNEL_ENGINE_DELAY_MS": "0"})
+        scenario = root / f"scenario {number}"
+        scenario.write_text(f"stall = forever\nstage = half\nstatus = I am number {number}.\n")
+        environment["VARNEL_ENGINE_SCENARIO"] = str(scenario)
+        with open(root / "stderr.txt", "ab") as stderr:
+            process = subprocess.Popen(
+                [os.environ["VARNEL_SETUP"], "--uninstall", "--uninstaller", copy / "unins000.exe"],
+                env=environment, cwd=root, stdin=subprocess.DEVNULL, stderr=stderr)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
+
+    def all_on_the_bus(self, processes):
+        applications = {}
+        desktop = Atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            try:
+                child = desktop.get_child_at_index(index)
+                if child and child.get_child_count():
+                    applications[child.get_process_id()] = child
+            except GLib.Error:
+                continue
+        if any(process.pid not in applications for process in processes):
+            return None
+        return [StartedWizard(process, applications[process.pid]) for process in processes]
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 #include "engine/enginerecord.h"
 #include "engine/installerengine.h"
+#include "support/environment.h"
 #include "support/sandbox.h"
 
 #include <QDir>
@@ -151,13 +152,13 @@ void TestInstallerEngineLives::allAtOnce()
             u"delay-ms = 10\nstatus = I am %1\nprogress = %2\nfile = /of/%1\n"_s.arg(number(i))
                 .arg(i + 1)
                 .toUtf8());
-        qputenv("VARNEL_ENGINE_SCENARIO", QFile::encodeName(scenario));
+        setVariable("VARNEL_ENGINE_SCENARIO", scenario);
+        setVariable("VARNEL_REGISTRY_JSON", sandbox.path(u"registry %1"_s.arg(i)));
         life.engine.startInstall(sandbox.path(u"app %1"_s.arg(i)), {});
     }
     const auto haveAllEnded = [&lives] {
-        return std::all_of(lives.begin(), lives.end(), [](const auto &life) {
-            return !life->record.successes.isEmpty();
-        });
+        return std::all_of(lives.begin(), lives.end(),
+                           [](const auto &life) { return !life->record.successes.isEmpty(); });
     };
     QVERIFY(QTest::qWaitFor(haveAllEnded, kPatience));
 

@@ -62,6 +62,7 @@ void TestInstallerEngineLog::detail_data()
         "message-box = Gr\xC3\xB6\xC3\x9F"
         "e \xE5\x9B\x9E",
         u"Gr\u00f6\u00dfe \u56de"_s);
+    row("NUL", "message-box = no" + QByteArray(1, '\0') + "thing", u"nothing"_s);
     row("last line", "", u"Log closed."_s);
 }
 

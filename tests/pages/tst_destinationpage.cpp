@@ -1,5 +1,6 @@
 #include "app/applicationfonts.h"
 #include "pages/destinationpage.h"
+#include "pages/folderchooser.h"
 #include "pages/layoutoutline.h"
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
@@ -8,13 +9,8 @@
 #include "theme/thememanager.h"
 
 #include <QDir>
-#include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QStorageInfo>
-#include <QTest>
-#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -35,34 +31,15 @@ QLabel *diskSpaceLabel(const DestinationPage &page)
     return page.findChildren<QLabel *>().last();
 }
 
-/// Clicks "Change" and lets `use` deal with the dialog that comes up.
 template <typename Use>
-void changeFolder(DestinationPage &page, Use use)
+void changeFolder(const DestinationPage &page, Use use)
 {
-    // Should something go wrong, no dialog may wait for somebody who is not there.
-    QTimer guard;
-    guard.callOnTimeout([] { QApplication::activeModalWidget()->close(); });
-    guard.start(10'000);
-    bool wasShown = false;
-    QTimer::singleShot(0, &page, [&] {
-        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        QVERIFY(dialog);
-        wasShown = true;
-        use(dialog);
-        if (dialog->isVisible())
-            dialog->reject();
-    });
-    QTest::mouseClick(changeButton(page), Qt::LeftButton);
-    QVERIFY(wasShown);
+    useFolderChooser(changeButton(page), use);
 }
 
-/// Types `folder` into the dialog and confirms it.
-void choose(DestinationPage &page, const QString &folder)
+void choose(const DestinationPage &page, const QString &folder)
 {
-    changeFolder(page, [&](QDialog *dialog) {
-        dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(folder);
-        dialog->accept();
-    });
+    chooseFolder(changeButton(page), folder);
 }
 
 } // namespace

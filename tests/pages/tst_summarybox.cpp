@@ -5,6 +5,7 @@
 #include "support/grab.h"
 #include "theme/thememanager.h"
 
+#include <QAccessible>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -54,6 +55,7 @@ private Q_SLOTS:
     void nothingFallsOut_data();
     void nothingFallsOut();
     void longLineWidensNothing();
+    void markupIsNotReadOut();
     void fitsAgainWhenWidened();
 };
 
@@ -124,6 +126,16 @@ void TestSummaryBox::longLineWidensNothing()
     const int before = page.minimumSizeHint().width();
     box->setSummary(summaryOf(u"folder "_s.repeated(70)));
     QCOMPARE(page.minimumSizeHint().width(), before);
+}
+
+void TestSummaryBox::markupIsNotReadOut()
+{
+    SummaryBox box;
+    box.resize(kWidth, box.height());
+    box.setSummary(summaryOf(u"folder "_s.repeated(70)));
+    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(&box);
+    QVERIFY(!box.toolTip().isEmpty());
+    QCOMPARE(interface->text(QAccessible::Description), u"Summary"_s);
 }
 
 void TestSummaryBox::fitsAgainWhenWidened()

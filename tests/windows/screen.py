@@ -6,7 +6,7 @@ import re
 import subprocess
 import time
 
-from world import PATIENCE, World, dos, wait_until
+from world import PATIENCE, World, wait_until
 
 SETUP = os.environ["VARNEL_SETUP"]
 WIDTH, HEIGHT = 680, 474
@@ -57,6 +57,9 @@ class Words:
     def text(self):
         return " ".join(word for word, _, _ in self.words)
 
+    def __repr__(self):
+        return repr(self.text)
+
     def __contains__(self, text):
         return find_written(compact(text), compact(self.text)) >= 0
 
@@ -84,11 +87,12 @@ class Wizard:
     def _find_window(self):
         if self.process.poll() is not None:
             raise AssertionError(f"the wizard ended at once with {self.process.returncode}")
-        return self._search(self.title)
+        return self.search("--name", f"^{self.title}$")
 
     @staticmethod
-    def _search(title):
-        result = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"],
+    def search(*criteria):
+        """The first window on screen that xdotool finds by these criteria."""
+        result = subprocess.run(["xdotool", "search", "--onlyvisible", *criteria],
                                 capture_output=True, text=True)
         return result.stdout.split()[0] if result.stdout.split() else None
 
@@ -106,10 +110,11 @@ class Wizard:
         subprocess.run(["import", "-silent", "-window", self.window,
                         str(self.world.pictures / f"{self._pictures:02}-{name}.png")])
 
-    def settle(self):
+    def settle(self, patience=PATIENCE):
         """Waits until the page is at rest, so that a click hits what it is meant for."""
+        end = time.monotonic() + patience
         before = self.pixels()
-        for _ in range(200):
+        while time.monotonic() < end:
             time.sleep(0.25)
             now = self.pixels()
             if now == before and now:
@@ -120,11 +125,13 @@ class Wizard:
     def read(self):
         """Reads the page as it is now."""
         page = Words()
-        # The page as scattered texts, the status at the bottom as a single line.
+        # The page as scattered texts, the status at the bottom as a single line. Of the three colours
+        # green is the one in which every ink is dark.
         for (x, y, width, height), layout in ((PANE, "11"), (STATUS, "7")):
             picture = subprocess.run(
                 ["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-",
-                 "-colorspace", "Gray", "-auto-level", "-resize", f"{ZOOM * 100}%", "png:-"],
+                 "-channel", "G", "-separate", "-auto-level", "-resize", f"{ZOOM * 100}%",
+                 "png:-"],
                 input=self.pixels((x, y, width, height)), capture_output=True).stdout
             table = subprocess.run(
                 ["tesseract", "-", "-", "--psm", layout, "tsv"], input=picture,
@@ -137,7 +144,7 @@ class Wizard:
         """Waits until a page at rest says `text`."""
         end = time.monotonic() + patience
         while True:
-            self.settle()
+            self.settle(max(end - time.monotonic(), 1))
             if text in self.read():
                 self.picture(re.sub(r"\W+", "-", text.lower()))
                 return self.page
@@ -171,12 +178,12 @@ class Wizard:
         """Chooses a folder in the system's own dialog, which takes only one that exists."""
         self.world.path(folder).mkdir(parents=True)
         self.click("Change")
-        dialog = wait_until(lambda: self._search("Select .*"), "the folder dialog")
+        dialog = wait_until(lambda: self.search("--name", "^Select "), "the folder dialog")
         subprocess.run(["xdotool", "windowfocus", "--sync", dialog], check=True)
         self.press("Home", "shift+End")
         self.type(folder)
         self.press("Return")
-        wait_until(lambda: not self._search("Select .*"), "the end of the folder dialog")
+        wait_until(lambda: not self.search("--name", "^Select "), "the end of the folder dialog")
         self.wait_page(folder)
 
     def walk_to_ready(self, folder=None, desktop_shortcut=True):
@@ -245,6 +252,3 @@ class Watch:
 
     def distinct(self, key):
         return {report[key] for report in self.reports if report[key]}
-
-
-__all__ = ["Watch", "Wizard", "SETUP", "TITLE_BUTTONS", "PRIMARY", "dos"]

@@ -1,13 +1,13 @@
 """Runs of the real setup engine that fail, and what the wizard says then."""
 
 import os
-import signal
+import subprocess
 import unittest
 from pathlib import Path
 
-from screen import PRIMARY, Watch
+from screen import PRIMARY, Watch, Wizard
 from testcase import EARLIER_ENGINE, EARLIER_VERSION, ENGINE, WindowsTestCase
-from world import UNINSTALL, dos
+from world import HELPERS, UNINSTALL, dos, wait_until
 
 ENGINE_FILE = Path(os.environ["VARNEL_ENGINE"])
 
@@ -36,7 +36,8 @@ class Failures(WindowsTestCase):
 
     def test_locked_file(self):
         self.install(EARLIER_ENGINE, "C:\\Apps")
-        self.world.hold("C:\\Apps\\parts\\part-150.part")
+        holder = self.world.hold("C:\\Apps\\parts\\part-150.part")
+        self.addCleanup(holder.wait)
         wizard = self.update()
         self.assert_failure(wizard, "cancelled during setup", "part-150", "varnel_setup_last.log")
         self.assertIn("Sharing violation", self.kept_log())
@@ -47,16 +48,28 @@ class Failures(WindowsTestCase):
         self.assert_failure(wizard, "varnel_setup_last.log")
         self.assertIn("Z:\\proc\\Varnel", self.kept_log())
 
-    def test_damaged_engine(self):
+    def damaged_engine(self, place):
+        """A copy of the engine with a hole in it, at a fraction of its length."""
         content = bytearray(ENGINE_FILE.read_bytes())
-        middle = len(content) * 3 // 4
+        middle = int(len(content) * place)
         content[middle:middle + 4096] = bytes(4096)
         damaged = self.world.folder / "damaged.exe"
         damaged.write_bytes(content)
-        wizard = self.update(dos(damaged), "C:\\Apps")
-        self.assert_failure(wizard, "varnel_setup_last.log")
-        self.assertRegex(self.kept_log(), "corrupt")
-        self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
+        return dos(damaged)
+
+    def test_engine_with_damaged_files(self):
+        wizard = self.update(self.damaged_engine(0.5), "C:\\Apps")
+        self.assert_failure(wizard, "cancelled during setup", "C:\\Apps\\parts",
+                            "varnel_setup_last.log")
+        self.assertIn("The source file is corrupted", self.kept_log())
+        self.assertEqual(self.world.files_below("C:\\Apps"), [])
+
+    def test_engine_that_is_damaged_itself(self):
+        # It notices before it has read that it shall be silent, and there is no log yet.
+        wizard = self.update(self.damaged_engine(0.9), "C:\\Apps")
+        box = wait_until(lambda: Wizard.search("--class", "damaged.exe"), "the engine's own message")
+        subprocess.run(["xdotool", "windowfocus", "--sync", box, "key", "Return"], check=True)
+        self.assert_failure(wizard, "Setup could not start")
 
     def test_engine_that_is_no_program(self):
         text = self.world.folder / "text.exe"
@@ -68,12 +81,13 @@ class Failures(WindowsTestCase):
     def test_engine_killed_half_way(self):
         wizard = self.update(location="C:\\Apps")
         watch = Watch(wizard)
-        watch.until(lambda: watch.reports and watch.fractions()[-1] > 30)
-        engines = self.world.processes("VarnelEngine-")
-        self.assertTrue(engines)
-        for engine in engines:
-            os.kill(engine, signal.SIGKILL)
-        self.assert_failure(wizard, "varnel_setup_last.log")
+        watch.until(lambda: watch.reports and watch.fractions()[-1] > 5)
+        # The part that works, then the one that started it and waits for it.
+        code, _ = self.world.run(HELPERS / "endprogram.exe", f"{ENGINE_FILE.stem}.tmp")
+        self.assertEqual(code, 0)
+        self.world.run(HELPERS / "endprogram.exe", f"{ENGINE_FILE.stem}.exe")
+        self.assert_failure(wizard, "Setup could not start", "varnel_setup_last.log")
+        self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
 
     def test_missing_uninstaller(self):
         wizard = self.wizard("--uninstall", "--uninstaller", "C:\\Apps\\unins000.exe",

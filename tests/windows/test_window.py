@@ -19,7 +19,7 @@ class Window(WindowsTestCase):
 
     def test_comes_to_the_front_once(self):
         self.world.start("notepad")
-        notepad = wait_until(lambda: Wizard._search(".*Notepad"), "another window")
+        notepad = wait_until(lambda: Wizard.search("--name", "Notepad$"), "another window")
         self.activate(notepad)
         wizard = self.wizard("--install")
         wait_until(lambda: self.facts()["foreground"] == "1", "the wizard in front")
@@ -43,7 +43,7 @@ class Window(WindowsTestCase):
         before = wizard.pixels()
         wizard.click_at(TITLE_BUTTONS["minimize"])
         wait_until(lambda: self.facts()["iconic"] == "1", "the window to be minimised")
-        self.assertIsNone(Wizard._search(TITLE))
+        self.assertIsNone(Wizard.search("--name", f"^{TITLE}$"))
         self.activate(wizard.window)
         wait_until(lambda: self.facts()["iconic"] == "0", "the window to come back")
         wizard.settle()

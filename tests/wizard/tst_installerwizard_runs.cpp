@@ -2,6 +2,7 @@
 #include "pages/confirmuninstallpage.h"
 #include "pages/destinationpage.h"
 #include "pages/finishedpage.h"
+#include "pages/folderchooser.h"
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
 #include "pages/uninstallcompletepage.h"
@@ -52,6 +53,7 @@ class TestInstallerWizardRuns : public QObject
 private Q_SLOTS:
     void initTestCase() { registerApplicationFonts(); }
     void init();
+    void chosenFolderGoesAllTheWay();
     void install_data();
     void install();
     void startOfARun();
@@ -141,6 +143,24 @@ void TestInstallerWizardRuns::startOfARun()
     QTest::mouseClick(driver.button(u"Cancel"_s), Qt::LeftButton);
     QVERIFY(driver.shows<InstallingPage>());
     QVERIFY(driver.wizard.isVisible());
+}
+
+void TestInstallerWizardRuns::chosenFolderGoesAllTheWay()
+{
+    WizardDriver driver;
+    const QString folder = QDir::toNativeSeparators(driver.sandbox.path(u"my tools"_s));
+    QVERIFY(QDir().mkpath(folder));
+    driver.show(RunMode::Install);
+    QVERIFY(driver.goToReadyPage());
+    QVERIFY(driver.pressAll({ u"Back"_s, u"Back"_s }));
+    chooseFolder(driver.find<DestinationPage>()->findChild<QPushButton *>(), folder);
+    QCOMPARE(driver.find<DestinationPage>()->path(), folder);
+    QVERIFY(driver.pressAll({ u"Next"_s, u"Next"_s }));
+    QVERIFY(shownText(driver.currentPage()->findChildren<QLabel *>().last()).contains(folder));
+    QVERIFY(driver.press(u"Install"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<FinishedPage>(), kPatience);
+    QVERIFY(driver.sandbox.engineRuns().first().contains(u"/DIR="_s + folder));
+    QVERIFY(QFileInfo::exists(folder + u"/VarnelSolutions.exe"));
 }
 
 void TestInstallerWizardRuns::figuresOfARun_data()
