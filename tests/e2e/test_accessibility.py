@@ -258,8 +258,8 @@ class Accessibility(WizardTestCase):
 
         # Every step is spoken of once when the page comes, as a part of it, and again when it is
         # reached.
-        wait_until(lambda: listen().count("Registering .sch and .pcb file types") >= 2,
-                   "the third step's news")
+        wait_until(lambda: listen().count("Installing WebView2 Runtime") >= 2,
+                   "the second step's news")
         wait_until(lambda: "progress bar" in listen(), "news of the bar")
         self.assertGreaterEqual(shown.count("Extracting application files"), 2)
         self.assertEqual(shown.count("Creating shortcuts"), 1)
