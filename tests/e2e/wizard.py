@@ -242,13 +242,25 @@ class Wizard:
         return result.stdout.split()[0] if result.stdout.split() else None
 
     def centre_of(self, name):
-        """Screen position of a control; of two with one name, the footer's, which comes last."""
+        """Screen position of a control; of two with one name, the footer's, which comes last. Waits
+        until it is there and stays where it is: the texts of a page come before its buttons."""
         roles = ("push button", "button", "check box", "radio button")
-        nodes = [node for node, role, shown in self.widgets() if shown == name and role in roles]
-        if not nodes:
-            raise AssertionError(f"no {name!r} on screen: {[(r, n) for _, r, n in self.widgets()]}")
-        extents = Atspi.Component.get_extents(nodes[-1], Atspi.CoordType.SCREEN)
-        return extents.x + extents.width // 2, extents.y + extents.height // 2
+        seen = []
+
+        def place():
+            nodes = [node for node, role, shown in self.widgets()
+                     if shown == name and role in roles]
+            extents = None
+            try:
+                if nodes:
+                    extents = Atspi.Component.get_extents(nodes[-1], Atspi.CoordType.SCREEN)
+            except GLib.Error:
+                pass  # it went while we looked
+            seen.append(extents and (extents.x + extents.width // 2,
+                                     extents.y + extents.height // 2))
+            return len(seen) > 1 and seen[-1] == seen[-2] and seen[-1]
+
+        return wait_until(place, f"the control {name!r}")
 
     def click(self, name, times=1):
         """Clicks a button, option or check box with the mouse."""
