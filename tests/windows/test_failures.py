@@ -36,8 +36,7 @@ class Failures(WindowsTestCase):
 
     def test_locked_file(self):
         self.install(EARLIER_ENGINE, "C:\\Apps")
-        holder = self.world.hold("C:\\Apps\\parts\\part-150.part")
-        self.addCleanup(holder.wait)
+        self.world.hold("C:\\Apps\\parts\\part-150.part")
         wizard = self.update()
         self.assert_failure(wizard, "cancelled during setup", "part-150", "varnel_setup_last.log")
         self.assertIn("Sharing violation", self.kept_log())

@@ -47,6 +47,8 @@ class World:
                             "TMPDIR": str(self.temp), "VARNEL_RECORD": dos(self.folder / "record")}
         # It is meant for programs of this machine and would be handed on.
         self.environment.pop("QT_QPA_PLATFORM", None)
+        self._started = []
+        subprocess.run([WINE, "--prepare"], env=self.environment, check=True)
         # Waits for a key until the end, so that Wine need not start anew for every program.
         self._keeper = self.start("cmd", "/c", "pause", stdin=subprocess.PIPE)
 
@@ -55,7 +57,8 @@ class World:
         self._keeper.stdin.close()
         subprocess.run([WINE, "--end"], env=self.environment, stdout=subprocess.DEVNULL,
                        stderr=subprocess.DEVNULL)
-        self._keeper.wait()
+        for process in self._started:
+            process.wait()
         shutil.rmtree(self.folder / "prefix", ignore_errors=True)
 
     # -- programs ----------------------------------------------------------------------------------
@@ -64,9 +67,11 @@ class World:
         """Starts a program. Its output goes to a file: Wine's own services, which outlive it, would
         keep a pipe open."""
         with open(output or os.devnull, "wb") as stream:
-            return subprocess.Popen([WINE, str(program), *map(str, arguments)], stdin=stdin,
-                                    stdout=stream, stderr=subprocess.STDOUT, env=self.environment,
-                                    cwd=self.folder)
+            process = subprocess.Popen([WINE, str(program), *map(str, arguments)], stdin=stdin,
+                                       stdout=stream, stderr=subprocess.STDOUT,
+                                       env=self.environment, cwd=self.folder)
+        self._started.append(process)
+        return process
 
     def run(self, program, *arguments):
         """Runs a program to its end; returns exit code and output."""
@@ -79,11 +84,10 @@ class World:
         return dict(line.split("=") for line in output.split()) if code == 0 else {}
 
     def hold(self, path):
-        """Starts a program that keeps a file open, and waits until it does."""
+        """Starts a program that keeps a file open to the end of the test."""
         output = self.folder / "holder.txt"
-        holder = self.start(HELPERS / "holdfile.exe", path, output=output)
+        self.start(HELPERS / "holdfile.exe", path, output=output)
         wait_until(lambda: "held" in output.read_text(), f"a hold on {path}")
-        return holder
 
     def processes(self, name):
         """Process ids of the programs of this world that are called so."""
