@@ -17,6 +17,7 @@ SummaryBox::SummaryBox(QWidget *parent) : QLabel(parent)
 {
     setTextFormat(Qt::RichText);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    setWordWrap(true);
     setFont(monospacedFont(11));
     setFixedHeight(kHeight);
     // Or the markup of the tool tip would be read out.
@@ -31,13 +32,21 @@ SummaryBox::SummaryBox(QWidget *parent) : QLabel(parent)
 void SummaryBox::setSummary(const QString &text)
 {
     setText(text);
+    if (isVisible())
+        fit();
+}
+
+void SummaryBox::showEvent(QShowEvent *event)
+{
+    QLabel::showEvent(event);
     fit();
 }
 
 void SummaryBox::resizeEvent(QResizeEvent *event)
 {
     QLabel::resizeEvent(event);
-    fit();
+    if (isVisible())
+        fit();
 }
 
 void SummaryBox::fit()

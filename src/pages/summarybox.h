@@ -15,8 +15,11 @@ public:
     void setSummary(const QString &text);
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// Wraps the text if it then fits. Only for a box that is seen: measuring takes fonts, which a
+    /// program that is just starting loads one by one.
     void fit();
 };

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -55,11 +56,16 @@ const std::array<Entrance, 4> &entrances()
 QRect visibleRect(const QImage &picture)
 {
     QRect visible;
+    const auto isVisible = [](QRgb pixel) { return qAlpha(pixel) > 0; };
     for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            if (qAlpha(picture.pixel(x, y)) > 0)
-                visible |= QRect(x, y, 1, 1);
-        }
+        const auto *begin = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+        const auto *end = begin + picture.width();
+        const auto *first = std::find_if(begin, end, isVisible);
+        if (first == end)
+            continue;
+        const auto last =
+            std::find_if(std::reverse_iterator(end), std::reverse_iterator(first), isVisible);
+        visible |= QRect(QPoint(int(first - begin), y), QPoint(int(last.base() - begin) - 1, y));
     }
     return visible;
 }
@@ -188,8 +194,7 @@ void AnimatedMark::rasterizeFor(double ratio)
         return;
     m_rasterRatio = ratio;
     m_wholes.fill({});
-    for (size_t i = 0; i < kParts; ++i)
-        m_parts[i] = rasterized(i, 1, 0.0);
+    m_parts.fill({});
 }
 
 void AnimatedMark::paintEvent(QPaintEvent *)
@@ -228,7 +233,7 @@ void AnimatedMark::paintMark(QPainter &painter, double ghost, double colour)
     painter.restore();
 }
 
-void AnimatedMark::paintParts(QPainter &painter, double ghost, double colour) const
+void AnimatedMark::paintParts(QPainter &painter, double ghost, double colour)
 {
     const QPointF centre = targetRect().center() + QPointF(0.0, m_driftOffset);
     for (size_t i = 0; i < kParts; ++i) {
@@ -236,6 +241,8 @@ void AnimatedMark::paintParts(QPainter &painter, double ghost, double colour) co
         if (a <= kInvisible)
             continue;
         const Entrance &entrance = entrances()[i];
+        if (m_parts[i].pixmap.isNull())
+            m_parts[i] = rasterized(i, 1, 0.0);
         const double scale = 1.0 - (1.0 - a) * entrance.shrinking;
         const double presence = qMin(a, 1.0);
         painter.save();

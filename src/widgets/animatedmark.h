@@ -79,7 +79,7 @@ private:
     void rasterizeFor(double ratio);
     /// Paints what has come in as one layer of each opacity on the other would look.
     void paintMark(QPainter &painter, double ghost, double colour);
-    void paintParts(QPainter &painter, double ghost, double colour) const;
+    void paintParts(QPainter &painter, double ghost, double colour);
     void paintPicture(QPainter &painter, const Picture &picture) const;
 
     std::array<double, kParts> m_entrance {};
@@ -90,7 +90,8 @@ private:
     std::array<std::unique_ptr<DelayedStart>, kParts> m_entranceDelays;
     QPropertyAnimation m_driftAnimation;
     OnScreenWatcher m_onScreen;
+    // Made when they are first needed, so that the first frame need not wait for all of them.
     std::array<Picture, kParts> m_parts;
-    std::array<Picture, kStepsPerPixel> m_wholes; ///< by step; made when they are first needed
+    std::array<Picture, kStepsPerPixel> m_wholes; ///< by step
     double m_rasterRatio = 0.0; ///< pixel ratio of the pictures; 0 before they are made
 };

@@ -32,11 +32,15 @@ GifBadge::GifBadge(const QString &fileName, int side, QWidget *parent)
     m_movie.setCacheMode(QMovie::CacheAll);
     connect(&m_movie, &QMovie::frameChanged, this, qOverload<>(&QWidget::update));
     repaintOnThemeChange(this);
-    // It plays from now on, but out of sight it waits on its first frame.
-    m_movie.start();
-    m_movie.setPaused(true);
-    connect(&m_onScreen, &OnScreenWatcher::changed, this,
-            [this](bool onScreen) { m_movie.setPaused(!onScreen || prefersReducedMotion()); });
+    connect(&m_onScreen, &OnScreenWatcher::changed, this, [this] {
+        if (m_movie.state() != QMovie::NotRunning)
+            pauseOutOfSight();
+    });
+}
+
+void GifBadge::pauseOutOfSight()
+{
+    m_movie.setPaused(!m_onScreen.isOnScreen() || prefersReducedMotion());
 }
 
 void GifBadge::setPopProgress(double progress)
@@ -54,6 +58,12 @@ void GifBadge::paintEvent(QPaintEvent *)
 {
     if (m_popProgress <= kInvisible)
         return;
+    // Nobody misses it before it is painted, and reading it is work that the program's start need
+    // not wait for.
+    if (m_movie.state() == QMovie::NotRunning) {
+        m_movie.start();
+        pauseOutOfSight();
+    }
     QPainter painter(this);
     const double ratio = pixelRatio(painter);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);

@@ -14,7 +14,7 @@ class GifBadge : public QWidget
     Q_PROPERTY(double popProgress READ popProgress WRITE setPopProgress)
 
 public:
-    /// Starts to play `fileName` at once; `side` in pixels.
+    /// Plays `fileName` from its first frame as soon as it is painted; `side` in pixels.
     GifBadge(const QString &fileName, int side, QWidget *parent = nullptr);
 
     /// Opacity and scale, 0 to 1, beyond 1 while it overshoots. Starts at 1: a badge that is never
@@ -31,6 +31,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void pauseOutOfSight();
+
     int m_side;
     QMovie m_movie;
     OnScreenWatcher m_onScreen;

@@ -22,8 +22,7 @@ InstallerRail::InstallerRail(QWidget *parent)
       m_mark(new AnimatedMark(this)),
       m_wordmark(new QLabel(this)),
       m_versionLine(new QLabel(u"%1 · %2"_s.arg(Product::kVersion, Product::kRequiredSpace), this)),
-      m_legal(new QLabel(
-          u"%1<br>%2"_s.arg(Product::kPublisherNotice, tr("Proprietary and confidential")), this))
+      m_legal(new QLabel(this))
 {
     setFixedWidth(kWidth);
     m_mark->setFixedSize(m_mark->sizeHint());
@@ -51,13 +50,17 @@ InstallerRail::InstallerRail(QWidget *parent)
     layout->addWidget(m_legal);
 
     onThemeChange(this, [this] { restyle(); });
+    // Last: with its style already on it, the text is not first laid out in a font that nobody sees.
+    m_legal->ensurePolished();
+    m_legal->setText(
+        u"%1<br>%2"_s.arg(Product::kPublisherNotice, tr("Proprietary and confidential")));
 }
 
 void InstallerRail::restyle()
 {
+    m_wordmark->setFont(displayFont(14, QFont::Bold));
     m_wordmark->setText(themed(u"<span style=\"color:@INS_ACCENT;\">Varnel</span> "
                                "<span style=\"color:@INS_TX;\">Schematics</span>"_s));
-    m_wordmark->setFont(displayFont(14, QFont::Bold));
     m_versionLine->setFont(monospacedFont(10));
     m_versionLine->setStyleSheet(themed(u"color:@INS_TX3;"_s));
     m_legal->setStyleSheet(themed(u"color:@INS_TX3;font-size:10px;"_s));

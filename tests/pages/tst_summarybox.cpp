@@ -106,6 +106,7 @@ void TestSummaryBox::nothingFallsOut()
     box.resize(kWidth, box.height());
     const QString text = summaryOf(u"folder "_s.repeated(words));
     box.setSummary(text);
+    box.show();
     QCOMPARE(box.text(), text);
     QCOMPARE(box.wordWrap(), wrapped);
     QCOMPARE(box.toolTip(), wrapped ? QString() : text);
@@ -133,6 +134,7 @@ void TestSummaryBox::markupIsNotReadOut()
     SummaryBox box;
     box.resize(kWidth, box.height());
     box.setSummary(summaryOf(u"folder "_s.repeated(70)));
+    box.show();
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(&box);
     QVERIFY(!box.toolTip().isEmpty());
     QCOMPARE(interface->text(QAccessible::Description), u"Summary"_s);
@@ -143,10 +145,12 @@ void TestSummaryBox::fitsAgainWhenWidened()
     SummaryBox box;
     box.resize(kWidth, box.height());
     box.setSummary(summaryOf(u"folder "_s.repeated(18)));
+    box.show();
     QVERIFY(!box.wordWrap());
     box.resize(2 * kWidth, box.height());
-    box.show();
     QVERIFY(box.wordWrap());
+    box.setSummary(summaryOf(u"folder "_s.repeated(70)));
+    QVERIFY(!box.wordWrap());
 }
 
 QTEST_MAIN(TestSummaryBox)
