@@ -13,7 +13,7 @@ namespace {
 constexpr int kSlide = 5; // px
 constexpr int kRowHeight = 26;
 constexpr double kBadgeSize = 16.0;
-constexpr int kLabelLeft = 16 + 11;
+constexpr int kLabelLeft = int(kBadgeSize) + 11;
 constexpr double kLabelColumn = 0.55; // of the row's width
 constexpr int kLabelValueGap = 10;
 

@@ -10,6 +10,7 @@ import re
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 from pathlib import Path
@@ -19,6 +20,9 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
+from waiting import wait_until  # noqa: E402
+
 APPLICATION = "Varnel Schematics Setup"
 UNINSTALL_KEY = (
     "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
@@ -27,18 +31,6 @@ UNINSTALL_KEY = (
 
 # How long something may take that normally takes a moment, in seconds.
 PATIENCE = 30
-
-
-def wait_until(condition, what, patience=PATIENCE):
-    """Returns the first true value of condition(); fails with `what` when patience is over."""
-    end = time.monotonic() + patience
-    while True:
-        value = condition()
-        if value:
-            return value
-        if time.monotonic() > end:
-            raise AssertionError(f"waited {patience} s in vain for {what}")
-        time.sleep(0.03)
 
 
 class Sandbox:

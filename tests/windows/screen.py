@@ -4,6 +4,7 @@ since nothing else of a program in Wine can be seen from outside."""
 import os
 import re
 import subprocess
+import threading
 import time
 
 from world import PATIENCE, World, wait_until
@@ -223,12 +224,20 @@ class Watch:
         self.reports = []
 
     def until(self, condition, patience=PATIENCE):
-        """Looks on until condition(look) is true of the newest look."""
-        end = time.monotonic() + patience
-        while time.monotonic() < end:
-            self._look()
-            if condition():
-                return
+        """Looks on until condition() is true."""
+        # A picture takes a busy machine longer than the engine leaves its reports there.
+        over = threading.Event()
+        reader = threading.Thread(target=self._collect_reports, args=(over,))
+        reader.start()
+        try:
+            end = time.monotonic() + patience
+            while time.monotonic() < end:
+                self._look()
+                if condition():
+                    return
+        finally:
+            over.set()
+            reader.join()
         self.wizard.picture("watched")
         raise AssertionError(f"the run does not end; last report: {self.reports[-1:]}")
 
@@ -238,14 +247,17 @@ class Watch:
             self.looks.append(look)
             if len(self.looks) in (5, 10, 20):
                 self.wizard.picture("running")
-        for path in self.wizard.world.temp.glob("varnel_*.ini"):
-            try:
-                lines = path.read_text(encoding="utf-8").splitlines()
-            except (OSError, UnicodeDecodeError):
-                continue
-            report = dict(line.split("=", 1) for line in lines if "=" in line)
-            if report.keys() == {"progress", "file", "status"} and report not in self.reports:
-                self.reports.append(report)
+
+    def _collect_reports(self, over):
+        while not over.wait(0.01):
+            for path in self.wizard.world.temp.glob("varnel_*.ini"):
+                try:
+                    lines = path.read_text(encoding="utf-8").splitlines()
+                except (OSError, UnicodeDecodeError):
+                    continue
+                report = dict(line.split("=", 1) for line in lines if "=" in line)
+                if report.keys() == {"progress", "file", "status"} and report not in self.reports:
+                    self.reports.append(report)
 
     def fractions(self):
         return [float(report["progress"]) for report in self.reports]

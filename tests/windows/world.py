@@ -6,8 +6,11 @@ import os
 import re
 import shutil
 import subprocess
-import time
+import sys
 from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
+from waiting import wait_until  # noqa: E402
 
 WINE = os.environ["VARNEL_WINE"]
 HELPERS = Path(os.environ["VARNEL_HELPERS"])
@@ -16,18 +19,6 @@ UNINSTALL = ("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
 
 # How long something may take that normally takes a few seconds, on a machine that is busy.
 PATIENCE = 120
-
-
-def wait_until(condition, what, patience=PATIENCE):
-    """Returns the first true value of condition(); fails with `what` when patience is over."""
-    end = time.monotonic() + patience
-    while True:
-        value = condition()
-        if value:
-            return value
-        if time.monotonic() > end:
-            raise AssertionError(f"waited {patience} s in vain for {what}")
-        time.sleep(0.05)
 
 
 def dos(path):
