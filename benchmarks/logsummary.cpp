@@ -3,6 +3,7 @@
 //
 //   bench_logsummary [<megabytes>]
 
+#include "enginelog.h"
 #include "engine/logsummary.h"
 #include "timing.h"
 
@@ -17,30 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int kRuns = 7;
-constexpr qint64 kMegabyte = 1 << 20;
 constexpr char kWords[] = "suppressed message box|exception|error|failed";
-
-/// What an engine writes for each file; `reason` ends the log.
-void writeLog(const QString &path, qint64 size, const QByteArray &reason)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("Cannot write %s", qPrintable(path));
-    QByteArray block;
-    for (int i = 0; block.size() < kMegabyte; ++i) {
-        const QByteArray stamp = "2026-11-21 10:15:30." + QByteArray::number(100 + i % 900) + "   ";
-        block += stamp + "-- File entry --\r\n";
-        block += stamp + "Non-default bitness: 64-bit\r\n";
-        block += stamp + "Dest filename: C:\\Program Files\\Varnel Schematics\\symbols\\part"
-            + QByteArray::number(i) + ".lib\r\n";
-        block += stamp + "Time stamp of our file: 2026-10-02 09:00:00.000\r\n";
-        block += stamp + "Installing the file.\r\n";
-        block += stamp + "Successfully installed the file.\r\n";
-    }
-    while (file.size() < size)
-        file.write(block);
-    file.write(reason);
-}
 
 void compare(const char *what, const QString &path)
 {

@@ -82,6 +82,20 @@ double memoryOf(pid_t process)
     return 0.0;
 }
 
+/// Waits until `condition` holds; gives up with `program` and what is wrong with it.
+template <typename Condition>
+void await(const char *program, const char *complaint, Condition condition)
+{
+    const auto end = Clock::now() + kPatience;
+    while (!condition()) {
+        if (Clock::now() > end) {
+            std::fprintf(stderr, "%s %s.\n", program, complaint);
+            std::exit(1);
+        }
+        std::this_thread::sleep_for(kLook);
+    }
+}
+
 Result runOnce(const Screen &screen, std::vector<char *> command)
 {
     const std::uint32_t empty = screen.middle();
@@ -95,20 +109,13 @@ Result runOnce(const Screen &screen, std::vector<char *> command)
         std::fprintf(stderr, "%s does not start.\n", command[0]);
         std::exit(1);
     }
-    while (screen.middle() == empty) {
-        if (Clock::now() - start > kPatience) {
-            std::fprintf(stderr, "%s shows nothing.\n", command[0]);
-            std::exit(1);
-        }
-        std::this_thread::sleep_for(kLook);
-    }
+    await(command[0], "shows nothing", [&] { return screen.middle() != empty; });
     const std::chrono::duration<double, std::milli> time = Clock::now() - start;
     std::this_thread::sleep_for(kSettle);
     const double memory = memoryOf(process);
     kill(-process, SIGKILL);
     waitpid(process, nullptr, 0);
-    while (screen.middle() != empty)
-        std::this_thread::sleep_for(kLook);
+    await(command[0], "stays on screen", [&] { return screen.middle() == empty; });
     return { time.count(), memory };
 }
 

@@ -2,6 +2,7 @@
 
 import os
 import subprocess
+import tempfile
 import unittest
 from pathlib import Path
 
@@ -12,7 +13,7 @@ from world import HELPERS, UNINSTALL, dos, wait_until
 ENGINE_FILE = Path(os.environ["VARNEL_ENGINE"])
 
 
-class Failures(WindowsTestCase):
+class FailureTestCase(WindowsTestCase):
     def update(self, engine=ENGINE, location=None):
         """A wizard that has just begun to update."""
         if location:
@@ -34,6 +35,8 @@ class Failures(WindowsTestCase):
         wizard.click_at(PRIMARY)
         self.assertEqual(wizard.wait_end(), 0)
 
+
+class Failures(FailureTestCase):
     def test_locked_file(self):
         self.install(EARLIER_ENGINE, "C:\\Apps")
         self.world.hold("C:\\Apps\\parts\\part-150.part")
@@ -94,6 +97,26 @@ class Failures(WindowsTestCase):
         wizard.wait_page("Administrator rights required")
         wizard.click_at(PRIMARY)
         self.assert_failure(wizard, "The uninstaller could not be found")
+
+
+class FullDisk(FailureTestCase):
+    def setUp(self):
+        # Before the first program starts: none sees what is mounted after that.
+        self.disk = Path(tempfile.mkdtemp(prefix="varnel-disk-"))
+        self.addCleanup(self.disk.rmdir)
+        mount = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "none", self.disk],
+                               capture_output=True)
+        if mount.returncode != 0:
+            self.skipTest("This user may not mount anything.")
+        self.addCleanup(subprocess.run, ["umount", "--lazy", self.disk], check=True)
+        super().setUp()
+
+    def test_no_room_for_all_files(self):
+        wizard = self.update(location=dos(self.disk / "Varnel"))
+        self.assert_failure(wizard, "cancelled during setup", "varnel_setup_last.log")
+        # Wine calls it a write fault; Windows has a sentence of its own for a disk that is full.
+        self.assertIn("An error occurred while trying to copy a file", self.kept_log())
+        self.assertEqual(list(self.disk.iterdir()), [])
 
 
 if __name__ == "__main__":

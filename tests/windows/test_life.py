@@ -35,11 +35,11 @@ class Life(WindowsTestCase):
             self.assertEqual(world.values(command)["@"],
                              f'"{folder}\\VarnelSolutions.exe" "%1"')
 
-    def assert_seen_moving(self, watch):
+    def assert_seen_moving(self, watch, reports=5):
         fractions = watch.fractions()
         self.assertEqual(fractions, sorted(fractions))
-        self.assertGreater(len(set(fractions)), 5)
-        self.assertGreater(len(watch.distinct("file")), 5)
+        self.assertGreater(len(set(fractions)), reports)
+        self.assertGreater(len(watch.distinct("file")), reports)
         self.assertGreater(len(watch.distinct("status")), 1)
         self.assertGreater(len(watch.looks), 3)
 
@@ -119,7 +119,7 @@ class Life(WindowsTestCase):
         wizard.click_at(PRIMARY)
         watch = Watch(wizard)
         self.wait_finish(watch, "Uninstalled in 24 seconds")
-        self.assert_seen_moving(watch)
+        self.assert_seen_moving(watch, reports=1)  # it takes a fraction of a second
         wait_until(lambda: world.files_below(folder) == ["mine.sch"], "an empty folder")
         wait_until(lambda: not world.uninstall_entry(), "the entry to go")
         machine = world.registry()
