@@ -5,6 +5,7 @@
 #include "engine/exitcode.h"
 #include "engine/installpath.h"
 #include "engine/logsummary.h"
+#include "engine/processtree.h"
 #include "engine/regularfile.h"
 #include "engine/statusfile.h"
 
@@ -81,7 +82,7 @@ void InstallerEngine::stop()
     if (QProcess *process = std::exchange(m_process, nullptr)) {
         process->disconnect(this);
         if (process->state() != QProcess::NotRunning) {
-            process->kill();
+            m_processTree->kill(*process);
             process->waitForFinished(int(kKillTimeout.count()));
         }
         process->deleteLater();
@@ -118,11 +119,14 @@ void InstallerEngine::launch(const QString &program)
     m_process->setStandardErrorFile(QProcess::nullDevice());
     connect(m_process, &QProcess::errorOccurred, this, &InstallerEngine::onProcessError);
     connect(m_process, &QProcess::finished, this, &InstallerEngine::onProcessFinished);
+    m_processTree = std::make_unique<ProcessTree>();
     m_process->start();
 
     // Where a failed start is reported inside start(), the run is over by now.
-    if (!m_hasEnded)
-        m_pollTimer.start();
+    if (m_hasEnded)
+        return;
+    m_processTree->add(*m_process);
+    m_pollTimer.start();
 }
 
 void InstallerEngine::poll()

@@ -7,6 +7,10 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <memory>
+
+class ProcessTree;
+
 /// Runs the silent setup engine as a child process and tells how far it is and how it ended.
 ///
 /// The engine program reports through two temporary files, a small status file that it keeps
@@ -84,6 +88,7 @@ private:
     LogTail m_logTail;
     QProcess *m_process =
         nullptr; ///< owned; deleted through the event loop, it may be its own sender
+    std::unique_ptr<ProcessTree> m_processTree; ///< what the run's process has become
     QTimer m_pollTimer;
     bool m_hasEnded = false;
     int m_stopCount = 0; ///< tells whoever emits a signal that its receiver has stopped the run

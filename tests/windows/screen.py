@@ -76,6 +76,19 @@ class Words:
         raise AssertionError(f"{text!r} is not on screen: {self.text}")
 
 
+def recognize(pixels, area, layout):
+    """What the character recognition finds in an area, as its table of words."""
+    _, _, width, height = area
+    # Of the three colours green is the one in which every ink is dark.
+    picture = subprocess.run(
+        ["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-", "-channel", "G",
+         "-separate", "-auto-level", "-resize", f"{ZOOM * 100}%", "png:-"],
+        input=pixels, capture_output=True).stdout
+    return subprocess.run(
+        ["tesseract", "-", "-", "--psm", layout, "tsv"], input=picture, capture_output=True,
+        env={**os.environ, "OMP_THREAD_LIMIT": "1"}).stdout.decode()
+
+
 class Wizard:
     def __init__(self, world: World, *arguments, title="Varnel Schematics setup"):
         self.world = world
@@ -125,21 +138,11 @@ class Wizard:
 
     def read(self):
         """Reads the page as it is now."""
-        page = Words()
-        # The page as scattered texts, the status at the bottom as a single line. Of the three colours
-        # green is the one in which every ink is dark.
-        for (x, y, width, height), layout in ((PANE, "11"), (STATUS, "7")):
-            picture = subprocess.run(
-                ["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-",
-                 "-channel", "G", "-separate", "-auto-level", "-resize", f"{ZOOM * 100}%",
-                 "png:-"],
-                input=self.pixels((x, y, width, height)), capture_output=True).stdout
-            table = subprocess.run(
-                ["tesseract", "-", "-", "--psm", layout, "tsv"], input=picture,
-                capture_output=True, env={**os.environ, "OMP_THREAD_LIMIT": "1"}).stdout.decode()
-            page.add(table, x, y)
-        self.page = page
-        return page
+        # The page as scattered texts, the status at the bottom as a single line.
+        self.page = Words()
+        self.page.add(recognize(self.pixels(PANE), PANE, "11"), *PANE[:2])
+        self.page.add(recognize(self.pixels(STATUS), STATUS, "7"), *STATUS[:2])
+        return self.page
 
     def wait_page(self, text, patience=PATIENCE / 2):
         """Waits until a page at rest says `text`."""
@@ -258,6 +261,17 @@ class Watch:
                 report = dict(line.split("=", 1) for line in lines if "=" in line)
                 if report.keys() == {"progress", "file", "status"} and report not in self.reports:
                     self.reports.append(report)
+
+    def percentages(self):
+        """What some of the looks say in per cent, in order."""
+        found = []
+        for look in self.looks[::max(len(self.looks) // 8, 1)]:
+            words = Words()
+            words.add(recognize(look, PANE, "11"), *PANE[:2])
+            # At the right margin, where no path reaches that has a per cent sign in it.
+            found += [int(word[:-1]) for word, x, _ in words.words
+                      if re.fullmatch(r"\d+%", word) and x > WIDTH - 65]
+        return found
 
     def fractions(self):
         return [float(report["progress"]) for report in self.reports]

@@ -45,10 +45,10 @@ class Failures(FailureTestCase):
         self.assertIn("Sharing violation", self.kept_log())
         self.assertEqual(self.world.uninstall_entry()["DisplayVersion"], EARLIER_VERSION)
 
-    def test_folder_that_nobody_may_write(self):
+    def test_folder_that_cannot_be_made(self):
         wizard = self.update(location="Z:\\proc\\Varnel")
         self.assert_failure(wizard, "varnel_setup_last.log")
-        self.assertIn("Z:\\proc\\Varnel", self.kept_log())
+        self.assertIn("Setup was unable to create the directory", self.kept_log())
 
     def damaged_engine(self, place):
         """A copy of the engine with a hole in it, at a fraction of its length."""
@@ -89,6 +89,15 @@ class Failures(FailureTestCase):
         self.assertEqual(code, 0)
         self.world.run(HELPERS / "endprogram.exe", f"{ENGINE_FILE.stem}.exe")
         self.assert_failure(wizard, "Setup could not start", "varnel_setup_last.log")
+        self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
+
+    def test_closing_ends_all_of_the_engine(self):
+        wizard = self.update(location="C:\\Apps")
+        Watch(wizard).until(lambda: self.world.processes(f"{ENGINE_FILE.stem}.tmp")
+                            and self.world.path("C:\\Apps\\parts").exists())
+        self.assertEqual(wizard.close(), 0)
+        wait_until(lambda: not self.world.processes(ENGINE_FILE.stem), "the engine's end", 5)
+        self.assertEqual(self.world.temp_files(), [])
         self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
 
     def test_missing_uninstaller(self):

@@ -36,12 +36,16 @@ class Life(WindowsTestCase):
                              f'"{folder}\\VarnelSolutions.exe" "%1"')
 
     def assert_seen_moving(self, watch, reports=5):
+        """Something has been reported and shown, more than so many different things."""
         fractions = watch.fractions()
         self.assertEqual(fractions, sorted(fractions))
         self.assertGreater(len(set(fractions)), reports)
         self.assertGreater(len(watch.distinct("file")), reports)
         self.assertGreater(len(watch.distinct("status")), 1)
         self.assertGreater(len(watch.looks), 3)
+        percentages = watch.percentages()
+        self.assertEqual(percentages, sorted(percentages))
+        self.assertGreater(len(set(percentages)), min(reports, 2), percentages)
 
     def wait_finish(self, watch, text):
         """Watches until the engine is done and the last page is there."""
@@ -62,6 +66,7 @@ class Life(WindowsTestCase):
         self.assert_seen_moving(watch)
         self.assert_installed(folder, VERSION, desktop_shortcut=True)
         # The WebView2 Runtime is missing in a fresh Windows, and its setup came with the engine.
+        self.assertIn("Installing WebView2 Runtime...", watch.distinct("status"))
         self.assertEqual([line.rsplit("\\", 1)[1] for line in self.world.records()],
                          ['WebView2Setup.exe" /silent /install'])
 
