@@ -6,6 +6,7 @@
 #include <QIODevice>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -87,10 +88,14 @@ QString failureReason(QIODevice &log)
     QByteArray buffer(kBufferSize, Qt::Uninitialized);
     qsizetype filled = 0;
     bool inOverlongLine = false;
-    while (true) {
-        const qint64 got = log.read(buffer.data() + filled, kBufferSize - filled);
+    // Of a file, what is there now: somebody may go on writing as fast as this reads.
+    qint64 left = log.isSequential() ? std::numeric_limits<qint64>::max() : log.size() - log.pos();
+    while (left > 0) {
+        const qint64 got =
+            log.read(buffer.data() + filled, qMin<qint64>(kBufferSize - filled, left));
         if (got <= 0)
             break;
+        left -= got;
         filled += got;
         QByteArrayView text = QByteArrayView(buffer).first(filled);
         if (inOverlongLine) {

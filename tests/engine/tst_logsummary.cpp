@@ -19,6 +19,7 @@ private Q_SLOTS:
     void reason_data();
     void reason();
     void startsWhereTheDeviceStands();
+    void endsWhereTheLogEndedAtFirst();
     void likeReadingLineByLine_data();
     void likeReadingLineByLine();
     void everyPlaceOfABlockBorder();
@@ -31,6 +32,26 @@ namespace {
 
 constexpr int kBlock = 64 * 1024;
 constexpr auto kBox = "2026-01-01 12:00:00.000   Defaulting to OK for suppressed message box (OK):";
+
+/// A log to which somebody adds lines as fast as they are read.
+class GrowingLog : public QIODevice
+{
+public:
+    explicit GrowingLog(const QByteArray &start) : m_start(start) { open(ReadOnly | Unbuffered); }
+    qint64 size() const override { return m_start.size(); }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        for (qint64 i = 0; i < maxSize; ++i)
+            data[i] = pos() + i < m_start.size() ? m_start[pos() + i] : '\n';
+        return maxSize;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray m_start;
+};
 
 /// The reason, found the plain way.
 QString slowReason(const QByteArray &log)
@@ -224,6 +245,13 @@ void TestLogSummary::startsWhereTheDeviceStands()
     QVERIFY(buffer.seek(12));
     QCOMPARE(failureReason(buffer), u"second error"_s);
     QVERIFY(buffer.atEnd());
+}
+
+void TestLogSummary::endsWhereTheLogEndedAtFirst()
+{
+    GrowingLog log(QByteArray("Copying\n").repeated(kBlock / 4) + "The disk failed.\n");
+    QCOMPARE(failureReason(log), u"The disk failed."_s);
+    QCOMPARE(log.pos(), log.size());
 }
 
 void TestLogSummary::likeReadingLineByLine_data()
