@@ -13,6 +13,33 @@ bool isLink(const QString &path)
     return info.isSymLink() || info.isJunction();
 }
 
+bool removeFile(const QString &path)
+{
+    // Windows keeps what is marked read-only.
+    return QFile::remove(path)
+        || (QFile::setPermissions(path, QFile::permissions(path) | QFile::WriteUser)
+            && QFile::remove(path));
+}
+
+/// Removes a folder with all that is in it. A link goes itself, of whatever kind; what it leads to
+/// stays. QDir's own way goes through a junction, which every user can make, and this may run with
+/// administrator rights.
+void removeFolder(const QString &path)
+{
+    const QFileInfoList entries = QDir(path).entryInfoList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    for (const QFileInfo &entry : entries) {
+        const QString entryPath = entry.filePath();
+        if (!entry.isDir())
+            removeFile(entryPath);
+        else if (!isLink(entryPath))
+            removeFolder(entryPath);
+        else if (!QFile::remove(entryPath))
+            QDir().rmdir(entryPath);
+    }
+    QDir().rmdir(path);
+}
+
 } // namespace
 
 void removeUserData()
@@ -25,7 +52,6 @@ void removeUserData()
         return;
     if (isLink(target) || isLink(QFileInfo(target).path()))
         return;
-    QDir folder(target);
-    if (folder.exists())
-        folder.removeRecursively();
+    if (QFileInfo(target).isDir())
+        removeFolder(target);
 }
