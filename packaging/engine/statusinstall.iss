@@ -18,10 +18,14 @@ end;
 
 procedure CurStepChanged(CurStep: TSetupStep);
 begin
-  case CurStep of
-    ssPostInstall: Report(1, 1, '', WizardForm.StatusLabel.Caption);
-    ssDone: IsDone := True;
-  end;
+  if CurStep = ssDone then
+    IsDone := True;
+end;
+
+{ Programs that setup runs report no progress, and this one fetches what it installs. }
+procedure ReportWebView2;
+begin
+  Report(1, 1, '', CustomMessage('InstallingWebView2'));
 end;
 
 procedure DeinitializeSetup;

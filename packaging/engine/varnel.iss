@@ -75,7 +75,7 @@ Root: HKA; Subkey: "Software\Classes\Applications\{#AppExe}"; ValueType: string;
 
 #ifdef WebView2Setup
 [Run]
-Filename: "{tmp}\WebView2Setup.exe"; Parameters: "/silent /install"; StatusMsg: "{cm:InstallingWebView2}"; Flags: skipifdoesntexist; Check: LacksWebView2
+Filename: "{tmp}\WebView2Setup.exe"; Parameters: "/silent /install"; StatusMsg: "{cm:InstallingWebView2}"; Flags: skipifdoesntexist; Check: LacksWebView2; BeforeInstall: ReportWebView2
 #endif
 
 [CustomMessages]

@@ -17,6 +17,7 @@
 #include "wizard/wizarddriver.h"
 
 #include <QPlainTextEdit>
+#include <QSignalSpy>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -259,11 +260,14 @@ void TestInstallerWizardKeyboard::keysDoNothingDuringARun()
 {
     Keyboard driver;
     driver.sandbox.setScenario("stall = forever\n");
+    const QSignalSpy finished(&driver.engine, &InstallerEngine::finished);
     QVERIFY(driver.open(RunMode::Install));
     QVERIFY(driver.goToReadyPage());
     driver.key(Qt::Key_Return);
     QVERIFY(driver.shows<InstallingPage>());
     for (Qt::Key key : { Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape, Qt::Key_Space }) {
+        // Then there would be something for a key to do.
+        QVERIFY2(finished.isEmpty(), qPrintable(finished.value(0).value(1).toString()));
         driver.key(key);
         QVERIFY(driver.shows<InstallingPage>());
         QVERIFY(driver.wizard.isVisible());
