@@ -58,8 +58,10 @@ new_wine_prefix() {
         rm -rf "$1.part"
         cp -a --reflink=auto "$wine_template" "$1.part"
     }
-    for registry in "$wine_template"/*.reg; do
-        cp -a --remove-destination "$registry" "$1.part"
+    # What Wine rewrites in place.
+    for file in "$wine_template"/*.reg "$wine_template"/.update-timestamp \
+        "$wine_template"/drive_c/windows/*.ini; do
+        cp -a --remove-destination "$file" "$1.part${file#"$wine_template"}"
     done
     mv -T "$1.part" "$1"
 }
