@@ -115,7 +115,8 @@ def zero_device(path):
 
 class Engine(FaultTestCase):
     def test_killed_at_every_stage(self):
-        for stage, has_files in (("start", False), ("before-status", False), ("end", True)):
+        for stage, has_files in (("start", False), ("before-status", False), ("half", True),
+                                 ("end", True)):
             with self.subTest(stage=stage):
                 self.sandbox.scenario("crash = KILL", f"stage = {stage}")
                 wizard = self.start_update()
@@ -127,6 +128,41 @@ class Engine(FaultTestCase):
         self.sandbox.scenario("")
         self.assert_updated(self.start_update())
 
+    def test_uninstaller_killed_at_every_stage(self):
+        for stage in ("start", "before-status", "half"):
+            with self.subTest(stage=stage):
+                uninstaller = self.uninstaller()
+                self.sandbox.scenario("crash = KILL", f"stage = {stage}")
+                wizard = self.start("--uninstall")
+                wizard.click("Uninstall")
+                self.assert_failure(wizard, "Process crashed")
+                self.assertEqual(self.sandbox.temp_files(), [])
+                # It can be had again, and takes the rest away.
+                self.assertTrue(uninstaller.exists())
+                self.assertIn(UNINSTALL_KEY, self.sandbox.registry())
+        self.sandbox.scenario("")
+        wizard = self.start("--uninstall")
+        wizard.click("Uninstall")
+        wizard.wait_text("See You Later!")
+        self.end(wizard, "Close")
+        self.assertFalse(uninstaller.parent.exists())
+        self.assertNotIn(UNINSTALL_KEY, self.sandbox.registry())
+
+    def test_hangs_at_every_stage(self):
+        for stage, least in (("start", 0), ("before-status", 0), ("end", 90)):
+            with self.subTest(stage=stage):
+                self.sandbox.scenario("stall = forever", f"stage = {stage}", "delay-ms = 0")
+                wizard = self.start_update()
+                engine = self.engine_of(wizard)
+                wait_until(lambda: (wizard.bar_value() or 0) >= least, f"{least} %")
+                time.sleep(POLLS)
+                # The window answers, and its cross ends both.
+                wizard.click("Close")
+                self.assertEqual(wizard.wait_end(), 0)
+                self.assertFalse(Path("/proc", str(engine)).exists())
+                self.assertEqual(self.sandbox.temp_files(), [])
+                self.assertEqual(self.version(), "1.6.8")
+
     def test_dies_while_it_writes_as_fast_as_it_can(self):
         self.sandbox.scenario("files = 100000", "delay-ms = 0", "ignore-termination = yes")
         wizard = self.start_update()
@@ -137,7 +173,8 @@ class Engine(FaultTestCase):
             values.append(wizard.bar_value() or 0)
         wait_until(lambda: wizard.bar_value() > values[0], "the bar to move")
         os.kill(engine, signal.SIGTERM)  # to which it is deaf
-        self.assertTrue(Path("/proc", str(engine)).exists())
+        before = wizard.bar_value()
+        wait_until(lambda: wizard.bar_value() > before, "the bar to move on")
         os.kill(engine, signal.SIGKILL)
         self.assertEqual(values, sorted(values))
         self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
@@ -209,26 +246,27 @@ class StatusFile(FaultTestCase):
         self.assertTrue(Path("/dev/zero").is_char_device())
 
     def test_rewritten_without_a_pause(self):
+        turns = 200_000  # which takes a few seconds
         wizard, engine = self.start_paused_update()
         status = self.status_file()
         writer = subprocess.Popen(
             ["/usr/bin/python3", "-c",
-             "import itertools, os, sys\n"
-             "for turn in itertools.count():\n"
-             "    with open(sys.argv[1], 'w') as file:\n"
-             "        file.write(f'progress={turn * 7 % 60}\\nstatus=Turn {turn}\\n')\n",
-             str(status)])
+             "import os, sys\n"
+             "file = os.open(sys.argv[1], os.O_WRONLY)\n"
+             "for turn in range(int(sys.argv[2])):\n"
+             "    os.ftruncate(file, 0)\n"
+             "    text = f'progress={turn * 7 % 60}\\nstatus=Turn {turn} of many\\n'\n"
+             "    os.pwrite(file, text.encode(), 0)\n",
+             str(status), str(turns)])
         self.addCleanup(writer.wait)
         self.addCleanup(writer.kill)
         values = []
-        end = time.monotonic() + 1.5
-        while time.monotonic() < end:
+        while writer.poll() is None:
             values.append(wizard.bar_value())
-        turn = wizard.wait_text("Turn ")
-        writer.kill()
-        writer.wait()
+        self.assertEqual(writer.returncode, 0)
+        wizard.wait_text(f"Turn {turns - 1} of many")
+        self.assertGreater(len(values), 3)
         self.assertEqual(values, sorted(values))
-        self.assertGreater(int(turn.split("Turn ")[1].split()[0]), 100)
         os.kill(engine, signal.SIGCONT)
         self.assert_updated(wizard)
         self.assertEqual(self.sandbox.temp_files(), [])

@@ -55,7 +55,8 @@ QString slowSystem(const OperatingSystem &system)
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     FuzzInput input(data, size);
-    const int number = qint16(input.byte() << 8 | input.byte());
+    const std::uint8_t high = input.byte();
+    const int number = qint16(high << 8 | input.byte());
     const QString first = QString::fromUtf8(input.bytes(input.byte()));
     const QString second = QString::fromUtf8(input.bytes(input.byte()));
     const QString third = QString::fromUtf8(input.rest());
