@@ -15,10 +15,12 @@ bool isLink(const QString &path)
 
 bool removeFile(const QString &path)
 {
-    // Windows keeps what is marked read-only.
-    return QFile::remove(path)
-        || (QFile::setPermissions(path, QFile::permissions(path) | QFile::WriteUser)
-            && QFile::remove(path));
+    if (QFile::remove(path))
+        return true;
+    // Windows keeps what is marked read-only. What a link leads to must not change.
+    return !isLink(path)
+        && QFile::setPermissions(path, QFile::permissions(path) | QFile::WriteUser)
+        && QFile::remove(path);
 }
 
 /// Removes a folder with all that is in it. A link goes itself, of whatever kind; what it leads to
@@ -30,12 +32,10 @@ void removeFolder(const QString &path)
         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     for (const QFileInfo &entry : entries) {
         const QString entryPath = entry.filePath();
-        if (!entry.isDir())
-            removeFile(entryPath);
-        else if (!isLink(entryPath))
+        if (entry.isDir() && !isLink(entryPath))
             removeFolder(entryPath);
-        else if (!QFile::remove(entryPath))
-            QDir().rmdir(entryPath);
+        else if (!removeFile(entryPath))
+            QDir().rmdir(entryPath); // for Windows a link to a folder is a folder
     }
     QDir().rmdir(path);
 }
