@@ -1,0 +1,80 @@
+"""What the tests of faults share: an update by the real engine process, which can be stopped half-way,
+and a look at what is left on disk."""
+
+import os
+import signal
+import subprocess
+
+from testcase import ENGINE, WizardTestCase
+from wizard import UNINSTALL_KEY, Wizard, wait_until
+
+MEGABYTE = 1024 * 1024
+MEMORY_LIMIT = 100 * MEGABYTE
+POLLS = 0.2  # seconds in which the wizard looks at the engine's files a few times
+
+FATAL = "A fatal error occurred during installation."
+UPDATED = "Varnel Schematics has been updated"
+
+
+class FaultTestCase(WizardTestCase):
+    def setUp(self):
+        super().setUp()
+        self.sandbox.environment["VARNEL_REDUCED_MOTION"] = "1"
+        self.folder = self.sandbox.root / "installed"
+        self.program = None  # another than the wizard itself, which leads to it
+
+    def start_update(self):
+        """A wizard that has just been told to update, which takes the fewest steps."""
+        self.folder.mkdir(exist_ok=True)
+        self.sandbox.record_installation(DisplayVersion="1.6.8", InstallLocation=str(self.folder))
+        wizard = Wizard("--setup-exe", ENGINE, sandbox=self.sandbox, program=self.program)
+        self.addCleanup(lambda: self.assertEqual(wizard.warnings(), ""))
+        self.addCleanup(wizard.kill)
+        wizard.go("Update Now", "Ready to Update")
+        wizard.click("Update")
+        return wizard
+
+    def start_paused_update(self, *scenario):
+        """One whose engine has been stopped in the middle of its work; with the engine's number."""
+        self.sandbox.scenario("files = 20", "delay-ms = 50", *scenario)
+        wizard = self.start_update()
+        engine = self.engine_of(wizard)
+        wait_until(lambda: 5 < (wizard.bar_value() or 0), "the bar to move")
+        os.kill(engine, signal.SIGSTOP)
+        self.addCleanup(self.end_process, engine)
+        self.assertLess(wizard.bar_value(), 90)
+        return wizard, engine
+
+    def engine_of(self, wizard):
+        def find():
+            return subprocess.run(["pgrep", "-P", str(wizard.process.pid)],
+                                  capture_output=True, text=True).stdout.split()
+        (engine,) = wait_until(find, "the engine's process")
+        return int(engine)
+
+    def end_process(self, number):
+        try:
+            os.kill(number, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+
+    def status_file(self):
+        (path,) = (self.sandbox.root / "temp").glob("varnel_setup_*.ini")
+        return path
+
+    def log(self):
+        (path,) = (self.sandbox.root / "temp").glob("varnel_setup_*.ini.log")
+        return path
+
+    def assert_updated(self, wizard):
+        """The run goes well and leaves nothing in the temp folder."""
+        wizard.wait_text(UPDATED)
+        self.end(wizard, "Close")
+        self.assertEqual(self.version(), "1.6.9")
+
+    def version(self):
+        return self.sandbox.registry()[UNINSTALL_KEY]["DisplayVersion"]
+
+    def empty_temp(self):
+        for path in (self.sandbox.root / "temp").iterdir():
+            path.rmdir() if path.is_dir() and not path.is_symlink() else path.unlink()

@@ -1,0 +1,279 @@
+"""The files of a run turn into something else, and the temp folder fills up or goes: for each, what
+the user sees and what is left on disk."""
+
+import os
+import shutil
+import signal
+import stat
+import subprocess
+import time
+import unittest
+from pathlib import Path
+
+from faults import FATAL, MEGABYTE, MEMORY_LIMIT, POLLS, FaultTestCase
+
+IS_ROOT = os.geteuid() == 0
+
+
+def remove(path):
+    path.rmdir() if path.is_dir() and not path.is_symlink() else path.unlink()
+
+
+def put(make):
+    """Puts what `make` makes in a file's place at one stroke, as a rename does."""
+    def change(path):
+        beside = path.with_name("beside")
+        make(beside)
+        if path.is_dir() or beside.is_dir():
+            remove(path)
+        beside.rename(path)
+    return change
+
+
+def sparse(size):
+    def make(path):
+        path.write_text("progress=60\nstatus=One gigabyte\n")
+        os.truncate(path, size)
+    return make
+
+
+def zero_device(path):
+    os.mknod(path, 0o666 | stat.S_IFCHR, os.makedev(1, 5))
+
+
+class StatusFile(FaultTestCase):
+    def test_whatever_takes_its_place_the_run_goes_on(self):
+        wizard, engine = self.start_paused_update()
+        status = self.status_file()
+        text = put(lambda path: path.write_text("progress=55\nstatus=Another file\n"))
+        changes = [("another file", text),
+                   ("an older one", put(lambda path: path.write_text("progress=3\n"))),
+                   ("nothing", remove),
+                   ("a folder", lambda path: path.mkdir()),
+                   ("a FIFO", put(os.mkfifo)),
+                   ("a link to a device", put(lambda path: path.symlink_to("/dev/zero"))),
+                   ("a link to itself", put(lambda path: path.symlink_to(path))),
+                   ("a dangling link", put(lambda path: path.symlink_to("gone"))),
+                   ("one gigabyte", put(sparse(1024 * MEGABYTE))),
+                   ("binary", put(lambda path: path.write_bytes(os.urandom(100_000)))),
+                   ("no more than its name", put(lambda path: path.write_text("")))]
+        if IS_ROOT:
+            changes.insert(0, ("a device", put(zero_device)))
+        before = wizard.bar_value()
+        for name, change in changes:
+            with self.subTest(place=name):
+                change(status)
+                time.sleep(POLLS)
+                value = wizard.bar_value()
+                self.assertGreaterEqual(value, before)
+                before = value
+                if name == "another file":
+                    self.assertAlmostEqual(value, 55, delta=1)
+                    wizard.wait_text("Another file")
+                if name == "one gigabyte":
+                    self.assertAlmostEqual(value, 60, delta=1)
+                    wizard.wait_text("One gigabyte")
+        self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
+        os.kill(engine, signal.SIGCONT)
+        self.assert_updated(wizard)
+        self.assertEqual(self.sandbox.temp_files(), [])
+
+    def test_what_is_cleared_away(self):
+        precious = self.sandbox.root / "precious.txt"
+        precious.write_text("progress=1\nmine\n")
+        for name, make, stays in (
+                ("folder", lambda path: path.mkdir(), True),
+                ("FIFO", os.mkfifo, False),
+                ("link to a device", lambda path: path.symlink_to("/dev/zero"), False),
+                ("link to a file", lambda path: path.symlink_to(precious), False)):
+            with self.subTest(place=name):
+                wizard, engine = self.start_paused_update()
+                status = self.status_file()
+                put(make)(status)
+                time.sleep(POLLS)
+                os.kill(engine, signal.SIGKILL)
+                self.assert_failure(wizard, "Process crashed")
+                # Somebody else's folder is not ours to clear away, with all that may be in it.
+                self.assertEqual(self.sandbox.temp_files(), [status.name] if stays else [])
+                self.empty_temp()
+        self.assertEqual(precious.read_text(), "progress=1\nmine\n")
+        self.assertTrue(Path("/dev/zero").is_char_device())
+
+    def test_rewritten_without_a_pause(self):
+        turns = 200_000  # which takes a few seconds
+        wizard, engine = self.start_paused_update()
+        status = self.status_file()
+        writer = subprocess.Popen(
+            ["/usr/bin/python3", "-c",
+             "import os, sys\n"
+             "file = os.open(sys.argv[1], os.O_WRONLY)\n"
+             "for turn in range(int(sys.argv[2])):\n"
+             "    os.ftruncate(file, 0)\n"
+             "    text = f'progress={turn * 7 % 60}\\nstatus=Turn {turn} of many\\n'\n"
+             "    os.pwrite(file, text.encode(), 0)\n",
+             str(status), str(turns)])
+        self.addCleanup(writer.wait)
+        self.addCleanup(writer.kill)
+        values = []
+        while writer.poll() is None:
+            values.append(wizard.bar_value())
+        self.assertEqual(writer.returncode, 0)
+        wizard.wait_text(f"Turn {turns - 1} of many")
+        self.assertGreater(len(values), 3)
+        self.assertEqual(values, sorted(values))
+        os.kill(engine, signal.SIGCONT)
+        self.assert_updated(wizard)
+        self.assertEqual(self.sandbox.temp_files(), [])
+
+
+class Log(FaultTestCase):
+    BOX = ("exit-code = 4", "message-box = The disk is full.")
+
+    def explained(self):
+        return f"{FATAL}  The disk is full.  (log: {self.sandbox.kept_log()})"
+
+    def test_while_it_is_read(self):
+        for name, change, message, kept in (
+                ("cut off", lambda path: os.truncate(path, 0), self.explained(), True),
+                ("removed", remove, FATAL, False),
+                ("folder", lambda path: (remove(path), path.mkdir()), FATAL, False),
+                ("FIFO", put(os.mkfifo), FATAL, False),
+                ("device", put(lambda path: path.symlink_to("/dev/zero")), FATAL, False),
+                ("binary", put(lambda path: path.write_bytes(b"\0\xff\n" * MEGABYTE)), None, True)):
+            with self.subTest(log=name):
+                wizard, engine = self.start_paused_update(*self.BOX)
+                change(self.log())
+                time.sleep(POLLS)
+                os.kill(engine, signal.SIGCONT)
+                if message:
+                    self.assert_failure(wizard, message)
+                else:
+                    shown = wizard.wait_text(FATAL)
+                    self.assertTrue(shown.endswith(f"  (log: {self.sandbox.kept_log()})"), shown)
+                    self.end(wizard, "Close")
+                self.assertEqual(self.sandbox.kept_log().exists(), kept)
+                self.empty_temp()
+
+    def test_line_of_200_megabytes(self):
+        for box in (self.BOX, self.BOX[:1]):
+            with self.subTest(box=box):
+                wizard, engine = self.start_paused_update(*box)
+                with open(self.log(), "ab") as log:
+                    log.write(b"\n")
+                    for _ in range(200):
+                        log.write(b"x" * MEGABYTE)
+                time.sleep(POLLS)
+                os.kill(engine, signal.SIGCONT)
+                message = wizard.wait_text(FATAL)
+                if box == self.BOX:
+                    self.assertEqual(message, self.explained())
+                self.assertLess(len(message), 100_000)
+                self.assertTrue(message.endswith(f"(log: {self.sandbox.kept_log()})"))
+                self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
+                self.assertGreater(self.sandbox.kept_log().stat().st_size, 200 * MEGABYTE)
+                self.end(wizard, "Close")
+                self.empty_temp()
+
+    def test_hole_of_a_gigabyte(self):
+        wizard, engine = self.start_paused_update(*self.BOX)
+        log = self.log()
+        # Which names no file, so that the log's stays on screen.
+        self.status_file().write_text("progress=60\n")
+        os.truncate(log, 1024 * MEGABYTE)
+        with open(log, "ab") as file:
+            file.write(b"\n2026-01-01 00:00:00.000   Dest filename: C:\\after the hole.dll\r\n")
+        wizard.wait_text("after the hole.dll")
+        os.kill(engine, signal.SIGCONT)
+        wizard.wait_text(FATAL)
+        self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
+        self.assert_failure(wizard, self.explained())
+
+
+class TempFolder(FaultTestCase):
+    def behind_mount(self, options, prepare="true"):
+        """Lets the wizard see a file system of its own in the temp folder's place."""
+        if not IS_ROOT or subprocess.run(["unshare", "-m", "true"]).returncode != 0:
+            self.skipTest("This user may not mount anything.")
+        inner = self.sandbox.root / "inner"
+        inner.write_text(f'#!/bin/sh\nmount -t tmpfs -o {options} none "$TMPDIR"\n{prepare}\n'
+                         f'exec "{os.environ["VARNEL_SETUP"]}" "$@"\n')
+        outer = self.sandbox.root / "outer"
+        outer.write_text(f'#!/bin/sh\nexec unshare -m "{inner}" "$@"\n')
+        for script in (inner, outer):
+            script.chmod(0o755)
+        self.program = str(outer)
+
+    def seen_by(self, wizard):
+        return Path(f"/proc/{wizard.process.pid}/root{self.sandbox.root}/temp")
+
+    def runs_well_and_fails_well(self, detail):
+        self.assert_updated(self.start_update())
+        self.sandbox.scenario("exit-code = 4", "message-box = The disk is full.")
+        self.assert_failure(self.start_update(), FATAL + detail)
+
+    def test_is_not_there(self):
+        (self.sandbox.root / "temp").rmdir()
+        # Qt then takes the working folder for it.
+        kept = self.sandbox.root / "varnel_setup_last.log"
+        self.runs_well_and_fails_well(f"  The disk is full.  (log: {kept})")
+        self.assertTrue(kept.exists())
+        self.assertEqual(list(self.sandbox.root.glob("varnel_setup_*.ini*")), [])
+        self.assertFalse((self.sandbox.root / "temp").exists())
+
+    def test_is_a_file(self):
+        (self.sandbox.root / "temp").rmdir()
+        (self.sandbox.root / "temp").write_text("mine")
+        self.runs_well_and_fails_well("")
+        self.assertEqual((self.sandbox.root / "temp").read_text(), "mine")
+
+    def test_cannot_be_written(self):
+        self.behind_mount("ro")
+        self.runs_well_and_fails_well("")
+
+    def test_is_full_from_the_start(self):
+        self.behind_mount("size=4k", 'head -c 4096 /dev/zero > "$TMPDIR/filler"')
+        # Names are still to be had, but not a byte to go with them.
+        self.runs_well_and_fails_well(f"  Log: {self.sandbox.kept_log()}")
+
+    def fill(self, folder):
+        """Leaves no room for a single byte."""
+        with open(folder / "filler", "wb", buffering=0) as file:
+            try:
+                while True:
+                    file.write(b"." * 512)
+            except OSError:
+                pass
+
+    def test_fills_up(self):
+        self.behind_mount("size=64k")
+        wizard, engine = self.start_paused_update("exit-code = 4", "message-box = Full.",
+                                                  "log-size = 20K")
+        temp = self.seen_by(wizard)
+        self.fill(temp)
+        os.kill(engine, signal.SIGCONT)
+        message = wizard.wait_text(FATAL)
+        self.assertTrue(message.endswith(f"(log: {self.sandbox.kept_log()})"), message)
+        # What could not be kept whole has not been left in parts either.
+        kinds = {name if name == "filler" else Path(name).suffix
+                 for name in os.listdir(temp)}
+        self.assertLessEqual(kinds, {"filler", ".ini", ".log"})
+        self.assertFalse([name for name in os.listdir(temp) if name.startswith("qt_temp")])
+        self.end(wizard, "Close")
+
+    def test_goes_during_a_run(self):
+        for scenario, outcome in ((), None), (("exit-code = 4",), FATAL):
+            with self.subTest(scenario=scenario):
+                (self.sandbox.root / "temp").mkdir(exist_ok=True)
+                wizard, engine = self.start_paused_update(*scenario)
+                shutil.rmtree(self.sandbox.root / "temp")
+                time.sleep(POLLS)
+                os.kill(engine, signal.SIGCONT)
+                if outcome:
+                    self.assert_failure(wizard, outcome)
+                else:
+                    self.assert_updated(wizard)
+                self.assertFalse((self.sandbox.root / "temp").exists())
+
+
+if __name__ == "__main__":
+    unittest.main()
