@@ -77,7 +77,7 @@ class Failures(FailureTestCase):
         text = self.world.folder / "text.exe"
         text.write_text("This is no program.\n")
         wizard = self.update(dos(text), "C:\\Apps")
-        self.assert_failure(wizard)
+        self.assert_failure(wizard, "Process failed to start")
         self.assertEqual(self.world.temp_files(), [])
 
     def test_engine_killed_half_way(self):

@@ -47,6 +47,11 @@ class Life(WindowsTestCase):
         self.assertEqual(percentages, sorted(percentages))
         self.assertGreater(len(set(percentages)), min(reports, 2), percentages)
 
+    def start_removal(self):
+        wizard = self.wizard("--uninstall", title="Varnel Schematics uninstall")
+        wizard.wait_page("Administrator rights required")
+        return wizard
+
     def wait_finish(self, watch, text):
         """Watches until the engine is done and the last page is there."""
         wizard = watch.wizard
@@ -81,6 +86,16 @@ class Life(WindowsTestCase):
         self.assertEqual(working_folder.rstrip("\\"), folder)
         self.assertEqual(command.strip().strip('"'), f"{folder}\\VarnelSolutions.exe")
         self.assertEqual(self.world.temp_files(), [])
+        started.unlink()
+
+        # Only the folder was there before, so it stays, with nothing in it.
+        wizard = self.start_removal()
+        wizard.click_at(PRIMARY)
+        wizard.wait_page("Uninstalled in 24 seconds")
+        wait_until(lambda: not list(self.world.path(folder).iterdir()), "an empty folder")
+        self.assertFalse(self.world.path(DESKTOP_LINK).exists())
+        self.assertFalse(self.world.path(MENU_LINK).exists())
+        self.assertEqual(wizard.close(), 0)
 
     def test_install_without_shortcut_update_and_remove(self):
         world = self.world
@@ -116,8 +131,7 @@ class Life(WindowsTestCase):
         self.assert_installed(folder, VERSION, desktop_shortcut=False)
         self.assertEqual(wizard.close(), 0)
 
-        wizard = self.wizard("--uninstall", title="Varnel Schematics uninstall")
-        wizard.wait_page("Administrator rights required")
+        wizard = self.start_removal()
         wizard.click("Also delete")
         wizard.settle()
         wizard.picture("with-preferences")
@@ -125,7 +139,8 @@ class Life(WindowsTestCase):
         watch = Watch(wizard)
         self.wait_finish(watch, "Uninstalled in 24 seconds")
         self.assert_seen_moving(watch, reports=1)  # it takes a fraction of a second
-        wait_until(lambda: world.files_below(folder) == ["mine.sch"], "an empty folder")
+        wait_until(lambda: [path.name for path in world.path(folder).iterdir()] == ["mine.sch"],
+                   "an empty folder")
         wait_until(lambda: not world.uninstall_entry(), "the entry to go")
         machine = world.registry()
         self.assertNotIn("VarnelSchematics.", machine)
