@@ -33,6 +33,7 @@ in_wine_view() {
 }
 
 # wine_environment: exports what a Windows program finds in its environment and how quiet Wine is.
+# Expects WINEPREFIX.
 #
 # Wine keeps these variables from its programs, unless they have WINE before their name.
 wine_environment() {
@@ -41,8 +42,8 @@ wine_environment() {
     export WINEDLLOVERRIDES="${WINEDLLOVERRIDES-winemenubuilder.exe,mscoree,mshtml=}"
     WINETEMP="Z:$(printf %s "${TMPDIR:-/tmp}" | tr / '\\')"
     export WINETEMP WINETMP="$WINETEMP"
-    # Wine keeps its own socket there; all programs of a prefix have to find the same one.
-    unset TMPDIR
+    # Wine's own socket lies there, which all programs of a prefix have to find and which goes with it.
+    export TMPDIR="$WINEPREFIX"
     for assignment in QT_QPA_PLATFORM QT_QPA_FONTDIR QT_SCALE_FACTOR QT_LOGGING_RULES \
         QT_FORCE_STDERR_LOGGING; do
         eval "[ -z \"\${$assignment:-}\" ] || export WINE$assignment=\"\$$assignment\""
