@@ -62,6 +62,8 @@ watched() {
     shift
     "$@" >>"$log_file" 2>&1 &
     command_pid=$!
+    # What runs in the background does not hear Ctrl+C; a function's work is done by its children.
+    trap 'kill $command_pid $(cat /proc/$command_pid/task/*/children) 2>/dev/null; exit 130' INT TERM
     waited=0
     # Not kill -0: with sudo the process is somebody else's.
     while [ -d /proc/$command_pid ] && ! grep -q '^State:.Z' /proc/$command_pid/status 2>/dev/null; do
@@ -69,6 +71,7 @@ watched() {
         waited=$((waited + 1))
         [ $((waited % 10)) -ne 0 ] || say "… $(tail -n 1 "$log_file" | cut -c 1-90)"
     done
+    trap - INT TERM
     wait $command_pid && return 0
     tail -n 20 "$log_file" >&2
     return 1
