@@ -195,7 +195,7 @@ void InstallerEngine::onProcessFinished(int exitCode, QProcess::ExitStatus exitS
 
 QString InstallerEngine::keepAndSummarizeLog()
 {
-    if (m_logFilePath.isEmpty() || !QFileInfo(m_logFilePath).isFile())
+    if (m_logFilePath.isEmpty() || !isRegularFile(m_logFilePath))
         return {};
     m_lastLogPath = QDir::temp().absoluteFilePath(u"varnel_setup_last.log"_s);
     QFile::remove(m_lastLogPath);

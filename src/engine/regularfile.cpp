@@ -2,8 +2,14 @@
 
 #include <QFileInfo>
 
+bool isRegularFile(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.isFile() && !info.isSymbolicLink();
+}
+
 bool openRegularFile(QFile &file)
 {
-    return QFileInfo(file.fileName()).isFile()
+    return isRegularFile(file.fileName())
         && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }

@@ -1,9 +1,10 @@
 #include "pages/licensetext.h"
 
-#include "engine/regularfile.h"
 #include "product/product.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -11,9 +12,9 @@ QString licenseText(const QString &programFolder)
 {
     for (QLatin1StringView place : { "/LICENSE.txt"_L1, "/../LICENSE.txt"_L1 }) {
         QFile file(programFolder + place);
-        if (!openRegularFile(file))
+        // Not a directory, nor a FIFO, which would block.
+        if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text))
             continue;
-        file.setTextModeEnabled(true);
         const QString text = QString::fromUtf8(file.readAll()).trimmed();
         if (!text.isEmpty())
             return text;

@@ -106,7 +106,7 @@ private:
     InstallerEngine *m_engine = nullptr;
     std::array<QMetaObject::Connection, 4> m_engineConnections;
     SimulatedRun m_simulation;
-    QTimer m_finishDelay; ///< the last look at a completed run
+    QTimer m_finishDelay { this }; ///< the last look at a completed run
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating
     bool m_wasShown = false;
     bool m_isClosing = false;

@@ -43,6 +43,8 @@ def zero_device(path):
 
 class StatusFile(FaultTestCase):
     def test_whatever_takes_its_place_the_run_goes_on(self):
+        secret = self.sandbox.root / "secret.txt"
+        secret.write_text("progress=80\nstatus=A secret\n")
         wizard, engine = self.start_paused_update()
         status = self.status_file()
         text = put(lambda path: path.write_text("progress=55\nstatus=Another file\n"))
@@ -52,6 +54,7 @@ class StatusFile(FaultTestCase):
                    ("a folder", lambda path: path.mkdir()),
                    ("a FIFO", put(os.mkfifo)),
                    ("a link to a device", put(lambda path: path.symlink_to("/dev/zero"))),
+                   ("a link to a file", put(lambda path: path.symlink_to(secret))),
                    ("a link to itself", put(lambda path: path.symlink_to(path))),
                    ("a dangling link", put(lambda path: path.symlink_to("gone"))),
                    ("one gigabyte", put(sparse(1024 * MEGABYTE))),
@@ -67,6 +70,7 @@ class StatusFile(FaultTestCase):
                 value = wizard.bar_value()
                 self.assertGreaterEqual(value, before)
                 before = value
+                self.assertFalse(wizard.has_text("A secret"))
                 if name == "another file":
                     self.assertAlmostEqual(value, 55, delta=1)
                     wizard.wait_text("Another file")
@@ -133,12 +137,15 @@ class Log(FaultTestCase):
         return f"{FATAL}  The disk is full.  (log: {self.sandbox.kept_log()})"
 
     def test_while_it_is_read(self):
+        secret = self.sandbox.root / "secret.txt"
+        secret.write_text("Message box (OK):\nA secret.\nUser chose OK.\nA secret error.\n")
         for name, change, message, kept in (
                 ("cut off", lambda path: os.truncate(path, 0), self.explained(), True),
                 ("removed", remove, FATAL, False),
                 ("folder", lambda path: (remove(path), path.mkdir()), FATAL, False),
                 ("FIFO", put(os.mkfifo), FATAL, False),
                 ("device", put(lambda path: path.symlink_to("/dev/zero")), FATAL, False),
+                ("link", put(lambda path: path.symlink_to(secret)), FATAL, False),
                 ("binary", put(lambda path: path.write_bytes(b"\0\xff\n" * MEGABYTE)), None, True)):
             with self.subTest(log=name):
                 wizard, engine = self.start_paused_update(*self.BOX)

@@ -40,6 +40,42 @@ class KilledWizard(FaultTestCase):
         self.assert_updated(self.start_update())
         self.assertEqual(self.sandbox.temp_files(), left)
 
+    def test_during_a_first_installation(self):
+        self.sandbox.scenario("stall = 3", "stage = half")
+        wizard = self.start("--setup-exe", ENGINE)
+        wizard.walk_to_ready()
+        wizard.click("Install")
+        orphan = self.engine_of(wizard)
+        wait_until(lambda: (wizard.bar_value() or 0) > 40, "half of the run")
+        wizard.kill()
+        left = self.sandbox.temp_files()
+        self.assertEqual(len(left), 2)
+
+        # While the engine still works, nothing is recorded yet, so the next one offers the same.
+        following = self.start("--setup-exe", ENGINE)
+        following.wait_text("Welcome to the Varnel Schematics Setup Wizard")
+        wait_until(lambda: not Path("/proc", str(orphan)).exists(), "the engine's end")
+        self.end(following, "Cancel")
+        self.assertEqual(self.sandbox.temp_files(), left)
+
+        # Afterwards it is an installation like any other.
+        self.assertEqual(self.version(), "1.6.9")
+        following = self.start("--setup-exe", ENGINE)
+        following.wait_button("Update Now")
+        self.end(following, "Skip")
+
+    def test_after_a_failure(self):
+        self.sandbox.scenario("exit-code = 4", "message-box = The disk is full.")
+        wizard = self.start_update()
+        wizard.wait_text(FATAL)
+        wizard.kill()
+        left = self.sandbox.temp_files()
+        self.assertEqual(len(left), 3)  # its status file, its log, and the log that it has kept
+        self.assertIn(self.sandbox.kept_log().name, left)
+        self.sandbox.scenario("")
+        self.assert_updated(self.start_update())
+        self.assertEqual(self.sandbox.temp_files(), left)
+
     def test_during_and_after_a_removal(self):
         uninstaller = self.uninstaller()
         self.sandbox.scenario("stall = 1", "stage = half")
@@ -79,6 +115,28 @@ class Clock(FaultTestCase):
                   self.sandbox.kept_log().read_text(encoding="utf-8-sig").splitlines()
                   if line.startswith("2")]
         self.assertGreater(stamps[0], stamps[-1])
+
+
+class TwoFailures(FaultTestCase):
+    def test_at_once_each_tells_its_own_and_one_log_is_kept(self):
+        """The kept log has one name for all, and the last one to fail has it."""
+        wizards = []
+        for number in range(2):
+            scenario = self.sandbox.root / f"scenario {number}"
+            scenario.write_text("exit-code = 4\nstall = 3\nstage = end\nlog-size = 2M\n"
+                                f"message-box = I am number {number}.\n")
+            self.sandbox.environment["VARNEL_ENGINE_SCENARIO"] = str(scenario)
+            wizards.append(self.start_update())
+        kept = self.sandbox.kept_log()
+        for number, wizard in enumerate(wizards):
+            self.assertEqual(wizard.wait_text(FATAL),
+                             f"{FATAL}  I am number {number}.  (log: {kept})")
+        logs = [path.read_bytes() for path in (self.sandbox.root / "temp").glob("*.ini.log")]
+        self.assertEqual(len(logs), 2)
+        self.assertIn(kept.read_bytes(), logs)
+        for wizard in wizards:
+            self.end(wizard, "Close")
+        self.assertEqual(self.sandbox.temp_files(), [kept.name])
 
 
 class StartedWizard(Wizard):

@@ -1,6 +1,7 @@
 #include "engine/enginerecord.h"
 #include "engine/installerengine.h"
 #include "support/environment.h"
+#include "support/footprint.h"
 #include "support/sandbox.h"
 
 #include <QDir>
@@ -33,26 +34,6 @@ constexpr int kLives = 200;
 constexpr int kWarmUp = 20; ///< lives after which everything is there that is made only once
 constexpr int kAtOnce = 50;
 constexpr int kPatience = 60'000; ///< milliseconds
-
-/// Memory that this process holds now, in kB; -1 where it is not told.
-qint64 memoryInUse()
-{
-    QFile file(u"/proc/self/status"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.simplified().split(' ').at(1).toLongLong();
-    }
-    return -1;
-}
-
-/// Files, pipes and connections that this process has open; -1 where they cannot be counted.
-qsizetype openHandles()
-{
-    const QStringList handles = QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System);
-    return handles.isEmpty() ? -1 : handles.size();
-}
 
 /// Counts the timers that fire in this program.
 class TimerCounter : public QObject
