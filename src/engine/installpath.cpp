@@ -4,6 +4,8 @@
 
 #include <QDir>
 
+using namespace Qt::Literals::StringLiterals;
+
 bool isDriveRoot(QStringView path)
 {
     if (path == u'/')
@@ -16,12 +18,32 @@ bool isDriveRoot(QStringView path)
     return isDrive && endsAsRoot;
 }
 
+namespace {
+
+QString cleaned(const QString &path)
+{
+    // A drive is set aside, so that a Windows path is cleaned as one wherever we run.
+    const bool hasDrive = path.size() >= 2 && isDriveRoot(QStringView(path).first(2));
+    const QString drive = path.first(hasDrive ? 2 : 0);
+    QString rest = path.sliced(drive.size());
+    if (hasDrive) {
+        rest.replace(u'\\', u'/');
+        while (rest.startsWith("//"_L1)) // which would name a server
+            rest.remove(0, 1);
+    }
+    rest = QDir::cleanPath(rest);
+    // Above a root there is only the root.
+    while (rest == "/.."_L1 || rest.startsWith("/../"_L1))
+        rest.replace(0, qMin(rest.size(), 4), u"/"_s);
+    return drive + rest;
+}
+
+} // namespace
+
 QString installFolder(const QString &path)
 {
-    QString folder = QDir::cleanPath(path);
-    // So that a Windows path is cleaned as one wherever we run.
-    if (folder.size() >= 2 && isDriveRoot(QStringView(folder).first(2)))
-        folder = QDir::cleanPath(folder.replace(u'\\', u'/'));
+    // Twice, as a path without a drive can lead to one with it.
+    const QString folder = cleaned(cleaned(path));
     if (!isDriveRoot(folder))
         return folder;
     const QStringView drive = QStringView(folder).first(folder == u'/' ? 0 : 2);

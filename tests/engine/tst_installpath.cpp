@@ -82,6 +82,12 @@ void TestInstallPath::folder_data()
     QTest::newRow("other drive, lower case") << u"d:/"_s << u"d:/Varnel Schematics"_s;
     QTest::newRow("root of the file system") << u"/"_s << u"/Varnel Schematics"_s;
     QTest::newRow("root and dot") << u"/./"_s << u"/Varnel Schematics"_s;
+    QTest::newRow("above the root") << u"/.."_s << u"/Varnel Schematics"_s;
+    QTest::newRow("far above the root") << u"/a/../../.."_s << u"/Varnel Schematics"_s;
+    QTest::newRow("above the drive") << uR"(C:\..)"_s << u"C:/Varnel Schematics"_s;
+    QTest::newRow("far above the drive") << u"C:/../../"_s << u"C:/Varnel Schematics"_s;
+    QTest::newRow("folder beside the drive") << uR"(C:\..\a)"_s << u"C:/a"_s;
+    QTest::newRow("folder beside the root") << u"/../..a"_s << u"/..a"_s;
     QTest::newRow("back to the root") << u"/a/.."_s << u"/Varnel Schematics"_s;
 
     QTest::newRow("back to the drive, back-slashes")

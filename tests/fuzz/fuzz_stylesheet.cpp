@@ -32,13 +32,28 @@ QString slowResolve(const QString &text, bool dark)
     return resolved;
 }
 
+/// Any text, with the names of the table strewn in, which would hardly be met by chance: a byte
+/// from 128 on stands for one of them, together with the next byte; behind a zero the text is as it
+/// is.
+QString textFrom(FuzzInput &input)
+{
+    QString text;
+    while (const std::uint8_t letter = input.byte()) {
+        if (letter < 128)
+            text += QLatin1Char(char(letter));
+        else
+            text += themeTokens()[(letter * 256u + input.byte()) % themeTokens().size()].name;
+    }
+    return text + QString::fromUtf8(input.rest());
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     FuzzInput input(data, size);
     const bool dark = input.byte() & 1;
-    const QString text = QString::fromUtf8(input.rest());
+    const QString text = textFrom(input);
     ThemeManager::instance().setDarkMode(dark);
     requireEqual(ThemeManager::instance().resolve(text), slowResolve(text, dark), "style sheet");
     return 0;
