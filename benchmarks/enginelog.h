@@ -13,8 +13,8 @@ inline QByteArray logOfOneFile(int number)
     return stamp + "-- File entry --\r\n" + stamp + "Non-default bitness: 64-bit\r\n" + stamp
         + "Dest filename: C:\\Program Files\\Varnel Schematics\\symbols\\part"
         + QByteArray::number(number) + ".lib\r\n" + stamp
-        + "Time stamp of our file: 2026-10-02 09:00:00.000\r\n" + stamp
-        + "Installing the file.\r\n" + stamp + "Successfully installed the file.\r\n";
+        + "Time stamp of our file: 2026-10-02 09:00:00.000\r\n" + stamp + "Installing the file.\r\n"
+        + stamp + "Successfully installed the file.\r\n";
 }
 
 /// Writes a log of at least `size` bytes; `last` ends it.

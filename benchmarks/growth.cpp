@@ -3,9 +3,9 @@
 //
 //   bench_growth [<largest log in megabytes>]
 
-#include "enginelog.h"
 #include "engine/logsummary.h"
 #include "engine/logtail.h"
+#include "enginelog.h"
 #include "timing.h"
 
 #include <QTemporaryDir>

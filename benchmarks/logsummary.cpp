@@ -3,8 +3,8 @@
 //
 //   bench_logsummary [<megabytes>]
 
-#include "enginelog.h"
 #include "engine/logsummary.h"
+#include "enginelog.h"
 #include "timing.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
-// Stands for the application in a sample of its files. Started, it says so in started.txt of its own
-// folder: one line per start with the working folder, a tab and the command line. Then it stays for a
-// moment, as a program does.
+// Stands for the application in a sample of its files. Started, it says so in started.txt of its
+// own folder: one line per start with the working folder, a tab and the command line. Then it stays
+// for a moment, as a program does.
 
 #include <windows.h>
 
@@ -27,8 +27,8 @@ std::wstring workingFolder()
 std::string utf8(const std::wstring &text)
 {
     std::string result(text.size() * 3, '\0');
-    result.resize(size_t(WideCharToMultiByte(CP_UTF8, 0, text.data(), int(text.size()), result.data(),
-                                             int(result.size()), nullptr, nullptr)));
+    result.resize(size_t(WideCharToMultiByte(CP_UTF8, 0, text.data(), int(text.size()),
+                                             result.data(), int(result.size()), nullptr, nullptr)));
     return result;
 }
 

@@ -12,8 +12,8 @@ public:
     ProcessTree();
     ~ProcessTree();
 
-    /// Takes in a process that has just been started, and from now on what it starts. A second one is
-    /// not taken in.
+    /// Takes in a process that has just been started, and from now on what it starts. A second one
+    /// is not taken in.
     void add(const QProcess &process);
     /// Kills all of them; `process` is the one that was added.
     void kill(QProcess &process);

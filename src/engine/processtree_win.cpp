@@ -23,8 +23,8 @@ void ProcessTree::add(const QProcess &process)
 {
     if (m_handles->job)
         return;
-    HANDLE handle = OpenProcess(PROCESS_SET_QUOTA | PROCESS_TERMINATE, FALSE,
-                                DWORD(process.processId()));
+    HANDLE handle =
+        OpenProcess(PROCESS_SET_QUOTA | PROCESS_TERMINATE, FALSE, DWORD(process.processId()));
     if (!handle)
         return;
     m_handles->job = CreateJobObjectW(nullptr, nullptr);

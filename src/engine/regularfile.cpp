@@ -10,6 +10,5 @@ bool isRegularFile(const QString &path)
 
 bool openRegularFile(QFile &file)
 {
-    return isRegularFile(file.fileName())
-        && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    return isRegularFile(file.fileName()) && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }

@@ -18,8 +18,7 @@ bool removeFile(const QString &path)
     if (QFile::remove(path))
         return true;
     // Windows keeps what is marked read-only. What a link leads to must not change.
-    return !isLink(path)
-        && QFile::setPermissions(path, QFile::permissions(path) | QFile::WriteUser)
+    return !isLink(path) && QFile::setPermissions(path, QFile::permissions(path) | QFile::WriteUser)
         && QFile::remove(path);
 }
 
@@ -28,8 +27,8 @@ bool removeFile(const QString &path)
 /// administrator rights.
 void removeFolder(const QString &path)
 {
-    const QFileInfoList entries = QDir(path).entryInfoList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    const QFileInfoList entries = QDir(path).entryInfoList(QDir::AllEntries | QDir::Hidden
+                                                           | QDir::System | QDir::NoDotAndDotDot);
     for (const QFileInfo &entry : entries) {
         const QString entryPath = entry.filePath();
         if (entry.isDir() && !isLink(entryPath))

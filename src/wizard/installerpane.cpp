@@ -4,6 +4,7 @@
 #include "widgets/animation.h"
 
 #include <QGraphicsOpacityEffect>
+#include <QLayout>
 #include <QPainter>
 #include <QPropertyAnimation>
 
@@ -25,6 +26,15 @@ void addAnimation(QParallelAnimationGroup *group, QObject *target, const char *p
     animation->setEasingCurve(QEasingCurve::OutCubic);
     animation->setStartValue(from);
     animation->setEndValue(to);
+}
+
+/// Whatever is painted through an effect has Qt lay out all of the window first, hidden pages
+/// included, which would be a fifth of all that happens before the first frame. So they do without
+/// until they are shown.
+void setLaidOut(QWidget *page, bool on)
+{
+    for (QLayout *layout : page->findChildren<QLayout *>())
+        layout->setEnabled(on);
 }
 
 /// Fades `page` with an effect that the page owns from here on.
@@ -52,12 +62,14 @@ void InstallerPane::addPage(QWidget *page)
     page->setParent(this);
     page->setGeometry(rect());
     page->hide();
+    setLaidOut(page, false);
     m_pages.append(page);
 }
 
 void InstallerPane::setCurrentPage(QWidget *page, bool animate)
 {
     endTransition();
+    setLaidOut(page, true);
     QWidget *previous = std::exchange(m_current, page);
     if (!animate || !previous || !showsMotion(this)) {
         m_outgoing = previous == page ? nullptr : previous;

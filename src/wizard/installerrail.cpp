@@ -50,7 +50,8 @@ InstallerRail::InstallerRail(QWidget *parent)
     layout->addWidget(m_legal);
 
     onThemeChange(this, [this] { restyle(); });
-    // Last: with its style already on it, the text is not first laid out in a font that nobody sees.
+    // Last: with its style already on it, the text is not first laid out in a font that nobody
+    // sees.
     m_legal->ensurePolished();
     m_legal->setText(
         u"%1<br>%2"_s.arg(Product::kPublisherNotice, tr("Proprietary and confidential")));

@@ -287,7 +287,8 @@ void TestLogTail::logThatShrinksWhileRead()
     int finds = 0;
     do {
         // A fresh look each time, as one that has seen much waits until there is more.
-        for (const QString &file : { tail.readNewestFile(), LogTail(log.path()).readNewestFile() }) {
+        for (const QString &file :
+             { tail.readNewestFile(), LogTail(log.path()).readNewestFile() }) {
             // A name that was cut while it was looked at may come in part, but nothing else may.
             QVERIFY2(name.startsWith(file.toUtf8()), qPrintable(file));
             finds += int(!file.isEmpty());

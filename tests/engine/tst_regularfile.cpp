@@ -105,8 +105,7 @@ void TestRegularFile::links()
             sandbox.path(name).toStdU16String());
     }
 
-    for (const QString &name :
-         { u"to-file"_s, u"to-folder"_s, u"to-nothing"_s, u"to-itself"_s }) {
+    for (const QString &name : { u"to-file"_s, u"to-folder"_s, u"to-nothing"_s, u"to-itself"_s }) {
         QFile link(sandbox.path(name));
         QVERIFY2(!isRegularFile(link.fileName()), qPrintable(name));
         QVERIFY2(!openRegularFile(link), qPrintable(name));

@@ -80,8 +80,7 @@ void TestReadyPage::summary_data()
     QTest::newRow("ampersand and angle brackets")
         << u"/opt/a&b <i>"_s << true << u"/opt/a&amp;b &lt;i&gt;"_s << wanted;
     QTest::newRow("an entity is no entity") << u"/a&lt;b"_s << true << u"/a&amp;lt;b"_s << wanted;
-    QTest::newRow("runs of blanks")
-        << u"/a  b   c"_s << true << u"/a \u00a0b \u00a0 c"_s << wanted;
+    QTest::newRow("runs of blanks") << u"/a  b   c"_s << true << u"/a \u00a0b \u00a0 c"_s << wanted;
     QTest::newRow("quotes") << u"/a\"b"_s << true << u"/a&quot;b"_s << wanted;
     QTest::newRow("place markers")
         << u"/%1 %2 %3 %%"_s << false << u"/%1 %2 %3 %%"_s << u"(none)"_s;

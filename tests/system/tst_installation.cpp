@@ -236,8 +236,8 @@ void TestInstallation::defaultInstallDir()
         else
             setVariable(name, native(value));
     };
-    const auto restore = qScopeGuard(
-        [&, old = qEnvironmentVariable("ProgramW6432")] { set("ProgramW6432", old); });
+    const auto restore =
+        qScopeGuard([&, old = qEnvironmentVariable("ProgramW6432")] { set("ProgramW6432", old); });
     set("ProgramFiles", programFiles);
     set("ProgramW6432", programW6432);
     QCOMPARE(::defaultInstallDir(), native(folder));

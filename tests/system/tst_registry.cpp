@@ -160,8 +160,7 @@ void TestRegistry::everyReadIsFresh()
 void TestRegistry::readingWritesNothing()
 {
     for (const QJsonObject &registry :
-         { QJsonObject(),
-           QJsonObject { { kKey, QJsonObject { { u"Value"_s, u"1.6.9"_s } } } } }) {
+         { QJsonObject(), QJsonObject { { kKey, QJsonObject { { u"Value"_s, u"1.6.9"_s } } } } }) {
         m_sandbox->setRegistry(registry);
         const QStringList before = m_sandbox->storedRegistry();
         for (const QString &key :

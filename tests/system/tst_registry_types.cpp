@@ -70,8 +70,7 @@ void TestRegistryTypes::texts_data()
     QTest::newRow("number") << REG_DWORD << QByteArray("\x0a\0\0\0", 4) << u"10"_s;
     QTest::newRow("no bytes of no kind") << REG_NONE << QByteArray() << QString();
     QTest::newRow("no bytes") << REG_BINARY << QByteArray() << QString();
-    QTest::newRow("several texts")
-        << REG_MULTI_SZ << stored(u"one\0two\0\0"_s) << QString();
+    QTest::newRow("several texts") << REG_MULTI_SZ << stored(u"one\0two\0\0"_s) << QString();
 }
 
 void TestRegistryTypes::texts()
@@ -90,11 +89,13 @@ void TestRegistryTypes::numbers_data()
     QTest::addColumn<int>("number");
     QTest::newRow("number") << REG_DWORD << QByteArray("\xa8\x0e\x08\0", 4) << 528040;
     QTest::newRow("greatest number") << REG_DWORD << QByteArray("\xff\xff\xff\xff", 4) << -1;
-    QTest::newRow("long number")
-        << REG_QWORD << QByteArray("\xa8\x0e\x08\0\0\0\0\0", 8) << 528040;
+    QTest::newRow("long number") << REG_QWORD << QByteArray("\xa8\x0e\x08\0\0\0\0\0", 8) << 528040;
     QTest::newRow("number as text") << REG_SZ << stored(u"22631\0"_s) << 22631;
     QTest::newRow("text") << REG_SZ << stored(u"22H2\0"_s) << 0;
-    QTest::newRow("several texts") << REG_MULTI_SZ << stored(u"1\0" "2\0\0"_s) << 0;
+    QTest::newRow("several texts") << REG_MULTI_SZ
+                                   << stored(u"1\0"
+                                             "2\0\0"_s)
+                                   << 0;
     QTest::newRow("bytes") << REG_BINARY << QByteArray("\1\2\3", 3) << 0;
 }
 
@@ -107,8 +108,8 @@ void TestRegistryTypes::numbers()
     QTEST(readRegistryInt(kKey, u"Value"_s), "number");
 }
 
-// A 32-bit setup engine writes into a view of its own, which we read by its name. The views belong to
-// the machine's real roots, so this key is made there, and goes again.
+// A 32-bit setup engine writes into a view of its own, which we read by its name. The views belong
+// to the machine's real roots, so this key is made there, and goes again.
 void TestRegistryTypes::bothViews()
 {
     const auto remove = qScopeGuard([] {
@@ -127,9 +128,9 @@ void TestRegistryTypes::bothViews()
         QCOMPARE(error, ERROR_SUCCESS);
     }
     QCOMPARE(readRegistryInt(kKey, u"Bits"_s), 64);
-    QCOMPARE(readRegistryInt(uR"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\Varnel Test)"_s,
-                             u"Bits"_s),
-             32);
+    QCOMPARE(
+        readRegistryInt(uR"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\Varnel Test)"_s, u"Bits"_s),
+        32);
 }
 
 QTEST_GUILESS_MAIN(TestRegistryTypes)

@@ -21,8 +21,7 @@ struct Scene
         first->setGeometry(10, 10, 100, 40);
         button = new ThemedButton(u"Second"_s, radius, &window);
         button->setGeometry(10, 60, 100, 40);
-        button->setStyleSheet(
-            u"QPushButton{background:#ffffff;border:none;color:#ffffff;}"_s);
+        button->setStyleSheet(u"QPushButton{background:#ffffff;border:none;color:#ffffff;}"_s);
         window.resize(200, 120);
         window.show();
         window.activateWindow();

@@ -10,6 +10,7 @@
 #include <QGraphicsOpacityEffect>
 #include <QPropertyAnimation>
 #include <QTest>
+#include <QVBoxLayout>
 
 #include <cmath>
 
@@ -82,6 +83,7 @@ class TestInstallerPane : public QObject
 private Q_SLOTS:
     void init();
     void addedPageIsHiddenAndFillsThePane();
+    void pageIsLaidOutWhenItIsShown();
     void firstPageComesWithoutTransition();
     void withoutAnimationThePagesJustSwap();
     void transitionIsMadeAsItShould();
@@ -120,6 +122,27 @@ void TestInstallerPane::addedPageIsHiddenAndFillsThePane()
     QCOMPARE(page->geometry(), kFull);
     QVERIFY(!page->isVisible());
     QCOMPARE(pane.currentPage(), nullptr);
+}
+
+void TestInstallerPane::pageIsLaidOutWhenItIsShown()
+{
+    Pane pane;
+    pane.setCurrentPage(pane.a, true);
+    auto *page = new QWidget;
+    auto *inner = new QWidget;
+    auto *label = new QWidget;
+    (new QVBoxLayout(page))->addWidget(inner);
+    (new QVBoxLayout(inner))->addWidget(label);
+    pane.addPage(page);
+    const QRect before = label->geometry();
+    pane.grab(); // which asks for everything to be where it belongs
+    QCOMPARE(label->geometry(), before);
+
+    pane.setCurrentPage(page, true);
+    QVERIFY(page->contentsRect().contains(inner->geometry()));
+    QVERIFY(inner->width() > kPageSize.width() - 40);
+    QVERIFY(inner->contentsRect().contains(label->geometry()));
+    QVERIFY(label->width() > kPageSize.width() - 80);
 }
 
 void TestInstallerPane::firstPageComesWithoutTransition()

@@ -39,8 +39,8 @@ struct Keyboard : WizardDriver
         QTest::keyClick(wizard.windowHandle(), key, modifiers);
         settle();
     }
-    /// The key that ends the program. Nothing may be looked at afterwards: on Windows, an event loop
-    /// that runs inside the one that is to end makes the latter forget about it.
+    /// The key that ends the program. Nothing may be looked at afterwards: on Windows, an event
+    /// loop that runs inside the one that is to end makes the latter forget about it.
     void lastKey(Qt::Key key)
     {
         settle();

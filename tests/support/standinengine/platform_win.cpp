@@ -25,9 +25,9 @@ constexpr wchar_t kPipeHolderVariable[] = L"VARNEL_ENGINE_PIPE_HOLDER";
 
 /// A process that dies of an exception ends with the exception's code.
 constexpr std::pair<std::string_view, UINT> kSignals[] = {
-    { "11", 0xC0000005 },  { "SEGV", 0xC0000005 }, { "ILL", 0xC000001D },  { "FPE", 0xC000008E },
-    { "BUS", 0xC0000006 }, { "TRAP", 0x80000003 }, { "ABRT", 0xC0000409 }, { "KILL", 0xC000013A },
-    { "TERM", 0xC000013A },
+    { "11", 0xC0000005 },   { "SEGV", 0xC0000005 }, { "ILL", 0xC000001D },
+    { "FPE", 0xC000008E },  { "BUS", 0xC0000006 },  { "TRAP", 0x80000003 },
+    { "ABRT", 0xC0000409 }, { "KILL", 0xC000013A }, { "TERM", 0xC000013A },
 };
 
 UINT exceptionCode(std::string_view signal)
