@@ -12,7 +12,7 @@ packages="
     fonts-dejavu-core
 "
 # What some of the tests take beyond that.
-fuzz_packages="clang libclang-rt-dev"
+analysis_packages="clang clang-format libclang-rt-dev"
 windows_test_packages="tesseract-ocr tesseract-ocr-eng osslsigncode openssl"
 
 started=$(date +%s)
