@@ -9,7 +9,6 @@ from testcase import ENGINE, WizardTestCase
 from wizard import UNINSTALL_KEY, Wizard, wait_until
 
 MEGABYTE = 1024 * 1024
-MEMORY_LIMIT = 100 * MEGABYTE
 POLLS = 0.2  # seconds in which the wizard looks at the engine's files a few times
 
 FATAL = "A fatal error occurred during installation."

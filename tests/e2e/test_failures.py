@@ -5,7 +5,6 @@ import unittest
 from testcase import ENGINE, WizardTestCase
 
 MEGABYTE = 1024 * 1024
-MEMORY_LIMIT = 100 * MEGABYTE
 
 
 class Failures(WizardTestCase):
@@ -83,7 +82,7 @@ class Failures(WizardTestCase):
         self.sandbox.scenario("flood-stdout = 500M", "stall = 2", "stage = half")
         wizard = self.start_installation()
         wizard.wait_text("is installed")
-        self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
+        self.assert_small(wizard)
         self.end(wizard, "Close")
 
     def test_huge_log_costs_no_memory_and_is_explained(self):
@@ -92,7 +91,7 @@ class Failures(WizardTestCase):
         wizard = self.start_installation()
         message = wizard.wait_text("A fatal error occurred during installation.", patience=120)
         self.assertIn("Nothing fits any more.", message)
-        self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
+        self.assert_small(wizard)
         self.assertGreater(self.sandbox.kept_log().stat().st_size, 1000 * MEGABYTE)
         self.end(wizard, "Close")
 

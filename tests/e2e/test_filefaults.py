@@ -10,7 +10,7 @@ import time
 import unittest
 from pathlib import Path
 
-from faults import FATAL, MEGABYTE, MEMORY_LIMIT, POLLS, FaultTestCase
+from faults import FATAL, MEGABYTE, POLLS, FaultTestCase
 
 IS_ROOT = os.geteuid() == 0
 
@@ -77,7 +77,7 @@ class StatusFile(FaultTestCase):
                 if name == "one gigabyte":
                     self.assertAlmostEqual(value, 60, delta=1)
                     wizard.wait_text("One gigabyte")
-        self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
+        self.assert_small(wizard)
         os.kill(engine, signal.SIGCONT)
         self.assert_updated(wizard)
         self.assertEqual(self.sandbox.temp_files(), [])
@@ -176,7 +176,7 @@ class Log(FaultTestCase):
                     self.assertEqual(message, self.explained())
                 self.assertLess(len(message), 100_000)
                 self.assertTrue(message.endswith(f"(log: {self.sandbox.kept_log()})"))
-                self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
+                self.assert_small(wizard)
                 self.assertGreater(self.sandbox.kept_log().stat().st_size, 200 * MEGABYTE)
                 self.end(wizard, "Close")
                 self.empty_temp()
@@ -192,7 +192,7 @@ class Log(FaultTestCase):
         wizard.wait_text("after the hole.dll")
         os.kill(engine, signal.SIGCONT)
         wizard.wait_text(FATAL)
-        self.assertLess(wizard.peak_memory(), MEMORY_LIMIT)
+        self.assert_small(wizard)
         self.assert_failure(wizard, self.explained())
 
 
