@@ -22,7 +22,8 @@ include(${CMAKE_CURRENT_LIST_DIR}/../tools/windows/qt/mingw.cmake)
 set(CMAKE_PREFIX_PATH ${VARNEL_WINDOWS_QT})
 
 # One file without companions: the run-time libraries of the compiler go into it as well. What is left
-# over when everything nobody calls is gone has no symbols either.
+# over when everything nobody calls is gone has no symbols either. No link-time optimisation: the
+# compiler of Debian 12 (GCC 12) ends in an internal error over it.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--gc-sections")
 set(CMAKE_EXE_LINKER_FLAGS_MINSIZEREL_INIT "-s")
 

@@ -29,8 +29,8 @@ void addAnimation(QParallelAnimationGroup *group, QObject *target, const char *p
 }
 
 /// Whatever is painted through an effect has Qt lay out all of the window first, hidden pages
-/// included, which would be a fifth of all that happens before the first frame. So they do without
-/// until they are shown.
+/// included, which the first frame of the entrance would have to wait for. So they do without until
+/// they are shown.
 void setLaidOut(QWidget *page, bool on)
 {
     for (QLayout *layout : page->findChildren<QLayout *>())
