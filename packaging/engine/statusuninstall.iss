@@ -4,9 +4,11 @@
 const
   PBM_SETPOS = $0402;
   GWL_WNDPROC = -4;
+  MostLooks = 200;
 
 var
   OurFiles: TStringList;
+  NextFile: Integer;
   BarProcedure: Longint;
 
 function CallWindowProc(Procedure_: Longint; Window: HWND; Message: UINT; W, L: Longint): Longint;
@@ -34,18 +36,28 @@ begin
   end;
 end;
 
-{ One of the files that have gone since the last time. }
-function NewestRemovedFile: String;
+{ One of the files that have gone since the last time. Of many files only some are looked at each time, in
+  turns, so that the removal need not wait for the looks. }
+function RemovedFile: String;
 var
-  I: Integer;
+  I, Looks: Integer;
 begin
   Result := '';
-  for I := OurFiles.Count - 1 downto 0 do
-    if not FileExists(OurFiles[I]) then
+  Looks := OurFiles.Count;
+  if Looks > MostLooks then
+    Looks := MostLooks;
+  for I := 1 to Looks do
+  begin
+    if NextFile >= OurFiles.Count then
+      NextFile := 0;
+    if FileExists(OurFiles[NextFile]) then
+      NextFile := NextFile + 1
+    else
     begin
-      Result := OurFiles[I];
-      OurFiles.Delete(I);
+      Result := OurFiles[NextFile];
+      OurFiles.Delete(NextFile);
     end;
+  end;
 end;
 
 procedure OnBarMoved;
@@ -54,7 +66,7 @@ var
 begin
   if GetTickCount - LastReport < ReportInterval then
     Exit;
-  FileName := NewestRemovedFile;
+  FileName := RemovedFile;
   if FileName <> '' then
     Status := CustomMessage('RemovingFiles');
   with UninstallProgressForm.ProgressBar do
