@@ -53,7 +53,7 @@ int main(int argc, char *argv[])
     const QTemporaryDir folder;
     qputenv("TMPDIR", folder.path().toLocal8Bit());
 
-    // A run of an engine that never ends: its files are ours to write.
+    // No event loop runs, so this run never ends, and its files are ours to write.
     InstallerEngine engine;
     engine.setSetupExecutable(u"/bin/cat"_s);
     engine.startInstall(folder.path(), {});
@@ -69,22 +69,21 @@ int main(int argc, char *argv[])
         "poll, nothing new            %8.2f us   two stat and a read in C %8.2f us   %.1f x\n",
         nothingNew * 1e6, least * 1e6, nothingNew / least);
 
-    QByteArray line(
-        "2026-11-21 10:15:30.123   Dest filename: C:\\Program Files\\Varnel\\a.dll\r\n");
-    QByteArray grown;
-    while (grown.size() < 100 * kMegabyte)
-        grown += line;
-    append(log, grown);
-    const double tail = medianSeconds(kRuns, [&log] {
-        LogTail fresh(log);
-        if (fresh.readNewestFile().isEmpty())
-            qFatal("No name");
-    });
-    const double scan = medianSeconds(kRuns, [&grown] {
-        if (std::memchr(grown.constData(), '\1', size_t(grown.size())))
-            qFatal("Unexpected byte");
-    });
-    std::printf(
-        "poll, log grown by 100 MB    %8.2f us   memchr over them         %8.2f us   %.3f x\n",
-        tail * 1e6, scan * 1e6, tail / scan);
+    // Of the names only the last counts, which is near the end, or nowhere in all of it.
+    for (const char *what :
+         { "Dest filename: C:\\Program Files\\Varnel\\a.dll", "Installing the file." }) {
+        const QByteArray line = QByteArray("2026-11-21 10:15:30.123   ") + what + "\r\n";
+        const QByteArray grown = line.repeated(100 * kMegabyte / line.size());
+        if (!QFile::resize(log, 0))
+            qFatal("Cannot empty the log");
+        append(log, grown);
+        const double tail = medianSeconds(kRuns, [&log] { (void)LogTail(log).readNewestFile(); });
+        const double scan = medianSeconds(kRuns, [&grown] {
+            if (std::memchr(grown.constData(), '\1', size_t(grown.size())))
+                qFatal("Unexpected byte");
+        });
+        std::printf("poll, log grown by 100 MB    %8.2f us   memchr over them         %8.2f us   "
+                    "%.3f x   (%s)\n",
+                    tail * 1e6, scan * 1e6, tail / scan, what);
+    }
 }

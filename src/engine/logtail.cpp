@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QFileInfo>
 
+#include <string_view>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -23,11 +25,20 @@ QString fileNamedBy(QByteArrayView rawLine)
     return marker < 0 ? QString() : line.sliced(marker + kMarker.size()).trimmed();
 }
 
+/// Where the last marker of `lines` begins; -1 without one. Most of a long log names no file, and
+/// only forwards does the library look at many bytes at a time.
+qsizetype lastMarkerIn(QByteArrayView lines)
+{
+    const std::string_view text(lines.data(), size_t(lines.size()));
+    const std::string_view marker(kMarker.data(), size_t(kMarker.size()));
+    return text.find(marker) == text.npos ? -1 : qsizetype(text.rfind(marker));
+}
+
 /// The file named by the last line of `lines` that names one.
 QString lastFileIn(QByteArrayView lines)
 {
     while (true) {
-        const qsizetype marker = lines.lastIndexOf(kMarker);
+        const qsizetype marker = lastMarkerIn(lines);
         if (marker < 0)
             return {};
         const qsizetype lineStart = lines.lastIndexOf('\n', marker) + 1;
