@@ -11,6 +11,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryFile>
 #include <QUuid>
 
 #include <chrono>
@@ -29,6 +30,23 @@ constexpr double kSmallestStep = 0.0001;
 
 /// A status file holds three short lines; one that is longer is not read to its end.
 constexpr qint64 kStatusFileLimit = 64 * 1024;
+
+/// Makes a file at `path` of what `log` holds now, although something the engine has left behind
+/// may still be writing to it. Whole or not at all, and never over a file that is there.
+void copyTo(const QString &path, QFile &log)
+{
+    QTemporaryFile copy(path + ".XXXXXX"_L1);
+    if (!copy.open())
+        return;
+    QByteArray block(64 * 1024, Qt::Uninitialized);
+    for (qint64 left = log.size(); left > 0;) {
+        const qint64 size = log.read(block.data(), qMin(left, block.size()));
+        if (size <= 0 || copy.write(block.constData(), size) != size)
+            return;
+        left -= size;
+    }
+    copy.setAutoRemove(!copy.flush() || !copy.rename(path));
+}
 
 } // namespace
 
@@ -199,10 +217,14 @@ QString InstallerEngine::keepAndSummarizeLog()
         return {};
     m_lastLogPath = QDir::temp().absoluteFilePath(u"varnel_setup_last.log"_s);
     QFile::remove(m_lastLogPath);
-    QFile::copy(m_logFilePath, m_lastLogPath);
 
+    QString reason;
     QFile log(m_logFilePath);
-    QString reason = openRegularFile(log) ? failureReason(log) : QString();
+    if (openRegularFile(log)) {
+        copyTo(m_lastLogPath, log);
+        if (log.seek(0))
+            reason = failureReason(log);
+    }
     // Assistive technology takes a NUL for the end of the whole sentence.
     reason.remove(QChar::Null);
     const QString keptLog = QDir::toNativeSeparators(m_lastLogPath);

@@ -2,6 +2,7 @@
 // backwards, a quarter of an hour each second. Clocks that only count are left alone, as by
 // somebody who sets the time.
 
+#include <cstdint>
 #include <ctime>
 #include <sys/syscall.h>
 #include <sys/time.h>
@@ -9,20 +10,21 @@
 
 namespace {
 
-constexpr time_t kSpeed = 900;
+constexpr std::int64_t kSpeed = 900;
+constexpr std::int64_t kSecond = 1'000'000'000; // ns
 
-timespec clockNow(clockid_t clock)
+std::int64_t nanoseconds(clockid_t clock)
 {
     timespec now = {};
     ::syscall(SYS_clock_gettime, clock, &now);
-    return now;
+    return now.tv_sec * kSecond + now.tv_nsec;
 }
 
-timespec turnedBack(timespec now)
+timespec calendarTime(clockid_t clock)
 {
-    static const time_t start = clockNow(CLOCK_MONOTONIC).tv_sec;
-    now.tv_sec -= kSpeed * (clockNow(CLOCK_MONOTONIC).tv_sec - start);
-    return now;
+    static const std::int64_t start = nanoseconds(CLOCK_MONOTONIC);
+    const std::int64_t now = nanoseconds(clock) - kSpeed * (nanoseconds(CLOCK_MONOTONIC) - start);
+    return { time_t(now / kSecond), long(now % kSecond) };
 }
 
 } // namespace
@@ -32,20 +34,20 @@ extern "C" int clock_gettime(clockid_t clock, timespec *result) noexcept
     const bool isCalendar = clock == CLOCK_REALTIME || clock == CLOCK_REALTIME_COARSE;
     if (!isCalendar)
         return int(::syscall(SYS_clock_gettime, clock, result));
-    *result = turnedBack(clockNow(clock));
+    *result = calendarTime(clock);
     return 0;
 }
 
 extern "C" int gettimeofday(timeval *result, void *) noexcept
 {
-    const timespec now = turnedBack(clockNow(CLOCK_REALTIME));
+    const timespec now = calendarTime(CLOCK_REALTIME);
     *result = { now.tv_sec, now.tv_nsec / 1000 };
     return 0;
 }
 
 extern "C" time_t time(time_t *result) noexcept
 {
-    const time_t now = turnedBack(clockNow(CLOCK_REALTIME)).tv_sec;
+    const time_t now = calendarTime(CLOCK_REALTIME).tv_sec;
     if (result)
         *result = now;
     return now;

@@ -3,6 +3,7 @@
 #include "support/environment.h"
 #include "support/footprint.h"
 #include "support/sandbox.h"
+#include "support/timercounter.h"
 
 #include <QDir>
 #include <QFile>
@@ -34,22 +35,6 @@ constexpr int kLives = 200;
 constexpr int kWarmUp = 20; ///< lives after which everything is there that is made only once
 constexpr int kAtOnce = 50;
 constexpr int kPatience = 60'000; ///< milliseconds
-
-/// Counts the timers that fire in this program.
-class TimerCounter : public QObject
-{
-public:
-    TimerCounter() { QCoreApplication::instance()->installEventFilter(this); }
-
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Timer)
-            ++fired;
-        return false;
-    }
-
-    int fired = 0;
-};
 
 } // namespace
 

@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <filesystem>
+
 using namespace Qt::Literals::StringLiterals;
 
 // What becomes of the log of a run that ends with an exit code.
@@ -24,6 +26,7 @@ private Q_SLOTS:
     void blankLog();
     void keptLogIsACopy();
     void keptLogIsReplaced();
+    void keptLogNeverGoesThroughALink();
     void keptLogSurvives();
     void keptLogCannotBeWritten();
     void longLog();
@@ -167,6 +170,20 @@ void TestInstallerEngineLog::keptLogIsReplaced()
     QVERIFY(run.record.successes.last());
     QVERIFY(run.keptText().contains("second run"));
     QCOMPARE(run.engine.lastLogPath(), run.keptLog());
+}
+
+void TestInstallerEngineLog::keptLogNeverGoesThroughALink()
+{
+    EngineRun run("exit-code = 4\nmessage-box = Full.");
+    const QString mine = run.sandbox.write(u"mine.txt"_s, "mine");
+    std::error_code error;
+    std::filesystem::create_symlink(mine.toStdU16String(), run.keptLog().toStdU16String(), error);
+    if (error)
+        QSKIP("no links here");
+    QVERIFY(run.toTheEnd());
+    QCOMPARE(run.sandbox.read(u"mine.txt"_s), "mine");
+    QVERIFY(!QFileInfo(run.keptLog()).isSymbolicLink());
+    QVERIFY(run.keptText().contains("Full."));
 }
 
 void TestInstallerEngineLog::keptLogSurvives()
