@@ -89,10 +89,15 @@ begin
   OpenStatusFile;
   if StatusFile = '' then
     Exit;
-  OurFiles := TStringList.Create;
-  ListFiles(ExpandConstant('{app}'));
   Report(0, 1, '', UninstallProgressForm.StatusLabel.Caption);
-  BarProcedure := SetWindowLong(UninstallProgressForm.ProgressBar.Handle, GWL_WNDPROC, CreateCallback(@BarMessage));
+  try
+    OurFiles := TStringList.Create;
+    ListFiles(ExpandConstant('{app}'));
+    BarProcedure := SetWindowLong(UninstallProgressForm.ProgressBar.Handle, GWL_WNDPROC, CreateCallback(@BarMessage));
+  except
+    { A removal that nobody can follow is still one. }
+    Log('No progress will be told: ' + GetExceptionMessage);
+  end;
 end;
 
 procedure CurUninstallStepChanged(CurUninstallStep: TUninstallStep);

@@ -33,9 +33,10 @@ ArchitecturesAllowed=x64compatible
 ArchitecturesInstallIn64BitMode=x64compatible
 MinVersion=10.0
 ChangesAssociations=yes
-; Asked for by name, so that a second engine ends at once instead of mixing its files with ours.
-SetupMutex={{#AppGuid}-engine
-; Programs that hold our files are closed by Windows' restart manager, or the run ends with a reason.
+; Asked for by name, so that a second engine, another user's too, ends at once instead of mixing its
+; files with ours.
+SetupMutex={{#AppGuid}-engine,Global\{{#AppGuid}-engine
+; The application is closed by Windows' restart manager if it runs, or the run ends with a reason.
 CloseApplications=yes
 RestartApplications=no
 UninstallDisplayName={#AppName}

@@ -17,11 +17,11 @@ ID = "0123456789abcdef" * 2
 class CommandLine(WindowsTestCase):
     maxDiff = None
 
-    def recorded(self, wizard):
+    def recorded(self, wizard, outcome):
         """The command line of the run that the wizard has just begun, with a known run id."""
         line = wait_until(self.world.records, "the engine's record")[-1]
         (self.world.folder / "record").unlink()
-        wizard.wait_page("in ")  # "Updated in …"
+        wizard.wait_page(outcome)
         self.assertEqual(wizard.close(), 0)
         return re.sub(r"(varnel_\w+?_)[0-9a-f]{32}", r"\g<1>" + ID, line)
 
@@ -38,7 +38,7 @@ class CommandLine(WindowsTestCase):
         wizard.wait_page("performance fixes")
         wizard.next("Review before you update")
         wizard.click_at(PRIMARY)
-        return self.recorded(wizard)
+        return self.recorded(wizard, "Updated in")
 
     def test_folders_of_an_update(self):
         for location, folder in (
@@ -61,7 +61,7 @@ class CommandLine(WindowsTestCase):
         wizard.walk_to_ready()
         wizard.click_at(PRIMARY)
         self.assertEqual(
-            self.recorded(wizard),
+            self.recorded(wizard, "Finished in"),
             self.expected(dos(RECORDER), "C:\\Program Files\\Varnel Schematics", "desktopicon"))
 
     def test_removal(self):
@@ -70,7 +70,7 @@ class CommandLine(WindowsTestCase):
         wizard.wait_page("Administrator rights required")
         wizard.click_at(PRIMARY)
         status = dos(self.world.temp / f"varnel_uninst_{ID}.ini")
-        self.assertEqual(self.recorded(wizard),
+        self.assertEqual(self.recorded(wizard, "Uninstalled in"),
                          f'{dos(RECORDER)}{GAP}{" ".join(SILENT)} /STATUSFILE="{status}"')
 
 

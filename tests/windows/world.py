@@ -49,7 +49,11 @@ class World:
         subprocess.run([WINE, "--end"], env=self.environment, stdout=subprocess.DEVNULL,
                        stderr=subprocess.DEVNULL)
         for process in self._started:
-            process.wait()
+            try:
+                process.wait(timeout=PATIENCE)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
         shutil.rmtree(self.folder / "prefix", ignore_errors=True)
 
     # -- programs ----------------------------------------------------------------------------------
