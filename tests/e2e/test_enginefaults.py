@@ -78,10 +78,13 @@ class Engine(FaultTestCase):
         self.assert_failure(wizard, "Process crashed")
         self.assertEqual(self.sandbox.temp_files(), [])
 
-    def test_dies_half_way_through_the_status_file(self):
-        self.sandbox.scenario("status-style = half", "crash = KILL", "stage = half")
-        self.assert_failure(self.start_update(), "Process crashed")
-        self.assertEqual(self.sandbox.temp_files(), [])
+    def test_dies_over_the_open_status_file(self):
+        for style in ("torn", "half, torn"):
+            with self.subTest(style=style):
+                self.sandbox.scenario(f"status-style = {style}", "delay-ms = 20")
+                self.assert_failure(self.start_update(), "Process crashed")
+                self.assertEqual(self.sandbox.temp_files(), [])
+                self.assertEqual(self.version(), "1.6.8")
 
 
 if __name__ == "__main__":

@@ -22,7 +22,7 @@ class KilledWizard(FaultTestCase):
         wizard = self.start("--setup-exe", ENGINE)
         wizard.go("Update Now", "Ready to Update")
         wizard.process.send_signal(signal.SIGTERM)
-        wizard.wait_end()
+        self.assertEqual(wizard.wait_end(), -signal.SIGTERM)
         self.assertEqual(self.sandbox.temp_files(), [])
         self.assertEqual(self.sandbox.engine_runs(), [])
 
@@ -76,7 +76,21 @@ class KilledWizard(FaultTestCase):
         self.assert_updated(self.start_update())
         self.assertEqual(self.sandbox.temp_files(), left)
 
-    def test_during_and_after_a_removal(self):
+    def test_after_a_removal(self):
+        folder = self.uninstaller().parent
+        wizard = self.start("--uninstall")
+        wizard.click("Uninstall")
+        wizard.wait_text("See You Later!")
+        wizard.kill()
+        self.assertFalse(folder.exists())
+        left = self.sandbox.temp_files()
+        self.assertEqual(len(left), 1)  # its status file
+        wizard = self.start()
+        wizard.wait_text("Welcome to the Varnel Schematics Setup Wizard")
+        self.end(wizard, "Cancel")
+        self.assertEqual(self.sandbox.temp_files(), left)
+
+    def test_during_a_removal(self):
         uninstaller = self.uninstaller()
         self.sandbox.scenario("stall = 1", "stage = half")
         wizard = self.start("--uninstall")

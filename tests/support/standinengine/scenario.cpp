@@ -105,6 +105,7 @@ void applyStatusStyle(StatusQuirks &quirks, const std::string &style)
                     { "crlf", [](StatusQuirks &q) { q.carriageReturns = true; } },
                     { "no-final-newline", [](StatusQuirks &q) { q.finalNewline = false; } },
                     { "half", [](StatusQuirks &q) { q.half = true; } },
+                    { "torn", [](StatusQuirks &q) { q.torn = true; } },
                     { "upper-section", [](StatusQuirks &q) { q.upperSection = true; } },
                     { "no-section", [](StatusQuirks &q) { q.section = false; } },
                     { "blanks", [](StatusQuirks &q) { q.blanks = true; } } },

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <fstream>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -57,6 +58,12 @@ void StatusWriter::write(double percent, std::string_view file, std::string_view
         break;
     case StatusPlace::Normal:
         break;
+    }
+    if (m_quirks.torn && percent >= 50) {
+        const std::string whole = content(percent, file, text);
+        std::ofstream stream(m_file, std::ios::binary | std::ios::trunc);
+        stream << whole.substr(0, whole.size() / 2) << std::flush;
+        platform::crash("KILL");
     }
     try {
         writeFile(m_file, content(percent, file, text));

@@ -25,6 +25,7 @@ struct StatusQuirks
     bool carriageReturns = false;
     bool finalNewline = true;
     bool half = false;
+    bool torn = false; ///< Dies over it when half of the run is done.
     bool section = true;
     bool upperSection = false;
     bool blanks = false;
