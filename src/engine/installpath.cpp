@@ -4,6 +4,8 @@
 
 #include <QDir>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 bool isDriveRoot(QStringView path)
@@ -35,6 +37,10 @@ QString cleaned(const QString &path)
     // Above a root there is only the root.
     while (rest == "/.."_L1 || rest.startsWith("/../"_L1))
         rest.replace(0, qMin(rest.size(), 4), u"/"_s);
+    // Windows drops blanks and dots at the end of a name, so that none is left of these.
+    const auto isDropped = [](QChar c) { return c == u' ' || c == u'.' || c == u'/'; };
+    if (hasDrive && std::all_of(rest.begin(), rest.end(), isDropped))
+        rest = u"/"_s;
     return drive + rest;
 }
 

@@ -86,6 +86,10 @@ void TestInstallPath::folder_data()
     QTest::newRow("far above the root") << u"/a/../../.."_s << u"/Varnel Schematics"_s;
     QTest::newRow("above the drive") << uR"(C:\..)"_s << u"C:/Varnel Schematics"_s;
     QTest::newRow("far above the drive") << u"C:/../../"_s << u"C:/Varnel Schematics"_s;
+    QTest::newRow("where the drive stands") << u"C:."_s << u"C:/Varnel Schematics"_s;
+    QTest::newRow("drive and blank") << uR"(C:\ )"_s << u"C:/Varnel Schematics"_s;
+    QTest::newRow("drive and dots") << u"C:/..."_s << u"C:/Varnel Schematics"_s;
+    QTest::newRow("hidden folder on the drive") << u"C:/.a"_s << u"C:/.a"_s;
     QTest::newRow("folder beside the drive") << uR"(C:\..\a)"_s << u"C:/a"_s;
     QTest::newRow("folder beside the root") << u"/../..a"_s << u"/..a"_s;
     QTest::newRow("back to the root") << u"/a/.."_s << u"/Varnel Schematics"_s;

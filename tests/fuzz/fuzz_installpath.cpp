@@ -31,6 +31,10 @@ QString slowClean(QString path)
     }
     if (clean.isEmpty() && !isAbsolute && !path.isEmpty())
         clean.append(u"."_s);
+    // Nothing of a name is left of it on Windows.
+    static const QRegularExpression noName(uR"(\A[ .]*\z)"_s);
+    if (!drive.isEmpty() && noName.match(clean.join(QString())).hasMatch())
+        return drive + u'/';
     return drive + (isAbsolute ? u"/"_s : u""_s) + clean.join(u'/');
 }
 
