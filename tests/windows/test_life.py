@@ -117,14 +117,19 @@ class Life(WindowsTestCase):
         neighbour = world.user_folder("AppData", "Roaming", "Varnel Schematics", "Other")
         neighbour.mkdir()
 
-        # Started without a mode, it offers an update of what it has found.
+        # Started without a mode, it offers an update of what it has found. All of it by keyboard.
         wizard = self.wizard("--setup-exe", ENGINE)
         page = wizard.wait_page("Update Available")
         self.assertIn(EARLIER_VERSION, page)
         self.assertIn(VERSION, page)
-        wizard.next("Review before you update")
+        wizard.press("Return")
+        wizard.wait_page("Review before you update")
         self.assertIn(folder, wizard.page)
-        wizard.click_at(PRIMARY)
+        wizard.press("shift+Tab", "space")  # to "Back" and there
+        wizard.wait_page("Update Available")
+        wizard.press("Return")
+        wizard.wait_page("Review before you update")
+        wizard.press("Return")
         watch = Watch(wizard)
         self.wait_finish(watch, "Updated in 38 seconds")
         self.assert_seen_moving(watch)
