@@ -17,6 +17,13 @@ inline QByteArray logOfOneFile(int number)
         + stamp + "Successfully installed the file.\r\n";
 }
 
+inline void append(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::Append) || file.write(content) != content.size())
+        qFatal("Cannot write %s", qPrintable(path));
+}
+
 /// Writes a log of at least `size` bytes; `last` ends it.
 inline void writeLog(const QString &path, qint64 size, const QByteArray &last)
 {

@@ -19,13 +19,6 @@ namespace {
 constexpr int kRuns = 5;
 constexpr int kPolls = 500;
 
-void append(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::Append) || file.write(content) != content.size())
-        qFatal("Cannot write %s", qPrintable(path));
-}
-
 /// One poll after the log has grown by one file's lines, and the summary of all of it.
 void measureLog(const QString &path, qint64 megabytes)
 {

@@ -2,10 +2,10 @@
 
 #include "engine/installerengine.h"
 #include "engine/logtail.h"
+#include "enginelog.h"
 #include "timing.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -21,14 +21,6 @@ namespace {
 
 constexpr int kRuns = 9;
 constexpr int kPolls = 2000;
-constexpr qint64 kMegabyte = 1 << 20;
-
-void append(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::Append) || file.write(content) != content.size())
-        qFatal("Cannot write %s", qPrintable(path));
-}
 
 /// Two calls for metadata and one small read: the least that a poll can do.
 double leastWork(const QByteArray &status, const QByteArray &log)

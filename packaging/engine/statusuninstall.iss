@@ -4,7 +4,7 @@
 const
   PBM_SETPOS = $0402;
   GWL_WNDPROC = -4;
-  MostLooks = 200;
+  MostLooks = 200;   { at files, for one report }
 
 var
   OurFiles: TStringList;

@@ -10,7 +10,7 @@ namespace {
 bool isLink(const QString &path)
 {
     const QFileInfo info(path);
-    return info.isSymLink() || info.isJunction();
+    return info.isSymbolicLink() || info.isJunction();
 }
 
 bool removeFile(const QString &path)

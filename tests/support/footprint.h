@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-/// What this process takes up now, for tests in which it must not grow.
+// What this process takes up now, for tests in which it must not grow.
 
 /// Memory that it holds, in kB; -1 where it is not told.
 [[nodiscard]] qint64 memoryInUse();

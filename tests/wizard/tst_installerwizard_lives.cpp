@@ -27,16 +27,17 @@ namespace {
 
 constexpr int kLives = 200;
 constexpr int kWarmUp = 40; ///< lives after which everything is there that is made only once
+constexpr int kFinishDelay = 500; ///< ms from a run's end to the page that says so
 constexpr int kMostGrowth = 16; ///< kB per life; a window takes a hundred times as much
 
-/// Waits for the page that ends a run, without the rest between the run's end and that page.
+/// Waits for the page that ends a run, but not through the delay before it.
 template <typename Page>
 bool runsToItsEnd(WizardDriver &driver)
 {
     return QTest::qWaitFor(
         [&driver] {
             for (QTimer *timer : driver.wizard.findChildren<QTimer *>()) {
-                if (timer->isSingleShot() && timer->interval() == 500)
+                if (timer->isSingleShot() && timer->interval() == kFinishDelay)
                     TimerWatch::fire(timer, 1);
             }
             return driver.shows<Page>();
