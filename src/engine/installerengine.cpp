@@ -100,7 +100,7 @@ void InstallerEngine::stop()
     if (QProcess *process = std::exchange(m_process, nullptr)) {
         process->disconnect(this);
         if (process->state() != QProcess::NotRunning) {
-            m_processTree->kill(*process);
+            m_processTree->kill();
             process->waitForFinished(int(kKillTimeout.count()));
         }
         process->deleteLater();
@@ -137,13 +137,12 @@ void InstallerEngine::launch(const QString &program)
     m_process->setStandardErrorFile(QProcess::nullDevice());
     connect(m_process, &QProcess::errorOccurred, this, &InstallerEngine::onProcessError);
     connect(m_process, &QProcess::finished, this, &InstallerEngine::onProcessFinished);
-    m_processTree = std::make_unique<ProcessTree>();
+    m_processTree = std::make_unique<ProcessTree>(*m_process);
     m_process->start();
 
     // Where a failed start is reported inside start(), the run is over by now.
     if (m_hasEnded)
         return;
-    m_processTree->add(*m_process);
     m_pollTimer.start();
 }
 

@@ -9,16 +9,15 @@ class QProcess;
 class ProcessTree
 {
 public:
-    ProcessTree();
+    /// Of `process`, which has not been started and must still be there when kill() is called.
+    explicit ProcessTree(QProcess &process);
     ~ProcessTree();
 
-    /// Takes in a process that has just been started, and from now on what it starts. A second one
-    /// is not taken in.
-    void add(const QProcess &process);
-    /// Kills all of them; `process` is the one that was added.
-    void kill(QProcess &process);
+    void kill();
 
 private:
-    struct Handles;
-    std::unique_ptr<Handles> m_handles;
+    struct Job;
+
+    QProcess &m_process;
+    std::unique_ptr<Job> m_job;
 };

@@ -3,15 +3,13 @@
 #include <QProcess>
 
 // No engine here is in two parts.
-struct ProcessTree::Handles
+struct ProcessTree::Job
 {};
 
-ProcessTree::ProcessTree() = default;
+ProcessTree::ProcessTree(QProcess &process) : m_process(process) {}
 ProcessTree::~ProcessTree() = default;
 
-void ProcessTree::add(const QProcess &) {}
-
-void ProcessTree::kill(QProcess &process)
+void ProcessTree::kill()
 {
-    process.kill();
+    m_process.kill();
 }

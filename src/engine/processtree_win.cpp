@@ -2,40 +2,63 @@
 
 #include <QProcess>
 
+#include <vector>
+
 #include <qt_windows.h>
 
-struct ProcessTree::Handles
+/// A job and what tells the start of a process to put it there.
+struct ProcessTree::Job
 {
-    HANDLE job = nullptr;
+    HANDLE handle = CreateJobObjectW(nullptr, nullptr);
+    std::vector<std::byte> attributes;
+    STARTUPINFOEXW startup {};
+
+    Job()
+    {
+        SIZE_T size = 0;
+        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+        attributes.resize(size);
+        auto *list = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(attributes.data());
+        if (!handle || !InitializeProcThreadAttributeList(list, 1, 0, &size))
+            return;
+        startup.lpAttributeList = list;
+        UpdateProcThreadAttribute(list, 0, PROC_THREAD_ATTRIBUTE_JOB_LIST, &handle, sizeof(handle),
+                                  nullptr, nullptr);
+    }
+
+    ~Job()
+    {
+        if (startup.lpAttributeList)
+            DeleteProcThreadAttributeList(startup.lpAttributeList);
+        // The job has no limits, so whoever still runs goes on. An uninstaller's last part has to:
+        // it outlives the one that was started.
+        if (handle)
+            CloseHandle(handle);
+    }
+
+    Job(const Job &) = delete;
+    Job &operator=(const Job &) = delete;
 };
 
-ProcessTree::ProcessTree() : m_handles(std::make_unique<Handles>()) {}
-
-ProcessTree::~ProcessTree()
+ProcessTree::ProcessTree(QProcess &process) : m_process(process), m_job(std::make_unique<Job>())
 {
-    // The job has no limits, so whoever still runs goes on. An uninstaller's last part has to: it
-    // outlives the one that was started.
-    if (m_handles->job)
-        CloseHandle(m_handles->job);
+    if (!m_job->startup.lpAttributeList)
+        return;
+    // With the start and not after it: by then the process may have started another.
+    process.setCreateProcessArgumentsModifier(
+        [job = m_job.get()](QProcess::CreateProcessArguments *arguments) {
+            job->startup.StartupInfo = *arguments->startupInfo;
+            job->startup.StartupInfo.cb = sizeof(job->startup);
+            arguments->startupInfo = &job->startup.StartupInfo;
+            arguments->flags |= EXTENDED_STARTUPINFO_PRESENT;
+        });
 }
 
-void ProcessTree::add(const QProcess &process)
-{
-    if (m_handles->job)
-        return;
-    HANDLE handle =
-        OpenProcess(PROCESS_SET_QUOTA | PROCESS_TERMINATE, FALSE, DWORD(process.processId()));
-    if (!handle)
-        return;
-    m_handles->job = CreateJobObjectW(nullptr, nullptr);
-    if (m_handles->job)
-        AssignProcessToJobObject(m_handles->job, handle);
-    CloseHandle(handle);
-}
+ProcessTree::~ProcessTree() = default;
 
-void ProcessTree::kill(QProcess &process)
+void ProcessTree::kill()
 {
-    if (m_handles->job)
-        TerminateJobObject(m_handles->job, 1);
-    process.kill();
+    if (m_job->handle)
+        TerminateJobObject(m_job->handle, 1);
+    m_process.kill();
 }
