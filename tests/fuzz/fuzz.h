@@ -47,16 +47,20 @@ private:
     QByteArrayView m_rest;
 };
 
-/// Lines that say nothing: mostly none, for the last few values about as much as is read in one
-/// piece, so that what follows falls across a border of the pieces.
+/// What says nothing: mostly nothing at all; for the last few values about as much as is read in
+/// one piece, so that what follows falls across a border of the pieces. First come a few that are
+/// all one line, then a few of many lines.
 [[nodiscard]] inline QByteArray fillerFor(std::uint8_t choice)
 {
     constexpr QByteArrayView kLine = "filler\n";
     constexpr int kPiece = 64 * 1024;
-    constexpr std::uint8_t kFirst = 252;
-    return choice < kFirst
-        ? QByteArray()
-        : kLine.toByteArray().repeated(kPiece / kLine.size() - (choice - kFirst));
+    constexpr std::uint8_t kFirstUnbroken = 246;
+    constexpr std::uint8_t kFirstBroken = 252;
+    if (choice >= kFirstBroken)
+        return kLine.toByteArray().repeated(kPiece / kLine.size() - (choice - kFirstBroken));
+    if (choice >= kFirstUnbroken)
+        return QByteArray(kPiece - 8 + (choice - kFirstUnbroken), 'x');
+    return {};
 }
 
 /// Ends the program, with both values on stderr, unless they are equal.

