@@ -9,9 +9,11 @@
 #include "engine/regularfile.h"
 #include "engine/statusfile.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryFile>
+#include <QThread>
 #include <QUuid>
 
 #include <chrono>
@@ -24,12 +26,21 @@ namespace {
 
 constexpr auto kPollInterval = 50ms;
 constexpr auto kKillTimeout = 2000ms;
+constexpr auto kRemoveInterval = 10ms;
 
 /// Progress steps up to this size are not worth a repaint.
 constexpr double kSmallestStep = 0.0001;
 
 /// A status file holds three short lines; one that is longer is not read to its end.
 constexpr qint64 kStatusFileLimit = 64 * 1024;
+
+/// Windows removes no file that somebody holds, and of what was killed only the first process has
+/// been waited for; the one that it had started may be about to let go of its files.
+void removeFile(const QString &path, const QDeadlineTimer &patience)
+{
+    while (!QFile::remove(path) && isRegularFile(path) && !patience.hasExpired())
+        QThread::msleep(kRemoveInterval.count());
+}
 
 /// Makes a file at `path` of what `log` holds now, although something the engine has left behind
 /// may still be writing to it. Whole or not at all, and never over a file that is there.
@@ -78,8 +89,7 @@ void InstallerEngine::startInstall(const QString &folder, const QStringList &tas
     beginRun(u"varnel_setup_%1.ini"_s);
     m_logFilePath = m_statusFilePath + ".log"_L1;
     QFile::remove(m_logFilePath);
-    m_arguments = installArguments(target, tasks, m_statusFilePath, m_logFilePath);
-    launch(m_setupExecutable);
+    launch(m_setupExecutable, installArguments(target, tasks, m_statusFilePath, m_logFilePath));
 }
 
 void InstallerEngine::startUninstall(const QString &uninstallerPath)
@@ -89,25 +99,26 @@ void InstallerEngine::startUninstall(const QString &uninstallerPath)
         return;
     }
     beginRun(u"varnel_uninst_%1.ini"_s);
-    m_arguments = uninstallArguments(m_statusFilePath);
-    launch(uninstallerPath);
+    launch(uninstallerPath, uninstallArguments(m_statusFilePath));
 }
 
 void InstallerEngine::stop()
 {
     ++m_stopCount;
     m_pollTimer.stop();
+    QDeadlineTimer patience; // none, unless something has to be killed
     if (QProcess *process = std::exchange(m_process, nullptr)) {
         process->disconnect(this);
         if (process->state() != QProcess::NotRunning) {
+            patience.setRemainingTime(kKillTimeout);
             m_processTree->kill();
-            process->waitForFinished(int(kKillTimeout.count()));
+            process->waitForFinished(int(patience.remainingTime()));
         }
         process->deleteLater();
     }
     for (QString *path : { &m_statusFilePath, &m_logFilePath }) {
         if (!path->isEmpty())
-            QFile::remove(*path);
+            removeFile(*path, patience);
         path->clear();
     }
     m_logTail = {};
@@ -121,7 +132,7 @@ void InstallerEngine::beginRun(const QString &statusFileName)
     QFile::remove(m_statusFilePath);
 }
 
-void InstallerEngine::launch(const QString &program)
+void InstallerEngine::launch(const QString &program, const QString &arguments)
 {
     m_hasEnded = false;
     m_lastFraction = 0.0;
@@ -130,8 +141,9 @@ void InstallerEngine::launch(const QString &program)
     m_logTail = LogTail(m_logFilePath);
 
     m_process = new QProcess(this);
-    m_process->setProgram(program);
-    setArgumentText(*m_process, m_arguments);
+    // Absolute, or a bare name would be looked for in the system's own order of folders.
+    m_process->setProgram(QFileInfo(program).absoluteFilePath());
+    setArgumentText(*m_process, arguments);
     // Nobody reads what the engine prints. Through pipes it would pile up in our memory.
     m_process->setStandardOutputFile(QProcess::nullDevice());
     m_process->setStandardErrorFile(QProcess::nullDevice());
@@ -143,6 +155,7 @@ void InstallerEngine::launch(const QString &program)
     // Where a failed start is reported inside start(), the run is over by now.
     if (m_hasEnded)
         return;
+    m_processTree->takeRoot();
     m_pollTimer.start();
 }
 

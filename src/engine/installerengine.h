@@ -24,7 +24,8 @@ public:
     explicit InstallerEngine(QObject *parent = nullptr);
     ~InstallerEngine() override;
 
-    /// Program that installs and updates; empty if none was given.
+    /// Program that installs and updates; empty if none was given. A relative path counts from the
+    /// current folder, also a bare name: it is never looked for elsewhere.
     [[nodiscard]] QString setupExecutable() const { return m_setupExecutable; }
     void setSetupExecutable(const QString &path) { m_setupExecutable = path; }
 
@@ -37,12 +38,11 @@ public:
     /// ends at once and a previous one stays as it is.
     void startUninstall(const QString &uninstallerPath);
 
-    /// Ends a run without a word: kills the process, waits up to two seconds for it, and deletes
-    /// the run's temporary files. The kept copy of a failed run's log stays.
+    /// Ends a run without a word: kills the process, waits up to two seconds for it and for its
+    /// hold on the run's temporary files, and deletes these. The kept copy of a failed run's log
+    /// stays.
     void stop();
 
-    /// Argument text of the latest run, exactly as the process got it.
-    [[nodiscard]] QString arguments() const { return m_arguments; }
     /// Absolute path of the run's status file; empty if there is no run.
     [[nodiscard]] QString statusFilePath() const { return m_statusFilePath; }
     /// Absolute path of the run's log; empty for a removal.
@@ -69,7 +69,7 @@ Q_SIGNALS:
 
 private:
     void beginRun(const QString &statusFileName);
-    void launch(const QString &program);
+    void launch(const QString &program, const QString &arguments);
     void onProcessError();
     void onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus);
     void setCurrentFile(const QString &path);
@@ -78,7 +78,6 @@ private:
     [[nodiscard]] QString keepAndSummarizeLog();
 
     QString m_setupExecutable;
-    QString m_arguments;
     QString m_statusFilePath;
     QString m_logFilePath;
     QString m_lastLogPath;

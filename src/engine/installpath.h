@@ -7,5 +7,6 @@
 [[nodiscard]] bool isDriveRoot(QStringView path);
 
 /// `path` cleaned, with the product's folder appended if it is a drive root: nothing is ever
-/// installed straight into the root of a drive. The result has forward slashes.
+/// installed straight into the root of a drive. The result has forward slashes, except that a path
+/// without a drive keeps its back-slashes where these are letters like any other.
 [[nodiscard]] QString installFolder(const QString &path);

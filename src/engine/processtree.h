@@ -13,11 +13,15 @@ public:
     explicit ProcessTree(QProcess &process);
     ~ProcessTree();
 
+    /// To be called as soon as the process has been started, which may be waiting for it. Once is
+    /// enough.
+    void takeRoot();
+    /// Kills all of them.
     void kill();
 
 private:
-    struct Job;
+    struct Handles;
 
     QProcess &m_process;
-    std::unique_ptr<Job> m_job;
+    std::unique_ptr<Handles> m_handles;
 };

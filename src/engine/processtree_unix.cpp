@@ -3,11 +3,13 @@
 #include <QProcess>
 
 // No engine here is in two parts.
-struct ProcessTree::Job
+struct ProcessTree::Handles
 {};
 
 ProcessTree::ProcessTree(QProcess &process) : m_process(process) {}
 ProcessTree::~ProcessTree() = default;
+
+void ProcessTree::takeRoot() {}
 
 void ProcessTree::kill()
 {

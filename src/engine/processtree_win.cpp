@@ -2,63 +2,50 @@
 
 #include <QProcess>
 
-#include <vector>
+#include <utility>
 
 #include <qt_windows.h>
 
-/// A job and what tells the start of a process to put it there.
-struct ProcessTree::Job
+struct ProcessTree::Handles
 {
-    HANDLE handle = CreateJobObjectW(nullptr, nullptr);
-    std::vector<std::byte> attributes;
-    STARTUPINFOEXW startup {};
-
-    Job()
-    {
-        SIZE_T size = 0;
-        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
-        attributes.resize(size);
-        auto *list = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(attributes.data());
-        if (!handle || !InitializeProcThreadAttributeList(list, 1, 0, &size))
-            return;
-        startup.lpAttributeList = list;
-        UpdateProcThreadAttribute(list, 0, PROC_THREAD_ATTRIBUTE_JOB_LIST, &handle, sizeof(handle),
-                                  nullptr, nullptr);
-    }
-
-    ~Job()
-    {
-        if (startup.lpAttributeList)
-            DeleteProcThreadAttributeList(startup.lpAttributeList);
-        // The job has no limits, so whoever still runs goes on. An uninstaller's last part has to:
-        // it outlives the one that was started.
-        if (handle)
-            CloseHandle(handle);
-    }
-
-    Job(const Job &) = delete;
-    Job &operator=(const Job &) = delete;
+    HANDLE job = nullptr;
+    const PROCESS_INFORMATION *asleep = nullptr; ///< what was started and does not run yet
 };
 
-ProcessTree::ProcessTree(QProcess &process) : m_process(process), m_job(std::make_unique<Job>())
+ProcessTree::ProcessTree(QProcess &process)
+    : m_process(process), m_handles(std::make_unique<Handles>())
 {
-    if (!m_job->startup.lpAttributeList)
-        return;
-    // With the start and not after it: by then the process may have started another.
+    // Not before it is in the job does the process run: it might start another sooner.
     process.setCreateProcessArgumentsModifier(
-        [job = m_job.get()](QProcess::CreateProcessArguments *arguments) {
-            job->startup.StartupInfo = *arguments->startupInfo;
-            job->startup.StartupInfo.cb = sizeof(job->startup);
-            arguments->startupInfo = &job->startup.StartupInfo;
-            arguments->flags |= EXTENDED_STARTUPINFO_PRESENT;
+        [handles = m_handles.get()](QProcess::CreateProcessArguments *arguments) {
+            arguments->flags |= CREATE_SUSPENDED;
+            handles->asleep = arguments->processInformation;
         });
 }
 
-ProcessTree::~ProcessTree() = default;
+ProcessTree::~ProcessTree()
+{
+    // The job has no limits, so whoever still runs goes on. An uninstaller's last part has to: it
+    // outlives the one that was started.
+    if (m_handles->job)
+        CloseHandle(m_handles->job);
+}
+
+void ProcessTree::takeRoot()
+{
+    const auto *process = std::exchange(m_handles->asleep, nullptr);
+    if (!process)
+        return;
+    // Where there can be no job, as within some others, the run is worth more than a clean end.
+    m_handles->job = CreateJobObjectW(nullptr, nullptr);
+    if (m_handles->job)
+        AssignProcessToJobObject(m_handles->job, process->hProcess);
+    ResumeThread(process->hThread);
+}
 
 void ProcessTree::kill()
 {
-    if (m_job->handle)
-        TerminateJobObject(m_job->handle, 1);
+    if (m_handles->job)
+        TerminateJobObject(m_handles->job, 1);
     m_process.kill();
 }

@@ -31,3 +31,18 @@ public:
 private:
     [[maybe_unused]] quint64 m_limitBefore = 0;
 };
+
+/// As long as it lives, nobody can remove a file.
+class HeldFile
+{
+public:
+    explicit HeldFile(const QString &path);
+    ~HeldFile();
+    Q_DISABLE_COPY_MOVE(HeldFile)
+
+    /// False where a file cannot be held.
+    [[nodiscard]] static bool isPossible();
+
+private:
+    [[maybe_unused]] void *m_handle = nullptr;
+};

@@ -76,3 +76,11 @@ NoMoreFiles::~NoMoreFiles()
     limit.rlim_cur = rlim_t(m_limitBefore);
     ::setrlimit(RLIMIT_NOFILE, &limit);
 }
+
+bool HeldFile::isPossible()
+{
+    return false;
+}
+
+HeldFile::HeldFile(const QString &) {}
+HeldFile::~HeldFile() = default;

@@ -42,3 +42,21 @@ bool NoMoreFiles::isPossible()
 
 NoMoreFiles::NoMoreFiles() = default;
 NoMoreFiles::~NoMoreFiles() = default;
+
+bool HeldFile::isPossible()
+{
+    return true;
+}
+
+HeldFile::HeldFile(const QString &path)
+    : m_handle(CreateFileW(reinterpret_cast<const wchar_t *>(path.utf16()), GENERIC_READ,
+                           FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr))
+{
+    if (m_handle == INVALID_HANDLE_VALUE)
+        qFatal("Cannot hold a file");
+}
+
+HeldFile::~HeldFile()
+{
+    CloseHandle(m_handle);
+}

@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
+#include <QThread>
 
 #include <memory>
 
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void stop_data();
     void stop();
     void stopRightAfterTheStart();
+    void logThatIsHeldForAMoment();
     void stopTwice();
     void stopAfterTheEnd();
     void runAfterAStop();
@@ -116,6 +118,24 @@ void TestInstallerEngineStop::stopRightAfterTheStart()
     QCOMPARE(run.sandbox.tempFiles(), QStringList());
 }
 
+// As by the engine's second process, which is killed too but not waited for.
+void TestInstallerEngineStop::logThatIsHeldForAMoment()
+{
+    if (!HeldFile::isPossible())
+        QSKIP("Here a file that somebody holds can be removed");
+    EndlessRun run;
+    QVERIFY(run.processId() > 0);
+    auto hold = std::make_unique<HeldFile>(run.engine->logFilePath());
+    const std::unique_ptr<QThread> holder(QThread::create([&] {
+        QThread::msleep(300);
+        hold.reset();
+    }));
+    holder->start();
+    run.engine->stop();
+    QVERIFY(holder->wait());
+    QCOMPARE(run.sandbox.tempFiles(), QStringList());
+}
+
 void TestInstallerEngineStop::stopTwice()
 {
     EndlessRun run;
@@ -135,14 +155,12 @@ void TestInstallerEngineStop::stopAfterTheEnd()
     EngineRecord record(engine);
     engine.setSetupExecutable(Sandbox::setupEngine());
     engine.startInstall(sandbox.path(u"app"_s), {});
-    const QString arguments = engine.arguments();
     QVERIFY(record.waitForEnd());
     QCOMPARE(sandbox.tempFiles().size(), 2);
     engine.stop();
     QCOMPARE(sandbox.tempFiles(), QStringList());
     QCOMPARE(engine.statusFilePath(), QString());
     QCOMPARE(engine.logFilePath(), QString());
-    QCOMPARE(engine.arguments(), arguments);
     record.settle();
     QCOMPARE(record.successes, QList<bool> { true });
 }
