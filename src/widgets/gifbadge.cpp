@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -65,32 +67,50 @@ void GifBadge::paintEvent(QPaintEvent *)
         pauseOutOfSight();
     }
     QPainter painter(this);
-    const double ratio = pixelRatio(painter);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const QRectF disc = rect();
+    const QRectF area = rect();
 
     painter.save();
     painter.setOpacity(m_popProgress);
-    painter.translate(disc.center());
+    painter.translate(area.center());
     painter.scale(m_popProgress, m_popProgress);
-    painter.translate(-disc.center());
-    QPainterPath clip;
-    clip.addEllipse(disc);
-    painter.setClipPath(clip);
-    painter.fillRect(disc, Qt::white);
-    if (QPixmap frame = m_movie.currentPixmap(); !frame.isNull()) {
-        frame = frame.scaled(QSizeF(m_side * ratio, m_side * ratio).toSize(),
-                             Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
-        frame.setDevicePixelRatio(ratio);
-        // Multiplying lets a white picture background melt into the disc.
-        painter.setCompositionMode(QPainter::CompositionMode_Multiply);
-        const QSizeF size = frame.deviceIndependentSize();
-        painter.drawPixmap(disc.center() - QPointF(size.width(), size.height()) / 2, frame);
-    }
+    painter.translate(-area.center());
+    painter.drawPixmap(area.topLeft(), disc(pixelRatio(painter)));
     painter.restore();
 
     constexpr double kInset = kRingWidth / 2;
     painter.setPen(QPen(themedColor(u"@INS_LINE"_s), kRingWidth));
     painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(disc.adjusted(kInset, kInset, -kInset, -kInset));
+    painter.drawEllipse(area.adjusted(kInset, kInset, -kInset, -kInset));
+}
+
+QPixmap GifBadge::disc(double ratio)
+{
+    if (std::exchange(m_discRatio, ratio) != ratio)
+        m_discs.clear();
+    QPixmap &disc = m_discs[m_movie.currentFrameNumber()];
+    if (!disc.isNull())
+        return disc;
+
+    const QSize pixels = (QSizeF(size()) * ratio).toSize();
+    disc = QPixmap(pixels);
+    disc.fill(Qt::transparent);
+    QPainter painter(&disc);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath clip;
+    clip.addEllipse(disc.rect());
+    painter.setClipPath(clip);
+    painter.fillRect(disc.rect(), Qt::white);
+    if (const QPixmap frame = m_movie.currentPixmap(); !frame.isNull()) {
+        const QPixmap scaled =
+            frame.scaled(pixels, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+        // Multiplying lets a white picture background melt into the disc.
+        painter.setCompositionMode(QPainter::CompositionMode_Multiply);
+        painter.drawPixmap(
+            QPointF(pixels.width() - scaled.width(), pixels.height() - scaled.height()) / 2,
+            scaled);
+    }
+    painter.end();
+    disc.setDevicePixelRatio(ratio);
+    return disc;
 }

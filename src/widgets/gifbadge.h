@@ -2,7 +2,9 @@
 
 #include "widgets/onscreenwatcher.h"
 
+#include <QHash>
 #include <QMovie>
+#include <QPixmap>
 #include <QPropertyAnimation>
 #include <QWidget>
 
@@ -32,9 +34,13 @@ protected:
 
 private:
     void pauseOutOfSight();
+    /// The disc with the movie's current frame on it, for so many device pixels per pixel.
+    [[nodiscard]] QPixmap disc(double ratio);
 
     int m_side;
     QMovie m_movie;
+    QHash<int, QPixmap> m_discs; ///< by frame: a movie plays for ever and scaling is dear
+    double m_discRatio = 0.0;
     OnScreenWatcher m_onScreen;
     double m_popProgress = 1.0;
     QPropertyAnimation m_popAnimation;
