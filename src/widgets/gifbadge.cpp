@@ -36,11 +36,11 @@ GifBadge::GifBadge(const QString &fileName, int side, QWidget *parent)
     repaintOnThemeChange(this);
     connect(&m_onScreen, &OnScreenWatcher::changed, this, [this] {
         if (m_movie.state() != QMovie::NotRunning)
-            pauseOutOfSight();
+            updatePlayback();
     });
 }
 
-void GifBadge::pauseOutOfSight()
+void GifBadge::updatePlayback()
 {
     m_movie.setPaused(!m_onScreen.isOnScreen() || prefersReducedMotion());
 }
@@ -64,53 +64,44 @@ void GifBadge::paintEvent(QPaintEvent *)
     // not wait for.
     if (m_movie.state() == QMovie::NotRunning) {
         m_movie.start();
-        pauseOutOfSight();
+        updatePlayback();
     }
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const QRectF area = rect();
+    const QRectF disc = rect();
 
     painter.save();
     painter.setOpacity(m_popProgress);
-    painter.translate(area.center());
+    painter.translate(disc.center());
     painter.scale(m_popProgress, m_popProgress);
-    painter.translate(-area.center());
-    painter.drawPixmap(area.topLeft(), disc(pixelRatio(painter)));
+    painter.translate(-disc.center());
+    QPainterPath clip;
+    clip.addEllipse(disc);
+    painter.setClipPath(clip);
+    painter.fillRect(disc, Qt::white);
+    if (const QPixmap frame = scaledFrame(pixelRatio(painter)); !frame.isNull()) {
+        // Multiplying lets a white picture background melt into the disc.
+        painter.setCompositionMode(QPainter::CompositionMode_Multiply);
+        const QSizeF size = frame.deviceIndependentSize();
+        painter.drawPixmap(disc.center() - QPointF(size.width(), size.height()) / 2, frame);
+    }
     painter.restore();
 
     constexpr double kInset = kRingWidth / 2;
     painter.setPen(QPen(themedColor(u"@INS_LINE"_s), kRingWidth));
     painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(area.adjusted(kInset, kInset, -kInset, -kInset));
+    painter.drawEllipse(disc.adjusted(kInset, kInset, -kInset, -kInset));
 }
 
-QPixmap GifBadge::disc(double ratio)
+QPixmap GifBadge::scaledFrame(double ratio)
 {
-    if (std::exchange(m_discRatio, ratio) != ratio)
-        m_discs.clear();
-    QPixmap &disc = m_discs[m_movie.currentFrameNumber()];
-    if (!disc.isNull())
-        return disc;
-
-    const QSize pixels = (QSizeF(size()) * ratio).toSize();
-    disc = QPixmap(pixels);
-    disc.fill(Qt::transparent);
-    QPainter painter(&disc);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath clip;
-    clip.addEllipse(disc.rect());
-    painter.setClipPath(clip);
-    painter.fillRect(disc.rect(), Qt::white);
-    if (const QPixmap frame = m_movie.currentPixmap(); !frame.isNull()) {
-        const QPixmap scaled =
-            frame.scaled(pixels, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
-        // Multiplying lets a white picture background melt into the disc.
-        painter.setCompositionMode(QPainter::CompositionMode_Multiply);
-        painter.drawPixmap(
-            QPointF(pixels.width() - scaled.width(), pixels.height() - scaled.height()) / 2,
-            scaled);
+    if (std::exchange(m_frameRatio, ratio) != ratio)
+        m_frames.clear();
+    QPixmap &scaled = m_frames[m_movie.currentFrameNumber()];
+    if (const QPixmap frame = m_movie.currentPixmap(); scaled.isNull() && !frame.isNull()) {
+        scaled = frame.scaled(QSizeF(m_side * ratio, m_side * ratio).toSize(),
+                              Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+        scaled.setDevicePixelRatio(ratio);
     }
-    painter.end();
-    disc.setDevicePixelRatio(ratio);
-    return disc;
+    return scaled;
 }

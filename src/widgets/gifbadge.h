@@ -33,14 +33,14 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void pauseOutOfSight();
-    /// The disc with the movie's current frame on it, for so many device pixels per pixel.
-    [[nodiscard]] QPixmap disc(double ratio);
+    void updatePlayback();
+    /// The movie's current frame, for so many device pixels per pixel; null without one.
+    [[nodiscard]] QPixmap scaledFrame(double ratio);
 
     int m_side;
     QMovie m_movie;
-    QHash<int, QPixmap> m_discs; ///< by frame: a movie plays for ever and scaling is dear
-    double m_discRatio = 0.0;
+    QHash<int, QPixmap> m_frames; ///< scaled: a movie plays for ever, and scaling is dear
+    double m_frameRatio = 0.0;
     OnScreenWatcher m_onScreen;
     double m_popProgress = 1.0;
     QPropertyAnimation m_popAnimation;
