@@ -82,9 +82,9 @@ WordFinder::WordFinder(std::initializer_list<QByteArrayView> words)
     }
 }
 
-std::optional<qsizetype> WordFinder::find(QByteArrayView text, qsizetype from) const
+std::optional<qsizetype> WordFinder::find(QByteArrayView text) const
 {
-    qsizetype place = from;
+    qsizetype place = 0;
     for (; place + kChunk + kProbe <= text.size(); place += kChunk) {
         const char *const chunk = text.data() + place;
         const bool worthALook =
@@ -93,24 +93,24 @@ std::optional<qsizetype> WordFinder::find(QByteArrayView text, qsizetype from) c
             });
         if (!worthALook)
             continue;
-        if (const auto found = findByProbes(text, from, place, place + kChunk))
+        if (const auto found = findByProbes(text, place, place + kChunk))
             return found;
     }
-    return findByProbes(text, from, place, text.size() - kProbe + 1);
+    return findByProbes(text, place, text.size() - kProbe + 1);
 }
 
-std::optional<qsizetype> WordFinder::findByProbes(QByteArrayView text, qsizetype from,
-                                                  qsizetype probesBegin, qsizetype probesEnd) const
+std::optional<qsizetype> WordFinder::findByProbes(QByteArrayView text, qsizetype probesBegin,
+                                                  qsizetype probesEnd) const
 {
     for (qsizetype place = probesBegin; place < probesEnd; ++place) {
         const char letter = folded(text[place]);
         for (const Word &word : m_words) {
             const qsizetype start = place - word.probe;
-            if (letter != folded(word.text[word.probe]) || start < from
+            if (letter != folded(word.text[word.probe]) || start < 0
                 || !startsWith(text.sliced(start), word.text))
                 continue;
             // A longer word whose rarest letters come later may have begun before this one.
-            qsizetype leftmost = std::max(from, start - m_longest);
+            qsizetype leftmost = std::max<qsizetype>(0, start - m_longest);
             while (!anyWordAt(text, leftmost))
                 ++leftmost;
             return leftmost;

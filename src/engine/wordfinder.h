@@ -16,8 +16,8 @@ public:
     /// `words`: lower-case ASCII, three or more bytes each; they must outlive the finder.
     explicit WordFinder(std::initializer_list<QByteArrayView> words);
 
-    /// Offset of the leftmost occurrence of any word in `text` at or after `from`.
-    [[nodiscard]] std::optional<qsizetype> find(QByteArrayView text, qsizetype from = 0) const;
+    /// Offset of the leftmost occurrence of any word in `text`.
+    [[nodiscard]] std::optional<qsizetype> find(QByteArrayView text) const;
 
 private:
     struct Word
@@ -27,8 +27,7 @@ private:
     };
 
     [[nodiscard]] bool anyWordAt(QByteArrayView text, qsizetype start) const;
-    [[nodiscard]] std::optional<qsizetype> findByProbes(QByteArrayView text, qsizetype from,
-                                                        qsizetype probesBegin,
+    [[nodiscard]] std::optional<qsizetype> findByProbes(QByteArrayView text, qsizetype probesBegin,
                                                         qsizetype probesEnd) const;
 
     std::vector<Word> m_words;
