@@ -19,8 +19,7 @@ QString readUninstallValue(const QString &name)
         QString("HKEY_CURRENT_USER"_L1 + parent),
     };
     for (const QString &root : roots) {
-        const QString value =
-            readRegistryValue(root + Product::kUninstallKey, name).toString().trimmed();
+        const QString value = readRegistryText(root + Product::kUninstallKey, name);
         if (!value.isEmpty())
             return value;
     }
@@ -68,9 +67,4 @@ QString defaultInstallDir()
                 QDir(folder).absoluteFilePath(Product::kName.toString()));
     }
     return uR"(C:\Program Files\)" + Product::kName;
-}
-
-int readRegistryInt(const QString &keyPath, const QString &name)
-{
-    return readRegistryValue(keyPath, name).toInt();
 }

@@ -25,6 +25,3 @@
 
 /// Where a fresh copy goes unless the user chooses otherwise, with native separators.
 [[nodiscard]] QString defaultInstallDir();
-
-/// A number from the registry; 0 if it is missing or no number.
-[[nodiscard]] int readRegistryInt(const QString &keyPath, const QString &name);

@@ -1,7 +1,6 @@
 #include "system/probes.h"
 
 #include "engine/installpath.h"
-#include "system/installation.h"
 #include "system/machine.h"
 #include "system/registry.h"
 
@@ -15,11 +14,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-QString readRegistryText(const QString &keyPath, const QString &name)
-{
-    return readRegistryValue(keyPath, name).toString().trimmed();
-}
 
 CheckResult checkOperatingSystem()
 {

@@ -10,3 +10,9 @@
 /// environment variable VARNEL_REGISTRY_JSON stands for it: an object of full key paths, each an
 /// object of value names with texts or numbers. Unset, the registry is empty.
 [[nodiscard]] QVariant readRegistryValue(const QString &keyPath, const QString &name);
+
+/// A text value, trimmed; empty if there is none or if the value is no text.
+[[nodiscard]] QString readRegistryText(const QString &keyPath, const QString &name);
+
+/// A number, also one that is kept as text; 0 if there is none.
+[[nodiscard]] int readRegistryInt(const QString &keyPath, const QString &name);

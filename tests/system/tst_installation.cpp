@@ -1,6 +1,7 @@
 #include "support/environment.h"
 #include "support/sandbox.h"
 #include "system/installation.h"
+#include "system/registry.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -86,7 +87,7 @@ void TestInstallation::rootsInOrder_data()
     QTest::newRow("all blank") << QJsonValue(u" "_s) << QJsonValue(u" "_s) << QJsonValue(u" "_s)
                                << QString();
     QTest::newRow("trimmed") << QJsonValue(u" \t1.0 beta \r\n"_s) << b << c << u"1.0 beta"_s;
-    QTest::newRow("a number") << QJsonValue(7) << b << c << u"7"_s;
+    QTest::newRow("a number first") << QJsonValue(7) << b << c << u"2.0"_s;
     QTest::newRow("a list first") << QJsonValue(QJsonArray { u"1.0"_s }) << b << c << u"2.0"_s;
     QTest::newRow("an object first")
         << QJsonValue(QJsonObject { { u"a"_s, 1 } }) << b << c << u"2.0"_s;
@@ -158,6 +159,8 @@ void TestInstallation::installLocation_data()
     QTest::newRow("slash at the end") << folder + u'/' << folder;
     QTest::newRow("mixed separators") << folder + uR"(\/\//)" << folder;
     QTest::newRow("blanks around") << u"  " + folder + uR"(\ )" << folder;
+    QTest::newRow("two blanks in a row inside")
+        << uR"(  C:\Varnel  Schematics  )"_s << uR"(C:\Varnel  Schematics)"_s;
     QTest::newRow("drive root") << uR"(D:\)"_s << u"D:"_s;
     QTest::newRow("separators alone") << uR"(\/)"_s << QString();
     QTest::newRow("forward slashes")

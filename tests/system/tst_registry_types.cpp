@@ -1,6 +1,5 @@
 // Kinds of values that only a real registry has, and its two views of the machine's software.
 #include "support/sandbox.h"
-#include "system/installation.h"
 #include "system/registry.h"
 
 #include <QRegularExpression>
@@ -67,10 +66,11 @@ void TestRegistryTypes::texts_data()
     // Setup programs store their folder as it is; a variable in it is part of the name.
     QTest::newRow("text with variables")
         << REG_EXPAND_SZ << stored(u"%ProgramFiles%\\Varnel\0"_s) << u"%ProgramFiles%\\Varnel"_s;
-    QTest::newRow("number") << REG_DWORD << QByteArray("\x0a\0\0\0", 4) << u"10"_s;
+    QTest::newRow("number") << REG_DWORD << QByteArray("\x0a\0\0\0", 4) << QString();
     QTest::newRow("no bytes of no kind") << REG_NONE << QByteArray() << QString();
     QTest::newRow("no bytes") << REG_BINARY << QByteArray() << QString();
     QTest::newRow("several texts") << REG_MULTI_SZ << stored(u"one\0two\0\0"_s) << QString();
+    QTest::newRow("a list of one text") << REG_MULTI_SZ << stored(u"one\0\0"_s) << QString();
 }
 
 void TestRegistryTypes::texts()
@@ -79,7 +79,7 @@ void TestRegistryTypes::texts()
     QFETCH(const QByteArray, bytes);
     const Sandbox sandbox;
     store(type, bytes);
-    QTEST(readRegistryValue(kKey, u"Value"_s).toString(), "text");
+    QTEST(readRegistryText(kKey, u"Value"_s), "text");
 }
 
 void TestRegistryTypes::numbers_data()
