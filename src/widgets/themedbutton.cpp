@@ -1,6 +1,7 @@
 #include "widgets/themedbutton.h"
 
 #include <QFocusEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
 
@@ -44,6 +45,13 @@ void ThemedButton::focusOutEvent(QFocusEvent *event)
 {
     m_focusRing.update(*event);
     QPushButton::focusOutEvent(event);
+}
+
+void ThemedButton::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    // The second click was meant for what was here at the first: a new page's button must not take
+    // it for its own and start what nobody has read about.
+    event->accept();
 }
 
 void ThemedButton::paintEvent(QPaintEvent *event)

@@ -3,12 +3,14 @@
 #include "pages/destinationpage.h"
 #include "pages/licensepage.h"
 #include "pages/pagetext.h"
+#include "pages/readytoupdatepage.h"
 #include "pages/strictwarnings.h"
 #include "pages/taskspage.h"
 #include "pages/updatefinishedpage.h"
 #include "theme/thememanager.h"
 #include "wizard/installerfooterbar.h"
 #include "wizard/installerpane.h"
+#include "wizard/updatingpage.h"
 #include "wizard/wizarddriver.h"
 
 #include <QDir>
@@ -50,6 +52,7 @@ private Q_SLOTS:
     void updateOfferTellsTheVersions();
     void uninstallTellsTheVersion();
     void tenQuickClicks();
+    void doubleClickPressesOneButton();
 };
 
 void TestInstallerWizardPages::init()
@@ -292,6 +295,23 @@ void TestInstallerWizardPages::uninstallTellsTheVersion()
     driver.wizard.setRunMode(RunMode::Uninstall);
     QVERIFY(labelOf(driver.currentPage(),
                     u"This will remove Varnel Schematics 1.6.8 from your computer."_s));
+}
+
+// The next page's button lies where the last page's was.
+void TestInstallerWizardPages::doubleClickPressesOneButton()
+{
+    WizardDriver driver;
+    driver.show(RunMode::Update);
+    const QPushButton *button = driver.button(u"Update Now"_s);
+    QVERIFY(button);
+    const QPoint place = button->mapTo(&driver.wizard, button->rect().center());
+    QTest::mouseDClick(driver.wizard.windowHandle(), Qt::LeftButton, {}, place);
+    QVERIFY(driver.shows<ReadyToUpdatePage>());
+    // It was the gesture and not the place.
+    const QPushButton *next = driver.button(u"Update"_s);
+    QVERIFY(next->geometry().contains(driver.footer->mapFrom(&driver.wizard, place)));
+    QTest::mouseClick(driver.wizard.windowHandle(), Qt::LeftButton, {}, place);
+    QVERIFY(driver.shows<UpdatingPage>());
 }
 
 void TestInstallerWizardPages::tenQuickClicks()
