@@ -2,6 +2,7 @@
 
 #include "engine/installpath.h"
 #include "pages/pagelabels.h"
+#include "pages/pathlabel.h"
 #include "system/installation.h"
 #include "system/probes.h"
 #include "theme/themed.h"
@@ -37,14 +38,10 @@ DestinationPage::DestinationPage(QWidget *parent) : QWidget(parent)
     layout->addWidget(caption);
     layout->addSpacing(8);
 
-    m_pathLabel = new QLabel(this);
+    m_pathLabel = new PathLabel(this);
     // Or the markup of its tool tip would be read out.
     m_pathLabel->setAccessibleDescription(caption->text());
-    m_pathLabel->setTextFormat(Qt::PlainText);
     m_pathLabel->setFixedHeight(kPathHeight);
-    m_pathLabel->setFont(monospacedFont(11));
-    // However long the path is, the button beside it stays where it is.
-    m_pathLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     setThemedStyleSheet(m_pathLabel,
                         u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
                         "padding:0 11px;color:@INS_TX;"_s);
@@ -73,8 +70,7 @@ DestinationPage::DestinationPage(QWidget *parent) : QWidget(parent)
 void DestinationPage::setPath(const QString &path)
 {
     m_path = QDir::toNativeSeparators(path);
-    m_pathLabel->setText(m_path);
-    m_pathLabel->setToolTip(u"<p style=\"white-space:pre\">%1</p>"_s.arg(m_path.toHtmlEscaped()));
+    m_pathLabel->setPath(m_path);
     refreshDiskSpace();
 }
 

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class PathLabel;
 class QLabel;
 
 /// Shows and changes the folder to install into. Judges nothing: the caption only tells how much
@@ -25,6 +26,6 @@ private:
     void refreshDiskSpace();
 
     QString m_path;
-    QLabel *m_pathLabel;
+    PathLabel *m_pathLabel;
     QLabel *m_diskSpace;
 };
