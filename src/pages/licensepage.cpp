@@ -3,10 +3,13 @@
 #include "pages/licensetext.h"
 #include "pages/pagelabels.h"
 #include "theme/themed.h"
+#include "widgets/focusring.h"
 #include "widgets/radiooption.h"
 
 #include <QButtonGroup>
 #include <QCoreApplication>
+#include <QFocusEvent>
+#include <QPainter>
 #include <QPlainTextEdit>
 
 using namespace Qt::Literals::StringLiterals;
@@ -14,10 +17,47 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int kViewHeight = 150;
+constexpr double kViewRadius = 8.0;
+
+/// The text takes the focus for its page keys, which its style sheet says nothing of.
+class LicenseView : public QPlainTextEdit
+{
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+
+protected:
+    bool event(QEvent *event) override
+    {
+        const bool handled = QPlainTextEdit::event(event);
+        if (event->type() == QEvent::Paint) {
+            QPainter painter(this);
+            painter.setRenderHint(QPainter::Antialiasing);
+            m_focusRing.paint(painter, rect(), kViewRadius, u"@INS_ACCENT"_s);
+        }
+        return handled;
+    }
+
+    void focusInEvent(QFocusEvent *event) override
+    {
+        m_focusRing.update(*event);
+        QPlainTextEdit::focusInEvent(event);
+        update();
+    }
+
+    void focusOutEvent(QFocusEvent *event) override
+    {
+        m_focusRing.update(*event);
+        QPlainTextEdit::focusOutEvent(event);
+        update();
+    }
+
+private:
+    FocusRing m_focusRing;
+};
 
 QPlainTextEdit *licenseView(QWidget *page)
 {
-    auto *view = new QPlainTextEdit(page);
+    auto *view = new LicenseView(page);
     view->setReadOnly(true);
     view->setTabChangesFocus(true);
     view->setFixedHeight(kViewHeight);

@@ -4,6 +4,8 @@
 #include "pages/licensetext.h"
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
+#include "support/grab.h"
+#include "theme/themed.h"
 #include "theme/thememanager.h"
 #include "widgets/radiooption.h"
 
@@ -57,6 +59,7 @@ private Q_SLOTS:
     void viewFollowsTheTheme();
     void textComesFromTheProgramsFolder();
     void textIsReadOnce();
+    void viewShowsTheFocus();
     void textIsLiteral();
     void longTextScrolls();
     void isNotAcceptedAtFirst();
@@ -145,6 +148,25 @@ void TestLicensePage::textIsReadOnce()
     page.show();
     ThemeManager::instance().setDarkMode(true);
     QCOMPARE(page.findChild<QPlainTextEdit *>()->toPlainText(), u"First"_s);
+}
+
+void TestLicensePage::viewShowsTheFocus()
+{
+    LicensePage page;
+    page.resize(kPageSize);
+    page.show();
+    page.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&page));
+    auto *view = page.findChild<QPlainTextEdit *>();
+    const QPointF edge(view->width() / 2.0, 0.5);
+    const QColor ring = themedColor(u"@INS_ACCENT"_s);
+    view->setFocus(Qt::MouseFocusReason);
+    QVERIFY(colourAt(grabWidget(*view), edge) != ring);
+    view->clearFocus();
+    view->setFocus(Qt::TabFocusReason);
+    QCOMPARE(colourAt(grabWidget(*view), edge), ring);
+    view->clearFocus();
+    QVERIFY(colourAt(grabWidget(*view), edge) != ring);
 }
 
 void TestLicensePage::textIsLiteral()
