@@ -84,9 +84,10 @@ void SystemCheckPage::CheckRow::paintRow(QPainter &painter)
     painter.setPen(themedColor(m_result.ok ? u"@INS_TX2"_s : u"@INS_WARN"_s));
     const int valueLeft = labelRect.right() + kLabelValueGap;
     const QRect valueRect(valueLeft, 0, width() - valueLeft, height());
+    // In the middle: a verdict comes last.
     painter.drawText(
         valueRect, Qt::AlignRight | Qt::AlignVCenter,
-        painter.fontMetrics().elidedText(m_result.value, Qt::ElideRight, valueRect.width()));
+        painter.fontMetrics().elidedText(m_result.value, Qt::ElideMiddle, valueRect.width()));
 
     paintHairline(painter, { 0, height() - 1, width(), 1 }, themedColor(u"@INS_LINE"_s));
 }

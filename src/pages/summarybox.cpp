@@ -52,7 +52,9 @@ void SummaryBox::resizeEvent(QResizeEvent *event)
 void SummaryBox::fit()
 {
     setWordWrap(true);
-    const bool fits = heightForWidth(width()) <= height() + kAir;
+    // A word that is wider than the box adds no line, it is cut.
+    const bool fits =
+        heightForWidth(width()) <= height() + kAir && minimumSizeHint().width() <= width();
     setWordWrap(fits);
     setToolTip(fits ? QString() : text());
 }

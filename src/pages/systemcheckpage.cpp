@@ -5,8 +5,6 @@
 #include "system/probes.h"
 #include "widgets/animation.h"
 
-#include <QDir>
-
 #include <chrono>
 #include <utility>
 
@@ -44,7 +42,7 @@ SystemCheckPage::SystemCheckPage(QWidget *parent) : QWidget(parent), m_warningDe
     m_warningOpacity = new QGraphicsOpacityEffect(m_warning);
     m_warning->setGraphicsEffect(m_warningOpacity);
     connect(m_warningOpacity, &QGraphicsOpacityEffect::opacityChanged, this,
-            &SystemCheckPage::showWarning);
+            &SystemCheckPage::followWarningOpacity);
     m_warningOpacity->setOpacity(0.0);
     layout->addWidget(m_warning);
     layout->addStretch();
@@ -68,8 +66,7 @@ void SystemCheckPage::runChecks(const QString &destinationPath)
     }
     m_rows.clear();
 
-    const QString path = destinationPath.isEmpty() ? QDir::rootPath() : destinationPath;
-    for (const CheckResult &result : runSystemChecks(path)) {
+    for (const CheckResult &result : runSystemChecks(destinationPath)) {
         auto *row = new CheckRow(result, m_rowContainer);
         m_rowLayout->addWidget(row);
         row->show();
@@ -111,7 +108,7 @@ void SystemCheckPage::setSmartAppControlOn(bool on)
         m_smartAppControlRow->setResult(judgeSmartAppControl(on ? kSmartAppControlOn : 0));
 }
 
-void SystemCheckPage::showWarning(double opacity)
+void SystemCheckPage::followWarningOpacity(double opacity)
 {
     // Transparent is not silent: what is not to be seen must not be read out either.
     m_warning->setVisible(opacity > 0.0);

@@ -35,7 +35,7 @@ public:
 
 private:
     void hideWarning();
-    void showWarning(double opacity);
+    void followWarningOpacity(double opacity);
 
     QWidget *m_rowContainer;
     QVBoxLayout *m_rowLayout;

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void followsTheTheme();
     void nothingFallsOut_data();
     void nothingFallsOut();
+    void wordWiderThanTheBox();
     void longLineWidensNothing();
     void markupIsNotReadOut();
     void fitsAgainWhenWidened();
@@ -116,6 +117,18 @@ void TestSummaryBox::nothingFallsOut()
     alone.resize(kWidth, alone.height());
     alone.setSummary(u"(none)"_s);
     QCOMPARE(lastLine(box), lastLine(alone));
+}
+
+// It would be cut without a sign, and its line is no longer than any other.
+void TestSummaryBox::wordWiderThanTheBox()
+{
+    SummaryBox box;
+    box.resize(kWidth, box.height());
+    const QString text = summaryOf(longWord());
+    box.setSummary(text);
+    box.show();
+    QVERIFY(!box.wordWrap());
+    QCOMPARE(box.toolTip(), text);
 }
 
 void TestSummaryBox::longLineWidensNothing()
