@@ -156,7 +156,7 @@ void InstallerWizard::showEvent(QShowEvent *event)
     // Once more when the window is on screen, so that the entrance is seen; but not over the head
     // of a user who was quick enough to be somewhere else already.
     QTimer::singleShot(0, this, [this] {
-        if (m_pane->currentPage() == page(firstPage(m_runMode)))
+        if (!m_pane->currentPage() || m_pane->currentPage() == page(firstPage(m_runMode)))
             setRunMode(m_runMode);
     });
 }
@@ -327,6 +327,10 @@ ProgressPage *InstallerWizard::progressPage() const
 void InstallerWizard::startRun()
 {
     leavePage();
+    // A run has nothing to press. When its page is hidden, a focused control would pass the focus
+    // on, and that to the title bar's buttons.
+    if (QWidget *focused = focusWidget())
+        focused->clearFocus();
     m_pane->setCurrentPage(progressPage(), true);
     m_footer->setStatusText(tr("Do not turn off your PC"));
     m_footer->addButton(tr("Cancel"), false, false)->setEnabled(false);
@@ -398,13 +402,16 @@ void InstallerWizard::completeRun()
 
 void InstallerWizard::failRun(const QString &error)
 {
-    progressPage()->showError(error.isEmpty() ? tr("Setup did not complete.") : error);
+    const QString message = error.isEmpty() ? tr("Setup did not complete.") : error;
+    progressPage()->showError(message);
     m_footer->setStatusText(tr("Setup could not finish"));
     m_footer->clear();
     addFooterButton({ .text = QT_TR_NOOP("Close"),
                       .primary = true,
                       .danger = true,
                       .command = Command::Close });
+    // Who cannot see the page hears the button that takes the focus, and so why it is there.
+    m_footer->buttons().first()->setAccessibleDescription(message);
     focusWayOn();
 }
 
@@ -413,11 +420,13 @@ void InstallerWizard::enterFinish()
     enterPage(runPlan(m_runMode).finishPage);
     AnimatedMark *mark = m_rail->mark();
     mark->setFill(m_runMode == RunMode::Uninstall ? 0.0 : 1.0);
-    mark->replay();
     if (m_runMode == RunMode::Uninstall) {
+        mark->replay();
         m_uninstallComplete->start();
         return;
     }
+    mark->stopIdle(); // it floats once it has come in
+    mark->replay();
     m_celebration->start(m_runMode == RunMode::Update ? m_updateFinished->seal()
                                                       : m_finished->seal());
     m_idleDelay.start(kIdleDelay);

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void firstPages();
     void everyEntryRestsTheMark();
     void firstShowEntersTheFirstPageOnceMore();
+    void firstShowNeedsNoMode();
     void firstShowLeavesAQuickUserAlone();
     void laterShowsChangeNothing();
     void minimizes();
@@ -172,6 +173,13 @@ void TestInstallerWizard::firstShowEntersTheFirstPageOnceMore()
     QVERIFY(driver.currentPage()->isVisible());
     QTRY_VERIFY(!driver.currentPage()->graphicsEffect());
     QTRY_COMPARE(driver.mark->a4Progress(), 1.0);
+}
+
+void TestInstallerWizard::firstShowNeedsNoMode()
+{
+    WizardDriver driver;
+    driver.wizard.show();
+    QTRY_VERIFY(driver.shows<WelcomePage>());
 }
 
 void TestInstallerWizard::firstShowLeavesAQuickUserAlone()

@@ -164,6 +164,8 @@ void TestInstallerWizardFinish::celebration()
     driver.watch.clear();
     const QWidget *progressPage = driver.currentPage();
     QTRY_VERIFY_WITH_TIMEOUT(driver.currentPage() != progressPage, kPatience);
+    // It floats when its time has come, and not before.
+    QCOMPARE(driver.mark->isIdle(), driver.watch.shots().count(kIdleDelay) > 0);
     const auto *seal = driver.currentPage()->findChild<SealCheck *>();
     QTRY_VERIFY_WITH_TIMEOUT(seal->circleProgress() > 0.0, kPatience); // by itself, and at once
 

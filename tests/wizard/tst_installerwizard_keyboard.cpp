@@ -102,6 +102,7 @@ private Q_SLOTS:
     void escapeClosesOnTheFirstPage();
     void keysDoNothingDuringARun();
     void noTitleButtonHasTheFocusDuringARun();
+    void controlOfThePageBeforeKeepsNoFocusDuringARun();
     void escapeClosesAfterAFailure();
     void enterAfterAFailureNeedsTheFocus();
     void spacePressesWhatHasTheFocus();
@@ -290,6 +291,19 @@ void TestInstallerWizardKeyboard::noTitleButtonHasTheFocusDuringARun()
              qPrintable(driver.focus()));
 }
 
+// As assistive technology presses a button: without giving it the focus.
+void TestInstallerWizardKeyboard::controlOfThePageBeforeKeepsNoFocusDuringARun()
+{
+    Keyboard driver { QString() };
+    QVERIFY(driver.open(RunMode::Uninstall));
+    const QWidget *page = driver.currentPage();
+    page->findChild<ToggleCheckbox *>()->setFocus();
+    driver.button(u"Uninstall"_s)->click();
+    QTRY_VERIFY_WITH_TIMEOUT(!page->isVisible(), kPatience);
+    QVERIFY2(!QApplication::focusWidget() || QApplication::focusWidget() == &driver.wizard,
+             qPrintable(driver.focus()));
+}
+
 void TestInstallerWizardKeyboard::escapeClosesAfterAFailure()
 {
     Keyboard driver;
@@ -298,6 +312,9 @@ void TestInstallerWizardKeyboard::escapeClosesAfterAFailure()
     QVERIFY(driver.goToReadyPage());
     driver.key(Qt::Key_Return);
     QTRY_VERIFY_WITH_TIMEOUT(driver.button(u"Close"_s), kPatience);
+    // What takes the focus tells those who cannot see the page what has happened.
+    QVERIFY(!driver.caption()->text().isEmpty());
+    QCOMPARE(driver.button(u"Close"_s)->accessibleDescription(), driver.caption()->text());
     QCOMPARE(Keyboard::runUntilQuit([&] { driver.lastKey(Qt::Key_Escape); }), 0);
     QVERIFY(!driver.wizard.isVisible());
 }
