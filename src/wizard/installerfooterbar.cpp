@@ -1,14 +1,12 @@
 #include "wizard/installerfooterbar.h"
 
 #include "theme/themed.h"
-#include "widgets/hairline.h"
 #include "widgets/themedbutton.h"
 #include "wizard/windowshape.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <utility>
 
@@ -114,11 +112,5 @@ void InstallerFooterBar::clear()
 void InstallerFooterBar::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath bar;
-    bar.setFillRule(Qt::WindingFill);
-    bar.addRoundedRect(rect(), kCornerRadius, kCornerRadius);
-    bar.addRect(rect().adjusted(0, 0, 0, -kCornerRadius));
-    painter.fillPath(bar, themedColor(u"@INS_PANEL"_s));
-    paintHairline(painter, { 0, 0, width(), 1 }, themedColor(u"@INS_LINE"_s));
+    paintBar(painter, rect(), Qt::BottomEdge);
 }

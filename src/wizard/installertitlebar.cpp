@@ -1,7 +1,6 @@
 #include "wizard/installertitlebar.h"
 
 #include "theme/themed.h"
-#include "widgets/hairline.h"
 #include "widgets/themedbutton.h"
 #include "wizard/windowshape.h"
 
@@ -9,7 +8,6 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -94,11 +92,5 @@ void InstallerTitleBar::mouseMoveEvent(QMouseEvent *event)
 void InstallerTitleBar::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath bar;
-    bar.setFillRule(Qt::WindingFill);
-    bar.addRoundedRect(rect(), kCornerRadius, kCornerRadius);
-    bar.addRect(rect().adjusted(0, kCornerRadius, 0, 0));
-    painter.fillPath(bar, themedColor(u"@INS_PANEL"_s));
-    paintHairline(painter, { 0, height() - 1, width(), 1 }, themedColor(u"@INS_LINE"_s));
+    paintBar(painter, rect(), Qt::TopEdge);
 }

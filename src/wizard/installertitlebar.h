@@ -4,7 +4,6 @@
 #include <QWidget>
 
 class QLabel;
-class QPushButton;
 
 /// Title, minimise and close button of the frameless window, and the handle to drag it by.
 class InstallerTitleBar : public QWidget
@@ -18,7 +17,9 @@ public:
     void setTitle(const QString &title);
 
 Q_SIGNALS:
+    /// Once per press of the button.
     void minimizeRequested();
+    /// Once per press of the button.
     void closeRequested();
 
 protected:

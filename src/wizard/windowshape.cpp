@@ -1,10 +1,45 @@
 #include "wizard/windowshape.h"
 
+#include "theme/themed.h"
+#include "widgets/hairline.h"
+
+#include <QImage>
+#include <QPainter>
 #include <QPainterPath>
+
+using namespace Qt::Literals::StringLiterals;
+
+void paintBar(QPainter &painter, const QRect &bar, Qt::Edge outer)
+{
+    const bool isOnTop = outer == Qt::TopEdge;
+    QPainterPath shape;
+    shape.setFillRule(Qt::WindingFill);
+    shape.addRoundedRect(bar, kCornerRadius, kCornerRadius);
+    shape.addRect(bar.adjusted(0, isOnTop ? kCornerRadius : 0, 0, isOnTop ? 0 : -kCornerRadius));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(shape, themedColor(u"@INS_PANEL"_s));
+    paintHairline(painter, { bar.left(), isOnTop ? bar.bottom() : bar.top(), bar.width(), 1 },
+                  themedColor(u"@INS_LINE"_s));
+}
 
 QRegion windowShape()
 {
-    QPainterPath shape;
-    shape.addRoundedRect(QRect({}, kWindowSize), kCornerRadius, kCornerRadius);
-    return QRegion(shape.toFillPolygon().toPolygon());
+    QImage window(kWindowSize, QImage::Format_ARGB32_Premultiplied);
+    window.fill(Qt::transparent);
+    QPainter painter(&window);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::black);
+    painter.drawRoundedRect(window.rect(), kCornerRadius, kCornerRadius);
+    painter.end();
+
+    // What the corners cover in part would show black through the rest.
+    QRegion shape;
+    for (int y = 0; y < window.height(); ++y) {
+        int inset = 0;
+        while (qAlpha(window.pixel(inset, y)) < 255)
+            ++inset;
+        shape += QRect(inset, y, window.width() - 2 * inset, 1);
+    }
+    return shape;
 }

@@ -2,7 +2,12 @@
 
 #include <QTest>
 
+#include <cmath>
+
 using namespace Qt::Literals::StringLiterals;
+
+/// Pixels that the arc only just touches are everybody's.
+constexpr double kRounding = 0.2;
 
 class TestWindowShape : public QObject
 {
@@ -42,6 +47,21 @@ void TestWindowShape::cornersAreOut()
         QVERIFY(shape.contains(corner + 12 * QPoint(0, inwards.y())));
     }
     QVERIFY(shape.contains(QRect(QPoint(), kWindowSize).center()));
+
+    // A pixel is in it if its outer corner, and so all of it, is: half a pixel would show black.
+    for (int y = 0; y < kCornerRadius; ++y) {
+        for (int x = 0; x < kCornerRadius; ++x) {
+            const double distance = std::hypot(kCornerRadius - x, kCornerRadius - y);
+            if (std::abs(distance - kCornerRadius) < kRounding)
+                continue;
+            const QPoint inwards(x, y);
+            for (const auto &[corner, direction] : corners) {
+                const QPoint pixel =
+                    corner + QPoint(inwards.x() * direction.x(), inwards.y() * direction.y());
+                QCOMPARE(shape.contains(pixel), distance < kCornerRadius);
+            }
+        }
+    }
 }
 
 QTEST_APPLESS_MAIN(TestWindowShape)
