@@ -2,7 +2,8 @@
 
 #include <QStringView>
 
-/// Who we are. Everything that names the product, its maker or its version reads it here.
+/// Who we are: all that is compared, stored or put together. Sentences for the user spell the
+/// product's name out, so that they can be translated as a whole.
 namespace Product {
 
 inline constexpr QStringView kName = u"Varnel Schematics";

@@ -36,7 +36,9 @@ public:
     void applyStyleSheet();
 
 Q_SIGNALS:
+    /// Each time a theme is chosen, be it the same; the colours are its own by then.
     void themeChanged(ThemeManager::Theme newTheme);
+    /// Each time the accent colour is set.
     void primaryColorChanged(const QString &hexColor);
 
 private:

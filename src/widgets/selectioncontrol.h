@@ -19,9 +19,9 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
-    /// `verticalRoom` is added to the text's height. `selection` runs on a property of the derived
-    /// class and follows the checked state.
+    /// `verticalRoom` is added to the text's height.
     SelectionControl(const QString &text, int verticalRoom, QWidget *parent);
+    /// `selection`, which runs on a property of the derived class, follows the checked state.
     void followCheckedState(QPropertyAnimation &selection);
 
     virtual void paintIndicator(QPainter &painter, const QRectF &box) = 0;

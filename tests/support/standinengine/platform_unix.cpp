@@ -38,7 +38,9 @@ constexpr std::pair<std::string_view, int> kSignals[] = {
 int signalNumber(std::string_view signal)
 {
     int number = 0;
-    std::from_chars(signal.data(), signal.data() + signal.size(), number);
+    const auto [end, error] = std::from_chars(signal.data(), signal.data() + signal.size(), number);
+    if (error != std::errc() || end != signal.data() + signal.size())
+        number = 0;
     if (lower(signal.substr(0, 3)) == "sig")
         signal.remove_prefix(3);
     for (const auto &[name, value] : kSignals) {
