@@ -7,7 +7,8 @@
 // frame covers the middle of the screen: benchmarks/startup does all of that. The two take turns,
 // so that what else the machine does hits both.
 
-#include <algorithm>
+#include "timing.h"
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -117,13 +118,6 @@ Result runOnce(const Screen &screen, std::vector<char *> command)
     waitpid(process, nullptr, 0);
     await(command[0], "stays on screen", [&] { return screen.middle() == empty; });
     return { time.count(), memory };
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 } // namespace

@@ -6,6 +6,22 @@
 #include <ctime>
 #include <vector>
 
+inline double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// Wall-clock time of one call of `work`, in seconds.
+template <typename Work>
+double secondsOf(Work work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
 /// Median wall-clock time of `runs` calls of `work`, in seconds. One call more goes ahead
 /// uncounted, so that caches are warm for everybody who is compared.
 template <typename Work>
@@ -13,15 +29,9 @@ double medianSeconds(int runs, Work work)
 {
     work();
     std::vector<double> times;
-    for (int i = 0; i < runs; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        times.push_back(
-            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
-    const auto middle = times.begin() + runs / 2;
-    std::nth_element(times.begin(), middle, times.end());
-    return *middle;
+    for (int i = 0; i < runs; ++i)
+        times.push_back(secondsOf(work));
+    return median(times);
 }
 
 /// The same for one of `steps` calls of `step` in a row, which is too short to be timed by itself.
@@ -53,11 +63,6 @@ Comparison compareSteps(int runs, int steps, Ours ours, Other other)
         for (int i = 0; i < steps; ++i)
             step(i);
         return double(std::clock() - start) / CLOCKS_PER_SEC / steps;
-    };
-    const auto median = [](std::vector<double> &values) {
-        const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
-        std::nth_element(values.begin(), middle, values.end());
-        return *middle;
     };
     std::vector<double> ourTimes;
     std::vector<double> otherTimes;

@@ -1,8 +1,12 @@
-// What one frame of the animated widgets costs, beside what it is to be compared with. Drawn off
-// screen:
+// What one frame of the animated widgets and of the change of pages costs, beside what it is to be
+// compared with. Drawn off screen:
 //
 //   QT_QPA_PLATFORM=offscreen bench_widgets
 
+#include "app/applicationfonts.h"
+#include "pages/checkrow.h"
+#include "pages/licensepage.h"
+#include "pages/welcomepage.h"
 #include "timing.h"
 #include "widgets/animatedmark.h"
 #include "widgets/confettioverlay.h"
@@ -11,9 +15,12 @@
 #include "widgets/radiooption.h"
 #include "widgets/sealcheck.h"
 #include "widgets/togglecheckbox.h"
+#include "wizard/installerpane.h"
+#include "wizard/steprow.h"
 
 #include <QApplication>
 #include <QPainter>
+#include <QParallelAnimationGroup>
 #include <QRandomGenerator>
 #include <QSvgRenderer>
 #include <QTimerEvent>
@@ -38,11 +45,15 @@ QImage canvas(const QSize &size, double ratio)
     return image;
 }
 
-double frameSeconds(QWidget &widget, double ratio)
+/// Before each frame comes `move`, which is told the frame's number.
+template <typename Move>
+double frameSeconds(QWidget &widget, double ratio, Move move)
 {
     QImage image = canvas(widget.size(), ratio);
-    return medianSecondsPerStep(kRuns, kFrames,
-                                [&](int) { widget.render(&image, {}, {}, QWidget::DrawChildren); });
+    return medianSecondsPerStep(kRuns, kFrames, [&](int frame) {
+        move(frame);
+        widget.render(&image, {}, {}, QWidget::DrawChildren);
+    });
 }
 
 /// A moment of the mark.
@@ -174,13 +185,41 @@ void compareConfetti(double ratio)
                 ratio, result.ours * 1e3, result.other * 1e3, 1.0 / result.ratio);
 }
 
-void printFrame(const char *what, QWidget &widget)
+template <typename Move>
+void printFrame(const char *what, QWidget &widget, Move move)
 {
     for (double ratio : { 1.0, 2.0 }) {
-        const double seconds = frameSeconds(widget, ratio);
+        const double seconds = frameSeconds(widget, ratio, move);
         std::printf("%-22s ratio %.0f   %7.3f ms   a frame at 60 Hz    %7.3f ms   %5.1f %%\n", what,
                     ratio, seconds * 1e3, kFrameBudget * 1e3, 100 * seconds / kFrameBudget);
     }
+}
+
+void printFrame(const char *what, QWidget &widget)
+{
+    printFrame(what, widget, [](int) {});
+}
+
+/// From the first page of an installation to the next, half-way. Each frame is a millisecond on
+/// from the last, as what stands still is not drawn anew.
+void printPageChange()
+{
+    InstallerPane pane;
+    pane.resize(484, 390);
+    auto *welcome = new WelcomePage;
+    auto *license = new LicensePage;
+    pane.addPage(welcome);
+    pane.addPage(license);
+    pane.setCurrentPage(welcome, false);
+    pane.show();
+    pane.setCurrentPage(license, true);
+    auto *change = pane.findChild<QParallelAnimationGroup *>();
+    if (!change)
+        qFatal("The pages do not move");
+    change->pause();
+    printFrame("change of pages", pane, [change](int frame) {
+        change->setCurrentTime((change->duration() - kFrames) / 2 + frame);
+    });
 }
 
 } // namespace
@@ -188,6 +227,7 @@ void printFrame(const char *what, QWidget &widget)
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
+    registerApplicationFonts();
     for (double ratio : { 1.0, 2.0 }) {
         for (const Moment &moment : kMoments)
             compareMark(moment, ratio);
@@ -223,4 +263,13 @@ int main(int argc, char *argv[])
     badge.resize(badge.sizeHint());
     badge.setPopProgress(0.9);
     printFrame("badge", badge);
+    SystemCheckPage::CheckRow finding(judgeDiskSpace(412'316'860'416, uR"(C:\)"_s), nullptr);
+    finding.resize(440, 26);
+    finding.setReveal(0.5);
+    printFrame("finding", finding);
+    StepList::StepRow step(u"Registering .sch and .pcb file types"_s, nullptr);
+    step.resize(440, 22);
+    step.setReveal(0.5);
+    printFrame("step of a run", step);
+    printPageChange();
 }

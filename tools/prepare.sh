@@ -77,19 +77,23 @@ watched() {
     return 1
 }
 
-# build <preset>: configures if that was never done, then builds what has changed.
-build() {
+# build <preset> [<target>...]: configures if that was never done, then builds what has changed; all that
+# the preset builds, or only these. A subshell: whoever calls this stays in the folder of the user's paths.
+build() (
+    preset=$1
+    shift
     cd "$root" || exit 1
-    if [ ! -f "build/$1/build.ninja" ]; then
-        say "Configuring build/$1"
+    if [ ! -f "build/$preset/build.ninja" ]; then
+        say "Configuring build/$preset"
         log=$(mktemp)
-        if ! cmake --preset "$1" >"$log" 2>&1; then
+        if ! cmake --preset "$preset" >"$log" 2>&1; then
             tail -n 20 "$log" >&2
             give_up "CMake could not configure the project; see above, and the whole story in $log."
         fi
         rm -f "$log"
     fi
-    say "Building build/$1"
-    NINJA_STATUS='[%f of %t, %e s] ' cmake --build --preset "$1" \
+    say "Building build/$preset"
+    [ $# -eq 0 ] || set -- --target "$@"
+    NINJA_STATUS='[%f of %t, %e s] ' cmake --build --preset "$preset" "$@" \
         || give_up "The build failed; the first error above says where."
-}
+)

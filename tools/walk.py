@@ -3,7 +3,8 @@
     walk.py <folder for the pictures> [<wizard option>...]
 
 Without options the stand-in engine really installs, into a folder that is removed afterwards. With
-options the wizard is started with them and the walk follows the buttons that it finds.
+options the wizard is started with them and the walk follows the buttons that it finds. Paths among
+them count from the current folder.
 """
 
 import os
@@ -80,7 +81,10 @@ def walk(wizard, album):
 
 def main():
     album = Album(Path(sys.argv[1]))
-    arguments = sys.argv[2:] or ["--setup-exe", os.environ["STANDIN_ENGINE"]]
+    # The wizard starts in a folder of its own.
+    options = [os.path.abspath(option) if os.path.exists(option) else option
+               for option in sys.argv[2:]]
+    arguments = options or ["--setup-exe", os.environ["STANDIN_ENGINE"]]
     sandbox = Sandbox()
     sandbox.environment["VARNEL_ENGINE_DELAY_MS"] = "120"
     try:

@@ -26,7 +26,8 @@ class Engine(FaultTestCase):
         self.assert_updated(self.start_update())
 
     def test_uninstaller_killed_at_every_stage(self):
-        for stage in ("start", "before-status", "half"):
+        for stage, has_files in (("start", True), ("before-status", True), ("half", True),
+                                 ("end", False)):
             with self.subTest(stage=stage):
                 uninstaller = self.uninstaller()
                 self.sandbox.scenario("crash = KILL", f"stage = {stage}")
@@ -34,6 +35,8 @@ class Engine(FaultTestCase):
                 wizard.click("Uninstall")
                 self.assert_failure(wizard, "Process crashed")
                 self.assertEqual(self.sandbox.temp_files(), [])
+                left = set(self.files_below(uninstaller.parent))
+                self.assertEqual(left > {"unins000.exe", "unins000.dat"}, has_files)
                 # It can be had again, and takes the rest away.
                 self.assertTrue(uninstaller.exists())
                 self.assertIn(UNINSTALL_KEY, self.sandbox.registry())
