@@ -106,6 +106,7 @@ class Wizard:
     def __init__(self, *arguments, sandbox, program=None):
         self.sandbox = sandbox
         self.program = program or os.environ["VARNEL_SETUP"]
+        self._aside = 4  # px from the middle of what is clicked, in turns to both sides
         self.stderr_path = sandbox.root / "wizard-stderr.txt"
         with open(self.stderr_path, "ab") as stderr:
             self.process = subprocess.Popen(
@@ -255,9 +256,12 @@ class Wizard:
         return wait_until(place, f"the control {name!r}")
 
     def click(self, name, times=1):
-        """Clicks a button, option or check box with the mouse."""
+        """Clicks a button, option or check box with the mouse. Nobody is so quick that two calls
+        are one double click, and so they are a little apart."""
         x, y = self.centre_of(name)
-        subprocess.run(["xdotool", "mousemove", str(x), str(y), *["click", "1"] * times], check=True)
+        self._aside = -self._aside
+        subprocess.run(["xdotool", "mousemove", str(x + self._aside), str(y),
+                        *["click", "1"] * times], check=True)
 
     def click_in_turn(self, *names):
         """Clicks where these buttons are now, as fast as can be."""

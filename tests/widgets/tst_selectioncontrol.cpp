@@ -92,6 +92,8 @@ private Q_SLOTS:
     void clickAnywhereInTheRowToggles();
     void ringForTheKeyboardOnly_data() { addSelectionKinds(); }
     void ringForTheKeyboardOnly();
+    void focusedElsewhereWhileTheWindowIsInTheBackground_data() { addSelectionKinds(); }
+    void focusedElsewhereWhileTheWindowIsInTheBackground();
     void ringNeedsNoRoom_data() { addSelectionKinds(); }
     void ringNeedsNoRoom();
     void goesWhileItIsAnimated_data() { addSelectionKinds(); }
@@ -256,6 +258,23 @@ void TestSelectionControl::ringForTheKeyboardOnly()
     window.first->setFocus();
     window.control->setFocus();
     QVERIFY(window.control->hasFocus());
+    QVERIFY(!window.ringIsSeen());
+}
+
+void TestSelectionControl::focusedElsewhereWhileTheWindowIsInTheBackground()
+{
+    QFETCH(const SelectionMaker, make);
+    Window window(make);
+    QTest::keyClick(window.first, Qt::Key_Tab);
+    QVERIFY(window.ringIsSeen());
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    window.first->setFocus();
+    window.widget.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window.widget));
+    QVERIFY(window.first->hasFocus());
     QVERIFY(!window.ringIsSeen());
 }
 

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -76,6 +77,7 @@ private Q_SLOTS:
     void clearTwice();
     void painting_data();
     void painting();
+    void themeChangeRepaints();
 };
 
 void TestInstallerFooterBar::init()
@@ -293,6 +295,22 @@ void TestInstallerFooterBar::painting()
     QCOMPARE(colourAt(picture, { kWidth - 5.0, 43.0 }), panel);
     QCOMPARE(colourAt(picture, { 11.5, 47.6 }), panel);
     QCOMPARE(colourAt(picture, { 0.3, 36.3 }), panel);
+}
+
+void TestInstallerFooterBar::themeChangeRepaints()
+{
+    InstallerFooterBar bar;
+    bar.resize(kWidth, 48);
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    // Beside what it holds, which repaints itself and what lies behind it.
+    const auto colourOnScreen = [&bar] {
+        return colourAt(bar.screen()->grabWindow(bar.winId()).toImage(), { 4.5, 20 });
+    };
+    for (bool dark : { false, true }) {
+        ThemeManager::instance().setDarkMode(dark);
+        QTRY_COMPARE(colourOnScreen(), themedColor(u"@INS_PANEL"_s));
+    }
 }
 
 QTEST_MAIN(TestInstallerFooterBar)

@@ -9,6 +9,7 @@
 #include <QEvent>
 #include <QGraphicsOpacityEffect>
 #include <QPropertyAnimation>
+#include <QScreen>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -100,6 +101,7 @@ private Q_SLOTS:
     void resizeReachesThePages();
     void goesAwayDuringTransition();
     void painting();
+    void themeChangeRepaints();
 };
 
 void TestInstallerPane::init()
@@ -397,6 +399,21 @@ void TestInstallerPane::painting()
     for (bool dark : { false, true }) {
         ThemeManager::instance().setDarkMode(dark);
         QCOMPARE(pixelsUnlike(grabWidget(pane, 1.25), themedColor(u"@INS_BG"_s)), 0);
+    }
+}
+
+void TestInstallerPane::themeChangeRepaints()
+{
+    InstallerPane pane;
+    pane.resize(kPageSize);
+    pane.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&pane));
+    const auto colourOnScreen = [&pane] {
+        return colourAt(pane.screen()->grabWindow(pane.winId()).toImage(), { 5, 5 });
+    };
+    for (bool dark : { false, true }) {
+        ThemeManager::instance().setDarkMode(dark);
+        QTRY_COMPARE(colourOnScreen(), themedColor(u"@INS_BG"_s));
     }
 }
 

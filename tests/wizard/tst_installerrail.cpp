@@ -9,6 +9,7 @@
 
 #include <QLabel>
 #include <QLayout>
+#include <QScreen>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -58,6 +59,7 @@ private Q_SLOTS:
     void everythingFits();
     void painting_data();
     void painting();
+    void themeChangeRepaints();
 };
 
 void TestInstallerRail::init()
@@ -175,6 +177,22 @@ void TestInstallerRail::painting()
         QCOMPARE(colourAt(picture, { 194.6, y }), themedColor(u"@INS_RAIL"_s));
         QCOMPARE(colourAt(picture, { 195.2, y }), themedColor(u"@INS_LINE"_s));
         QCOMPARE(colourAt(picture, { 195.6, y }), themedColor(u"@INS_LINE"_s));
+    }
+}
+
+void TestInstallerRail::themeChangeRepaints()
+{
+    InstallerRail rail;
+    rail.resize(kSize);
+    rail.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&rail));
+    // Beside what it holds, which repaints itself and what lies behind it.
+    const auto colourOnScreen = [&rail] {
+        return colourAt(rail.screen()->grabWindow(rail.winId()).toImage(), { 5, 5 });
+    };
+    for (bool dark : { false, true }) {
+        ThemeManager::instance().setDarkMode(dark);
+        QTRY_COMPARE(colourOnScreen(), themedColor(u"@INS_RAIL"_s));
     }
 }
 

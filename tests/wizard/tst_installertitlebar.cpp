@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
@@ -76,6 +77,7 @@ private Q_SLOTS:
     void signalsInTheirOrder();
     void painting_data();
     void painting();
+    void themeChangeRepaints();
     void hairlineIsNotCovered();
     void dragsTheWindow();
     void dragOffsetIsRounded();
@@ -222,6 +224,22 @@ void TestInstallerTitleBar::painting()
         QCOMPARE(colourAt(picture, { x, 34.5 }), panel);
         QCOMPARE(colourAt(picture, { x, 35.2 }), line);
         QCOMPARE(colourAt(picture, { x, 35.8 }), line);
+    }
+}
+
+void TestInstallerTitleBar::themeChangeRepaints()
+{
+    InstallerTitleBar bar(kTitle);
+    bar.resize(kWidth, 36);
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    // Beside what it holds, which repaints itself and what lies behind it.
+    const auto colourOnScreen = [&bar] {
+        return colourAt(bar.screen()->grabWindow(bar.winId()).toImage(), { 4.5, 20 });
+    };
+    for (bool dark : { false, true }) {
+        ThemeManager::instance().setDarkMode(dark);
+        QTRY_COMPARE(colourOnScreen(), themedColor(u"@INS_PANEL"_s));
     }
 }
 

@@ -28,7 +28,7 @@ namespace {
 constexpr int kLives = 200;
 constexpr int kWarmUp = 40; ///< lives after which everything is there that is made only once
 constexpr int kFinishDelay = 500; ///< ms from a run's end to the page that says so
-constexpr int kMostGrowth = 16; ///< kB per life; a window takes a hundred times as much
+constexpr int kMostGrowth = 4; ///< kB per life; a window takes hundreds of times as much
 
 /// Waits for the page that ends a run, but not through the delay before it.
 template <typename Page>
