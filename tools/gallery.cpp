@@ -170,6 +170,7 @@ void Gallery::install()
     shoot(u"license-declined"_s);
     tab(u"focus-back"_s);
     tab(u"focus-answer"_s, Qt::Key_Backtab);
+    tab(u"focus-license"_s, Qt::Key_Backtab);
     hover(control<RadioOption>(u"I accept the license agreement"_s), u"hover-answer"_s);
     control<RadioOption>(u"I accept the license agreement"_s)->click();
     film(u"license-choice"_s, { 60, 400 });
