@@ -94,13 +94,15 @@ class Wizard:
         self.world = world
         self.title = title
         self._pictures = 0
-        self.process = world.start(SETUP, *arguments)
+        self.output = world.folder / "wizard.txt"
+        self.process = world.start(SETUP, *arguments, output=self.output)
         self.window = wait_until(self._find_window, "the wizard's window")
         self.page = None
 
     def _find_window(self):
         if self.process.poll() is not None:
-            raise AssertionError(f"the wizard ended at once with {self.process.returncode}")
+            raise AssertionError(f"the wizard ended at once with {self.process.returncode}: "
+                                 f"{self.output.read_text(errors='replace')}")
         return self.search("--name", f"^{self.title}$")
 
     @staticmethod

@@ -40,8 +40,12 @@ class World:
         self.environment.pop("QT_QPA_PLATFORM", None)
         self._started = []
         subprocess.run([WINE, "--prepare"], env=self.environment, check=True)
-        # Waits for a key until the end, so that Wine need not start anew for every program.
-        self._keeper = self.start("cmd", "/c", "pause", stdin=subprocess.PIPE)
+        # Waits for a key until the end, so that Wine need not start anew for every program. It is
+        # waited for: while Wine starts, no second program should come.
+        output = self.folder / "keeper.txt"
+        self._keeper = self.start("cmd", "/c", "echo ready& pause", stdin=subprocess.PIPE,
+                                  output=output)
+        wait_until(lambda: "ready" in output.read_text(errors="replace"), "Wine's start")
 
     def end(self):
         """Ends every program; the files stay, apart from the gigabyte of Windows itself."""
