@@ -94,6 +94,7 @@ private Q_SLOTS:
     void hairline();
     void slidesUpWhileItFadesIn();
     void revealTakes300Milliseconds();
+    void longValueKeepsItsVerdict();
     void newResultShowsAtOnce();
     void isReadAloud();
 };
@@ -294,6 +295,19 @@ void TestCheckRow::revealTakes300Milliseconds()
         QVERIFY(std::abs(row.reveal() - curve.valueForProgress(step / 3.0)) < 0.02);
     }
     QCOMPARE(row.reveal(), 1.0);
+}
+
+void TestCheckRow::longValueKeepsItsVerdict()
+{
+    const QString verdict = u" — unsupported"_s;
+    const auto rightEnd = [](const QString &value) {
+        CheckRow row({ u"Operating system"_s, value, false }, nullptr);
+        row.resize(kWidth, row.sizeHint().height());
+        row.setReveal(1.0);
+        return grabWidget(row).copy(kWidth - 80, 0, 80, row.height());
+    };
+    QCOMPARE(rightEnd(u"Windows 10 Enterprise for Workstations · 1803 · 64-bit"_s + verdict),
+             rightEnd(u"Windows 10 · 1803"_s + verdict));
 }
 
 void TestCheckRow::newResultShowsAtOnce()
