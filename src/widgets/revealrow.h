@@ -34,9 +34,11 @@ protected:
     virtual void paintRow(QPainter &painter) = 0;
 
 private:
-    int m_slide;
     void announce();
+    void paintSharp(QPainter &painter);
+    void paintFaded(QPainter &painter);
 
+    int m_slide;
     double m_reveal = 0.0;
     bool m_revealed = false;
     QPropertyAnimation m_animation;

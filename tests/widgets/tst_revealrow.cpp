@@ -35,6 +35,27 @@ protected:
     }
 };
 
+/// Paints a disc and a text of its own size on a ground of its own.
+class DiscAndText : public RevealRow
+{
+public:
+    explicit DiscAndText(QWidget *parent) : RevealRow(kSlide, u"A row"_s, parent)
+    {
+        QFont large = font();
+        large.setPixelSize(15);
+        setFont(large);
+    }
+
+protected:
+    void paintRow(QPainter &painter) override
+    {
+        painter.fillRect(rect(), Qt::yellow);
+        painter.setBrush(Qt::red);
+        painter.drawEllipse(QRectF(0.5, 3.0, 16.0, 16.0));
+        painter.drawText(rect().adjusted(20, 0, 0, 0), Qt::AlignVCenter, u"Preparing files"_s);
+    }
+};
+
 Course course(double from, double to)
 {
     return { from, to, kDuration, QEasingCurve::OutCubic };
@@ -63,6 +84,7 @@ private Q_SLOTS:
     void threshold();
     void fadesAndSlides_data();
     void fadesAndSlides();
+    void comesToRestWithoutAJump();
     void themeChangeRepaints();
     void reducedMotion();
 };
@@ -233,7 +255,7 @@ void TestRevealRow::fadesAndSlides_data()
     QTest::addColumn<double>("reveal");
     QTest::addColumn<int>("slide");
     QTest::newRow("just come") << 0.25 << 8;
-    QTest::newRow("half-way") << 0.5 << 6;
+    QTest::newRow("half-way") << 0.5 << 12;
     QTest::newRow("half-way, short slide") << 0.5 << 4;
     QTest::newRow("nearly there") << 0.75 << 8;
     QTest::newRow("at rest") << 1.0 << 8;
@@ -245,7 +267,7 @@ void TestRevealRow::fadesAndSlides()
     QFETCH(const int, slide);
     Row row(slide);
     row.setReveal(reveal);
-    for (double ratio : { 1.0, 2.0 }) {
+    for (double ratio : { 1.0, 1.5, 2.0 }) {
         const QImage picture = grabWidget(row, ratio);
         const double top = 8.0 + (1.0 - reveal) * slide;
         const QColor red = faded(Qt::red, reveal);
@@ -254,6 +276,27 @@ void TestRevealRow::fadesAndSlides()
         QCOMPARE(difference(colourAt(picture, { 50, top + 23.5 }), red), QString());
         QCOMPARE(colourAt(picture, { 50, top + 24.1 }).alpha(), 0);
         QVERIFY(std::abs(paintedArea(picture) - 2400 * reveal) < 12);
+    }
+}
+
+// On its way it is painted in another manner than at rest, which must not show: neither in the
+// edges of shapes nor in the letters, wherever between two device pixels the row begins.
+void TestRevealRow::comesToRestWithoutAJump()
+{
+    QWidget page;
+    page.resize(120, 60);
+    DiscAndText row(&page);
+    row.setGeometry(3, 5, 110, 22);
+    for (double ratio : { 1.0, 1.25, 1.5, 1.75, 2.0 }) {
+        row.setReveal(0.9999);
+        const QImage nearly = grabWidget(page, ratio);
+        row.setReveal(1.0);
+        const QImage rest = grabWidget(page, ratio);
+        QVERIFY(paintedArea(rest) > 100.0);
+        for (int y = 0; y < rest.height(); ++y) {
+            for (int x = 0; x < rest.width(); ++x)
+                QCOMPARE(difference(nearly.pixelColor(x, y), rest.pixelColor(x, y), 6), QString());
+        }
     }
 }
 
