@@ -156,8 +156,16 @@ void AnimatedMark::setEntrance(size_t part, double progress)
 
 void AnimatedMark::setDriftOffset(double offset)
 {
+    const int before = driftSteps();
     m_driftOffset = offset;
-    update();
+    // Most of the time it moves slower than a step per frame, and what is drawn stays the same.
+    if (driftSteps() != before)
+        update();
+}
+
+int AnimatedMark::driftSteps() const
+{
+    return qRound(m_driftOffset * m_rasterRatio * kStepsPerPixel);
 }
 
 QRectF AnimatedMark::targetRect() const
@@ -221,7 +229,7 @@ void AnimatedMark::paintMark(QPainter &painter, double ghost, double colour)
     }
     // It floats by less than a pixel at a time. A picture of its own for each step is sharper than
     // one that is smoothed into its place, and much faster to draw.
-    const int steps = qRound(m_driftOffset * m_rasterRatio * kStepsPerPixel);
+    const int steps = driftSteps();
     const int step = steps & (kStepsPerPixel - 1);
     Picture &whole = m_wholes[size_t(step)];
     if (whole.pixmap.isNull())

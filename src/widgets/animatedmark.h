@@ -73,6 +73,8 @@ private:
 
     void setEntrance(size_t part, double progress);
     void updateDrift();
+    /// The drift in steps of what it was last painted with.
+    [[nodiscard]] int driftSteps() const;
     [[nodiscard]] QRectF targetRect() const;
     /// The parts from `first` on, `down` device pixels below their place.
     [[nodiscard]] Picture rasterized(size_t first, size_t count, double down) const;
