@@ -2,7 +2,7 @@
 
 #include "system/machine.h"
 #include "widgets/animation.h"
-#include "widgets/pixelratio.h"
+#include "widgets/devicepixels.h"
 
 #include <QPainter>
 #include <QSvgRenderer>

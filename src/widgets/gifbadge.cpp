@@ -3,7 +3,7 @@
 #include "system/machine.h"
 #include "theme/themed.h"
 #include "widgets/animation.h"
-#include "widgets/pixelratio.h"
+#include "widgets/devicepixels.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -67,41 +67,78 @@ void GifBadge::paintEvent(QPaintEvent *)
         updatePlayback();
     }
     QPainter painter(this);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const QRectF disc = rect();
-
-    painter.save();
-    painter.setOpacity(m_popProgress);
-    painter.translate(disc.center());
-    painter.scale(m_popProgress, m_popProgress);
-    painter.translate(-disc.center());
-    QPainterPath clip;
-    clip.addEllipse(disc);
-    painter.setClipPath(clip);
-    painter.fillRect(disc, Qt::white);
-    if (const QPixmap frame = scaledFrame(pixelRatio(painter)); !frame.isNull()) {
-        // Multiplying lets a white picture background melt into the disc.
-        painter.setCompositionMode(QPainter::CompositionMode_Multiply);
-        const QSizeF size = frame.deviceIndependentSize();
-        painter.drawPixmap(disc.center() - QPointF(size.width(), size.height()) / 2, frame);
-    }
-    painter.restore();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_popProgress == 1.0)
+        paintAtRest(painter);
+    else
+        paintPopping(painter);
 
     constexpr double kInset = kRingWidth / 2;
     painter.setPen(QPen(themedColor(u"@INS_LINE"_s), kRingWidth));
     painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(disc.adjusted(kInset, kInset, -kInset, -kInset));
+    painter.drawEllipse(QRectF(rect()).adjusted(kInset, kInset, -kInset, -kInset));
+}
+
+void GifBadge::paintPopping(QPainter &painter)
+{
+    const double ratio = pixelRatio(painter);
+    const QPointF centre = QRectF(rect()).center();
+    painter.save();
+    painter.setOpacity(m_popProgress);
+    painter.translate(centre);
+    painter.scale(m_popProgress, m_popProgress);
+    painter.translate(-centre);
+    paintDisc(painter, ratio);
+    painter.restore();
+}
+
+void GifBadge::paintAtRest(QPainter &painter)
+{
+    const DevicePixels pixels = devicePixels(painter, rect());
+    if (m_discSize != pixels.place.size() || m_discTransform != pixels.transform) {
+        m_discSize = pixels.place.size();
+        m_discTransform = pixels.transform;
+        m_discs.clear();
+    }
+    QPixmap &disc = m_discs[m_movie.currentFrameNumber()];
+    if (disc.isNull()) {
+        disc = QPixmap(m_discSize);
+        disc.fill(Qt::transparent);
+        QPainter discPainter(&disc);
+        discPainter.setRenderHint(QPainter::Antialiasing);
+        discPainter.setTransform(m_discTransform);
+        paintDisc(discPainter, pixelRatio(discPainter));
+    }
+    drawDevicePixels(painter, pixels.place.topLeft(), disc);
+}
+
+void GifBadge::paintDisc(QPainter &painter, double ratio)
+{
+    const QRectF disc = rect();
+    QPainterPath clip;
+    clip.addEllipse(disc);
+    painter.setClipPath(clip);
+    painter.fillRect(disc, Qt::white);
+    const QPixmap frame = scaledFrame(ratio);
+    if (frame.isNull())
+        return;
+    const QSizeF size = frame.deviceIndependentSize();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    // Multiplying lets a white picture background melt into the disc.
+    painter.setCompositionMode(QPainter::CompositionMode_Multiply);
+    painter.drawPixmap(disc.center() - QPointF(size.width(), size.height()) / 2, frame);
 }
 
 QPixmap GifBadge::scaledFrame(double ratio)
 {
-    if (std::exchange(m_frameRatio, ratio) != ratio)
-        m_frames.clear();
-    QPixmap &scaled = m_frames[m_movie.currentFrameNumber()];
-    if (const QPixmap frame = m_movie.currentPixmap(); scaled.isNull() && !frame.isNull()) {
-        scaled = frame.scaled(QSizeF(m_side * ratio, m_side * ratio).toSize(),
-                              Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
-        scaled.setDevicePixelRatio(ratio);
+    const QPixmap frame = m_movie.currentPixmap();
+    if (frame.isNull())
+        return {};
+    if (std::exchange(m_scaledFrom, frame.cacheKey()) != frame.cacheKey()
+        || m_scaled.devicePixelRatio() != ratio) {
+        m_scaled = frame.scaled((QSizeF(m_side, m_side) * ratio).toSize(),
+                                Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+        m_scaled.setDevicePixelRatio(ratio);
     }
-    return scaled;
+    return m_scaled;
 }

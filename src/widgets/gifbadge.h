@@ -6,6 +6,7 @@
 #include <QMovie>
 #include <QPixmap>
 #include <QPropertyAnimation>
+#include <QTransform>
 #include <QWidget>
 
 /// A round badge that plays an animated GIF on a white disc and can pop in. A picture that cannot
@@ -34,13 +35,21 @@ protected:
 
 private:
     void updatePlayback();
-    /// The movie's current frame, for so many device pixels per pixel; null without one.
+    void paintPopping(QPainter &painter);
+    void paintAtRest(QPainter &painter);
+    /// The disc and the movie's current frame on it, at rest so many device pixels per pixel.
+    void paintDisc(QPainter &painter, double ratio);
+    /// The movie's current frame in that size; null without one.
     [[nodiscard]] QPixmap scaledFrame(double ratio);
 
     int m_side;
     QMovie m_movie;
-    QHash<int, QPixmap> m_frames; ///< scaled: a movie plays for ever, and scaling is dear
-    double m_frameRatio = 0.0;
+    QPixmap m_scaled; ///< the last one
+    qint64 m_scaledFrom = 0; ///< its frame's cache key
+    /// By frame: a movie plays for ever, and clipping and scaling are dear.
+    QHash<int, QPixmap> m_discs;
+    QSize m_discSize;
+    QTransform m_discTransform;
     OnScreenWatcher m_onScreen;
     double m_popProgress = 1.0;
     QPropertyAnimation m_popAnimation;

@@ -1,6 +1,6 @@
 #include "widgets/hairline.h"
 
-#include "widgets/pixelratio.h"
+#include "widgets/devicepixels.h"
 
 #include <cmath>
 

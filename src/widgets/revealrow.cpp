@@ -2,6 +2,7 @@
 
 #include "theme/themed.h"
 #include "widgets/animation.h"
+#include "widgets/devicepixels.h"
 
 #include <QAccessible>
 #include <QPainter>
@@ -83,16 +84,14 @@ void RevealRow::paintSharp(QPainter &painter)
 // Text under an opacity takes twenty times as long as opaque text, a picture of it does not.
 void RevealRow::paintFaded(QPainter &painter)
 {
-    const QTransform place = painter.deviceTransform();
-    const QRect pixels = place.mapRect(QRectF(rect())).toAlignedRect();
-    QPixmap picture(pixels.size());
+    const DevicePixels pixels = devicePixels(painter, rect());
+    QPixmap picture(pixels.place.size());
     picture.fill(Qt::transparent);
     QPainter picturePainter(&picture);
     picturePainter.setFont(painter.font());
-    picturePainter.setTransform(place * QTransform::fromTranslate(-pixels.x(), -pixels.y()));
+    picturePainter.setTransform(pixels.transform);
     paintSharp(picturePainter);
     picturePainter.end();
-    painter.setTransform(place.inverted(), true); // to device pixels
     painter.setOpacity(m_reveal);
-    painter.drawPixmap(pixels.topLeft(), picture);
+    drawDevicePixels(painter, pixels.place.topLeft(), picture);
 }

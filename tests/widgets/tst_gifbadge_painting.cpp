@@ -54,6 +54,7 @@ private Q_SLOTS:
     void poppingFrame();
     void frameIsScaledSmoothly();
     void frameIsSharp();
+    void newRatioAndPlaceAreDrawnAnew();
 
 private:
     [[nodiscard]] QImage picture(const QImage &frame, double pop = 1.0, double ratio = 2.0);
@@ -323,6 +324,29 @@ void TestGifBadgePainting::frameIsSharp()
         for (int y = pixels / 4; y < 3 * pixels / 4; ++y) {
             for (int x = pixels / 4; x < 3 * pixels / 4; ++x)
                 QCOMPARE(difference(image.pixelColor(x, y), board.pixelColor(x, y)), QString());
+        }
+    }
+}
+
+// At rest it shows pictures of itself, which must be those of the present ratio and place.
+void TestGifBadgePainting::newRatioAndPlaceAreDrawnAnew()
+{
+    QImage board(2 * kSide, 2 * kSide, QImage::Format_RGB32);
+    for (int y = 0; y < board.height(); ++y) {
+        for (int x = 0; x < board.width(); ++x)
+            board.setPixelColor(x, y, (x / 8 + y / 8) % 2 ? Qt::red : Qt::black);
+    }
+    const QString file = fileOf(board);
+    QWidget page;
+    page.resize(70, 70);
+    auto *badge = new GifBadge(file, kSide, &page);
+    for (double ratio : kRatios) {
+        for (const QPoint &place : { QPoint(1, 1), QPoint(2, 1), QPoint(1, 3) }) {
+            badge->setGeometry(QRect(place, badge->sizeHint()));
+            QWidget freshPage;
+            freshPage.resize(page.size());
+            (new GifBadge(file, kSide, &freshPage))->setGeometry(badge->geometry());
+            QVERIFY(grabWidget(page, ratio) == grabWidget(freshPage, ratio));
         }
     }
 }
