@@ -65,13 +65,17 @@ DestinationPage::DestinationPage(QWidget *parent) : QWidget(parent)
     layout->addStretch();
 
     setPath(defaultInstallDir());
+    refreshDiskSpace();
 }
 
 void DestinationPage::setPath(const QString &path)
 {
     m_path = QDir::toNativeSeparators(path);
     m_pathLabel->setPath(m_path);
-    refreshDiskSpace();
+    // An update is told its folder while its first page comes in, which need not wait for a disk
+    // that sleeps or lies in the network: the figure is asked for when the page is shown.
+    if (isVisible())
+        refreshDiskSpace();
 }
 
 void DestinationPage::showEvent(QShowEvent *)
