@@ -208,7 +208,8 @@ void TestDestinationPage::tellsTheSpaceOfThisMoment()
     DestinationPage page;
     page.resize(kPageSize);
     page.setPath(u"/proc"_s);
-    QVERIFY(!diskSpaceLabel(page)->text().endsWith(other)); // nobody sees it, so nobody waits for it
+    QVERIFY(
+        !diskSpaceLabel(page)->text().endsWith(other)); // nobody sees it, so nobody waits for it
     page.show();
     QVERIFY(diskSpaceLabel(page)->text().endsWith(other));
     page.setPath(m_sandbox.path({}));
