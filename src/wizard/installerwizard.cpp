@@ -5,15 +5,10 @@
 #include "pages/destinationpage.h"
 #include "pages/finishedpage.h"
 #include "pages/licensepage.h"
-#include "pages/readypage.h"
-#include "pages/readytoupdatepage.h"
 #include "pages/systemcheckpage.h"
 #include "pages/taskspage.h"
 #include "pages/uninstallcompletepage.h"
-#include "pages/updateavailablepage.h"
 #include "pages/updatefinishedpage.h"
-#include "pages/welcomepage.h"
-#include "product/product.h"
 #include "system/compositor.h"
 #include "system/installation.h"
 #include "system/launch.h"
@@ -27,9 +22,8 @@
 #include "wizard/installingpage.h"
 #include "wizard/nativewindow.h"
 #include "wizard/runplan.h"
-#include "wizard/uninstallingpage.h"
-#include "wizard/updatingpage.h"
 #include "wizard/windowshape.h"
+#include "wizard/wizardpages.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -59,7 +53,7 @@ InstallerWizard::InstallerWizard(QWidget *parent)
     if (!desktopBlendsWindows())
         setMask(windowShape());
     buildChrome();
-    buildPages();
+    m_pages = std::make_unique<WizardPages>(*m_pane);
 
     connect(&m_simulation, &SimulatedRun::progress, this, &InstallerWizard::showProgress);
     connect(&m_simulation, &SimulatedRun::currentFile, this,
@@ -102,29 +96,6 @@ void InstallerWizard::buildChrome()
     m_celebration = new Celebration(this);
 }
 
-void InstallerWizard::buildPages()
-{
-    m_pages = {
-        new WelcomePage,
-        m_license = new LicensePage,
-        m_systemCheck = new SystemCheckPage,
-        m_destination = new DestinationPage,
-        m_tasks = new TasksPage,
-        m_ready = new ReadyPage,
-        m_installing = new InstallingPage,
-        m_finished = new FinishedPage,
-        m_updateAvailable = new UpdateAvailablePage,
-        m_readyToUpdate = new ReadyToUpdatePage,
-        new UpdatingPage,
-        m_updateFinished = new UpdateFinishedPage,
-        m_confirmUninstall = new ConfirmUninstallPage,
-        new UninstallingPage,
-        m_uninstallComplete = new UninstallCompletePage,
-    };
-    for (QWidget *page : m_pages)
-        m_pane->addPage(page);
-}
-
 void InstallerWizard::setEngine(InstallerEngine *engine)
 {
     m_engine = engine;
@@ -156,7 +127,7 @@ void InstallerWizard::showEvent(QShowEvent *event)
     // Once more when the window is on screen, so that the entrance is seen; but not over the head
     // of a user who was quick enough to be somewhere else already.
     QTimer::singleShot(0, this, [this] {
-        if (!m_pane->currentPage() || m_pane->currentPage() == page(firstPage(m_runMode)))
+        if (!m_pane->currentPage() || m_pane->currentPage() == m_pages->page(firstPage(m_runMode)))
             setRunMode(m_runMode);
     });
 }
@@ -174,7 +145,7 @@ void InstallerWizard::closeAndQuit(bool launch)
     hide();
     QTimer::singleShot(0, this, [this, launch] {
         if (launch)
-            launchApplication(m_destination->path());
+            launchApplication(m_pages->destination()->path());
         QCoreApplication::exit();
     });
 }
@@ -211,9 +182,9 @@ void InstallerWizard::leavePage()
     for (const QMetaObject::Connection &connection : m_engineConnections)
         disconnect(connection);
     m_footer->clear();
-    m_systemCheck->resetReveal();
+    m_pages->systemCheck()->resetReveal();
     progressPage()->setWaiting(false);
-    m_installing->resetBar();
+    m_pages->installing()->resetBar();
     m_rail->mark()->setFill(1.0);
     m_rail->mark()->startIdle();
 }
@@ -221,63 +192,26 @@ void InstallerWizard::leavePage()
 void InstallerWizard::enterPage(PageId id)
 {
     leavePage();
-    preparePage(id);
-    m_pane->setCurrentPage(page(id), true);
+    if (id == PageId::ConfirmUninstall && m_uninstallerPath.isEmpty())
+        m_uninstallerPath = uninstallerPath();
+    m_pages->prepare(id);
+    m_pane->setCurrentPage(m_pages->page(id), true);
     showFooter(pageStop(id));
     if (id == PageId::SystemCheck)
-        m_systemCheck->startReveal();
-}
-
-void InstallerWizard::preparePage(PageId id)
-{
-    const QString path = m_destination->path();
-    switch (id) {
-    case PageId::SystemCheck:
-        m_systemCheck->runChecks(path);
-        break;
-    case PageId::Ready:
-        if (!path.isEmpty())
-            m_ready->setSummary(path, m_tasks->desktopShortcut());
-        break;
-    case PageId::Finished:
-        if (!path.isEmpty())
-            m_finished->setResult(path, m_tasks->desktopShortcut());
-        break;
-    case PageId::UpdateAvailable: {
-        const QString version = Product::kVersion.toString();
-        const QString location = installLocation();
-        m_updateAvailable->setVersions(installedVersion(), version);
-        m_readyToUpdate->setDetails(version, location);
-        m_updateFinished->setVersion(version);
-        // So that "Open" starts the copy that was updated.
-        if (!location.isEmpty())
-            m_destination->setPath(location);
-        break;
-    }
-    case PageId::ConfirmUninstall:
-        if (m_uninstallerPath.isEmpty())
-            m_uninstallerPath = uninstallerPath();
-        m_confirmUninstall->setVersion(installedVersion());
-        break;
-    case PageId::UninstallComplete:
-        m_uninstallComplete->setPreferencesRemoved(m_confirmUninstall->deletePreferences());
-        break;
-    default:
-        break;
-    }
+        m_pages->systemCheck()->startReveal();
 }
 
 void InstallerWizard::showFooter(const PageStop &stop)
 {
-    m_footer->setStatusText(tr(stop.status, nullptr, m_systemCheck->checkCount()));
+    m_footer->setStatusText(tr(stop.status, nullptr, m_pages->systemCheck()->checkCount()));
     for (const FooterButton &button : { stop.left, stop.right }) {
         if (button.text)
             addFooterButton(button);
     }
     if (stop.page == PageId::License) {
         QPushButton *next = m_footer->buttons().last();
-        next->setEnabled(m_license->isAccepted());
-        connect(m_license, &LicensePage::acceptedChanged, next, &QWidget::setEnabled);
+        next->setEnabled(m_pages->license()->isAccepted());
+        connect(m_pages->license(), &LicensePage::acceptedChanged, next, &QWidget::setEnabled);
     }
     focusWayOn();
 }
@@ -298,7 +232,7 @@ void InstallerWizard::focusWayOn()
     if (place->isEnabled())
         place->setFocus(Qt::OtherFocusReason);
     else
-        m_license->focusAnswer();
+        m_pages->license()->focusAnswer();
 }
 
 void InstallerWizard::obey(const FooterButton &button)
@@ -321,7 +255,7 @@ void InstallerWizard::obey(const FooterButton &button)
 
 ProgressPage *InstallerWizard::progressPage() const
 {
-    return static_cast<ProgressPage *>(page(runPlan(m_runMode).progressPage));
+    return m_pages->progressPage(m_runMode);
 }
 
 void InstallerWizard::startRun()
@@ -336,7 +270,7 @@ void InstallerWizard::startRun()
     m_footer->addButton(tr("Cancel"), false, false)->setEnabled(false);
     m_rail->mark()->stopIdle();
     m_rail->mark()->setFill(runPlan(m_runMode).fillsMark ? 0.0 : 1.0);
-    progressPage()->begin(runSteps(m_runMode, m_confirmUninstall->deletePreferences()));
+    progressPage()->begin(runSteps(m_runMode, m_pages->confirmUninstall()->deletePreferences()));
     if (usesEngine())
         startEngine();
     else
@@ -363,9 +297,9 @@ void InstallerWizard::startEngine()
     page->setWaiting(true);
     switch (m_runMode) {
     case RunMode::Install:
-        m_engine->startInstall(m_destination->path(),
-                               m_tasks->desktopShortcut() ? QStringList { u"desktopicon"_s }
-                                                          : QStringList());
+        m_engine->startInstall(
+            m_pages->destination()->path(),
+            m_pages->tasks()->desktopShortcut() ? QStringList { u"desktopicon"_s } : QStringList());
         break;
     case RunMode::Update:
         m_engine->startInstall(installLocation(), {});
@@ -389,7 +323,7 @@ void InstallerWizard::onEngineFinished(bool ok, const QString &error)
     if (!ok)
         return failRun(error);
     completeRun();
-    if (m_runMode == RunMode::Uninstall && m_confirmUninstall->deletePreferences())
+    if (m_runMode == RunMode::Uninstall && m_pages->confirmUninstall()->deletePreferences())
         removeUserData();
 }
 
@@ -422,12 +356,12 @@ void InstallerWizard::enterFinish()
     mark->setFill(m_runMode == RunMode::Uninstall ? 0.0 : 1.0);
     if (m_runMode == RunMode::Uninstall) {
         mark->replay();
-        m_uninstallComplete->start();
+        m_pages->uninstallComplete()->start();
         return;
     }
     mark->stopIdle(); // it floats once it has come in
     mark->replay();
-    m_celebration->start(m_runMode == RunMode::Update ? m_updateFinished->seal()
-                                                      : m_finished->seal());
+    m_celebration->start(m_runMode == RunMode::Update ? m_pages->updateFinished()->seal()
+                                                      : m_pages->finished()->seal());
     m_idleDelay.start(kIdleDelay);
 }

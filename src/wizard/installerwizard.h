@@ -8,30 +8,20 @@
 #include <QWidget>
 
 #include <array>
+#include <memory>
 
 class Celebration;
-class ConfirmUninstallPage;
-class DestinationPage;
-class FinishedPage;
 class InstallerEngine;
 class InstallerFooterBar;
 class InstallerPane;
 class InstallerRail;
 class InstallerTitleBar;
-class InstallingPage;
-class LicensePage;
 class ProgressPage;
-class QPushButton;
-class ReadyPage;
-class ReadyToUpdatePage;
-class SystemCheckPage;
-class TasksPage;
-class UninstallCompletePage;
-class UpdateAvailablePage;
-class UpdateFinishedPage;
+class WizardPages;
 
-/// The one window. It conducts: which page comes and what its footer says is in the page flow, what
-/// a run is made of in the run plan; the window enters pages, starts runs and shows how they go.
+/// The one window. It conducts: which page comes and what its footer says is in the page flow, what a
+/// page is told in the wizard's pages, what a run is made of in the run plan; the window enters pages,
+/// starts runs and shows how they go.
 /// Every change of page passes through leavePage(), so that at most one run is ever connected.
 class InstallerWizard : public QWidget
 {
@@ -59,11 +49,9 @@ protected:
 
 private:
     void buildChrome();
-    void buildPages();
 
     void enterPage(PageId page);
     void leavePage();
-    void preparePage(PageId page);
     void showFooter(const PageStop &stop);
     void addFooterButton(const FooterButton &button);
     void focusWayOn();
@@ -78,7 +66,6 @@ private:
     void failRun(const QString &error);
     void enterFinish();
 
-    [[nodiscard]] QWidget *page(PageId page) const { return m_pages[size_t(page)]; }
     [[nodiscard]] ProgressPage *progressPage() const;
 
     InstallerTitleBar *m_titleBar;
@@ -86,20 +73,7 @@ private:
     InstallerPane *m_pane;
     InstallerFooterBar *m_footer;
     Celebration *m_celebration;
-
-    std::array<QWidget *, kPageCount> m_pages {};
-    LicensePage *m_license;
-    SystemCheckPage *m_systemCheck;
-    DestinationPage *m_destination;
-    TasksPage *m_tasks;
-    ReadyPage *m_ready;
-    InstallingPage *m_installing;
-    FinishedPage *m_finished;
-    UpdateAvailablePage *m_updateAvailable;
-    ReadyToUpdatePage *m_readyToUpdate;
-    UpdateFinishedPage *m_updateFinished;
-    ConfirmUninstallPage *m_confirmUninstall;
-    UninstallCompletePage *m_uninstallComplete;
+    std::unique_ptr<WizardPages> m_pages;
 
     RunMode m_runMode = RunMode::Install;
     QString m_uninstallerPath;
