@@ -19,10 +19,10 @@ class InstallerTitleBar;
 class ProgressPage;
 class WizardPages;
 
-/// The one window. It conducts: which page comes and what its footer says is in the page flow, what a
-/// page is told in the wizard's pages, what a run is made of in the run plan; the window enters pages,
-/// starts runs and shows how they go.
-/// Every change of page passes through leavePage(), so that at most one run is ever connected.
+/// The one window. It conducts: which page comes and what its footer says is in the page flow, what
+/// a page is told in the wizard's pages, what a run is made of in the run plan; the window enters
+/// pages, starts runs and shows how they go. Every change of page passes through leavePage(), so
+/// that at most one run is ever connected.
 class InstallerWizard : public QWidget
 {
     Q_OBJECT
