@@ -76,6 +76,8 @@ void DestinationPage::setPath(const QString &path)
     // that sleeps or lies in the network: the figure is asked for when the page is shown.
     if (isVisible())
         refreshDiskSpace();
+    else
+        m_diskSpace->clear();
 }
 
 void DestinationPage::showEvent(QShowEvent *)

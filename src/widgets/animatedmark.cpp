@@ -158,7 +158,8 @@ void AnimatedMark::setDriftOffset(double offset)
 {
     const int before = driftSteps();
     m_driftOffset = offset;
-    // Most of the time it moves slower than a step per frame, and what is drawn stays the same.
+    // It moves slower than a step per frame most of the time, and what nobody could see is not
+    // drawn.
     if (driftSteps() != before)
         update();
 }

@@ -73,7 +73,7 @@ private:
 
     void setEntrance(size_t part, double progress);
     void updateDrift();
-    /// The drift in steps of what it was last painted with.
+    /// The present drift, counted in steps at the ratio that was last painted with.
     [[nodiscard]] int driftSteps() const;
     [[nodiscard]] QRectF targetRect() const;
     /// The parts from `first` on, `down` device pixels below their place.

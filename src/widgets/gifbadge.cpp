@@ -83,12 +83,15 @@ void GifBadge::paintPopping(QPainter &painter)
 {
     const double ratio = pixelRatio(painter);
     const QPointF centre = QRectF(rect()).center();
+    QPainterPath disc;
+    disc.addEllipse(rect());
     painter.save();
     painter.setOpacity(m_popProgress);
     painter.translate(centre);
     painter.scale(m_popProgress, m_popProgress);
     painter.translate(-centre);
-    paintDisc(painter, ratio);
+    painter.setClipPath(disc);
+    paintPicture(painter, ratio);
     painter.restore();
 }
 
@@ -101,24 +104,39 @@ void GifBadge::paintAtRest(QPainter &painter)
         m_discs.clear();
     }
     QPixmap &disc = m_discs[m_movie.currentFrameNumber()];
-    if (disc.isNull()) {
-        disc = QPixmap(m_discSize);
-        disc.fill(Qt::transparent);
-        QPainter discPainter(&disc);
-        discPainter.setRenderHint(QPainter::Antialiasing);
-        discPainter.setTransform(m_discTransform);
-        paintDisc(discPainter, pixelRatio(discPainter));
-    }
+    if (disc.isNull())
+        disc = discAtRest(pixelRatio(painter));
     drawDevicePixels(painter, pixels.place.topLeft(), disc);
 }
 
-void GifBadge::paintDisc(QPainter &painter, double ratio)
+QPixmap GifBadge::discAtRest(double ratio)
 {
-    const QRectF disc = rect();
-    QPainterPath clip;
-    clip.addEllipse(disc);
-    painter.setClipPath(clip);
-    painter.fillRect(disc, Qt::white);
+    QPixmap picture(m_discSize);
+    picture.fill(Qt::white);
+    QPainter picturePainter(&picture);
+    picturePainter.setTransform(m_discTransform);
+    paintPicture(picturePainter, ratio);
+    picturePainter.end();
+
+    // Cut out in one go: two layers with one soft edge each would make a harder one.
+    QBrush brush(picture);
+    brush.setTransform(m_discTransform.inverted());
+    QPixmap disc(m_discSize);
+    disc.fill(Qt::transparent);
+    QPainter discPainter(&disc);
+    discPainter.setRenderHint(QPainter::Antialiasing);
+    discPainter.setTransform(m_discTransform);
+    discPainter.setPen(Qt::NoPen);
+    discPainter.setBrush(brush);
+    discPainter.drawEllipse(rect());
+    discPainter.end();
+    return disc;
+}
+
+void GifBadge::paintPicture(QPainter &painter, double ratio)
+{
+    const QRectF square = rect();
+    painter.fillRect(square.adjusted(-1, -1, 1, 1), Qt::white); // only the disc has a soft edge
     const QPixmap frame = scaledFrame(ratio);
     if (frame.isNull())
         return;
@@ -126,7 +144,7 @@ void GifBadge::paintDisc(QPainter &painter, double ratio)
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     // Multiplying lets a white picture background melt into the disc.
     painter.setCompositionMode(QPainter::CompositionMode_Multiply);
-    painter.drawPixmap(disc.center() - QPointF(size.width(), size.height()) / 2, frame);
+    painter.drawPixmap(square.center() - QPointF(size.width(), size.height()) / 2, frame);
 }
 
 QPixmap GifBadge::scaledFrame(double ratio)

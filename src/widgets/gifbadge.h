@@ -37,9 +37,13 @@ private:
     void updatePlayback();
     void paintPopping(QPainter &painter);
     void paintAtRest(QPainter &painter);
-    /// The disc and the movie's current frame on it, at rest so many device pixels per pixel.
-    void paintDisc(QPainter &painter, double ratio);
-    /// The movie's current frame in that size; null without one.
+    /// The disc with the movie's current frame, for m_discSize and m_discTransform.
+    [[nodiscard]] QPixmap discAtRest(double ratio);
+    /// The movie's current frame on white, not yet cut to the disc. `ratio` is the screen's,
+    /// however much smaller the painter makes it.
+    void paintPicture(QPainter &painter, double ratio);
+    /// The movie's current frame, which covers the badge at so many device pixels per pixel; null
+    /// without one.
     [[nodiscard]] QPixmap scaledFrame(double ratio);
 
     int m_side;

@@ -102,7 +102,7 @@ void TestDestinationPage::layout()
                  u"  label: %1, stretch 1"_s.arg(QDir::toNativeSeparators(u"/opt"_s)),
                  u"  button: Change"_s,
                  u"gap 7"_s,
-                 u"label: "_s + checkDiskSpace(u"/opt"_s).value,
+                 u"label: "_s, // the space is told when the page is seen
                  u"stretch"_s,
              }));
 }
@@ -208,8 +208,7 @@ void TestDestinationPage::tellsTheSpaceOfThisMoment()
     DestinationPage page;
     page.resize(kPageSize);
     page.setPath(u"/proc"_s);
-    QVERIFY(
-        !diskSpaceLabel(page)->text().endsWith(other)); // nobody sees it, so nobody waits for it
+    QCOMPARE(diskSpaceLabel(page)->text(), QString()); // nobody sees it, so nobody waits for it
     page.show();
     QVERIFY(diskSpaceLabel(page)->text().endsWith(other));
     page.setPath(m_sandbox.path({}));

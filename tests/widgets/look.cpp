@@ -17,6 +17,19 @@ QString difference(const QColor &actual, const QColor &expected, int tolerance)
         .arg(actual.name(QColor::HexArgb), expected.name(QColor::HexArgb));
 }
 
+QString difference(const QImage &actual, const QImage &expected, int tolerance)
+{
+    for (int y = 0; y < expected.height(); ++y) {
+        for (int x = 0; x < expected.width(); ++x) {
+            const QString unlike =
+                difference(actual.pixelColor(x, y), expected.pixelColor(x, y), tolerance);
+            if (!unlike.isEmpty())
+                return QStringLiteral("at %1, %2: ").arg(x).arg(y) + unlike;
+        }
+    }
+    return {};
+}
+
 QColor blended(const QColor &top, double opacity, const QColor &bottom)
 {
     const auto mix = [opacity](int a, int b) { return qRound(opacity * a + (1.0 - opacity) * b); };

@@ -9,6 +9,9 @@
 /// different about them, for a test to print.
 [[nodiscard]] QString difference(const QColor &actual, const QColor &expected, int tolerance = 2);
 
+/// The same of two pictures of one size, of the first pixel that is not alike.
+[[nodiscard]] QString difference(const QImage &actual, const QImage &expected, int tolerance = 2);
+
 /// What `top` at `opacity` looks like on `bottom`.
 [[nodiscard]] QColor blended(const QColor &top, double opacity, const QColor &bottom);
 

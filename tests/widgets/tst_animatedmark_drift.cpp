@@ -35,6 +35,7 @@ private Q_SLOTS:
     void init() { failOnWarnings(); }
     void cleanup() { qunsetenv("VARNEL_REDUCED_MOTION"); }
     void floats();
+    void isDrawnAnewForEachStep();
     void driftIsStartedOnce();
     void stopIdlePutsTheMarkBack();
     void driftStartsAnew();
@@ -60,6 +61,24 @@ void TestAnimatedMarkDrift::floats()
     }
     clock.pass(kDrift / 2);
     QVERIFY(isNear(mark.driftOffset(), kRise));
+}
+
+// An eighth of a device pixel is the least that it moves on the screen: no paint for less, and none
+// is left out, however slowly it gets there.
+void TestAnimatedMarkDrift::isDrawnAnewForEachStep()
+{
+    AnimatedMark mark;
+    PaintWatch watch(mark);
+    const double step = 0.125 / mark.devicePixelRatio();
+    for (int i = 0; i < 8; ++i) {
+        mark.setDriftOffset(-i * step);
+        const int paints = watch.settled();
+        mark.setDriftOffset(-(i + 0.2) * step);
+        mark.setDriftOffset(-(i + 0.4) * step);
+        QCOMPARE(watch.settled(), paints);
+        mark.setDriftOffset(-(i + 0.6) * step);
+        QCOMPARE(watch.settled(), paints + 1);
+    }
 }
 
 void TestAnimatedMarkDrift::driftIsStartedOnce()

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void frameIsScaledSmoothly();
     void frameIsSharp();
     void newRatioAndPlaceAreDrawnAnew();
+    void comesToRestWithoutAJump();
 
 private:
     [[nodiscard]] QImage picture(const QImage &frame, double pop = 1.0, double ratio = 2.0);
@@ -348,6 +349,25 @@ void TestGifBadgePainting::newRatioAndPlaceAreDrawnAnew()
             (new GifBadge(file, kSide, &freshPage))->setGeometry(badge->geometry());
             QVERIFY(grabWidget(page, ratio) == grabWidget(freshPage, ratio));
         }
+    }
+}
+
+// At rest it is painted in another manner than while it pops, which must not show at the edge.
+void TestGifBadgePainting::comesToRestWithoutAJump()
+{
+    QImage frame(3 * kSide, 3 * kSide, QImage::Format_RGB32);
+    frame.fill(Qt::white);
+    QWidget page;
+    page.resize(70, 70);
+    page.setAutoFillBackground(true);
+    page.setPalette(QPalette(Qt::black));
+    auto *badge = new GifBadge(fileOf(frame), kSide, &page);
+    badge->setGeometry(3, 3, kSide, kSide);
+    for (double ratio : kRatios) {
+        badge->setPopProgress(0.99999);
+        const QImage nearly = grabWidget(page, ratio);
+        badge->setPopProgress(1.0);
+        QCOMPARE(difference(nearly, grabWidget(page, ratio), 16), QString());
     }
 }
 

@@ -8,6 +8,7 @@
 #include "widgets/paintwatch.h"
 #include "widgets/revealrow.h"
 
+#include <QGraphicsOpacityEffect>
 #include <QMetaProperty>
 #include <QPainter>
 
@@ -18,6 +19,7 @@ namespace {
 
 constexpr int kDuration = 300;
 constexpr int kSlide = 6;
+constexpr double kRatios[] = { 1.0, 1.25, 1.5, 1.75, 2.0 };
 
 /// Paints itself red, but for a margin of 8 above and below.
 class Row : public RevealRow
@@ -35,26 +37,66 @@ protected:
     }
 };
 
-/// Paints a disc and a text of its own size on a ground of its own.
+/// Paints a disc, a text of its own size and colour and a line at its bottom.
 class DiscAndText : public RevealRow
 {
 public:
     explicit DiscAndText(QWidget *parent) : RevealRow(kSlide, u"A row"_s, parent)
     {
+        setGeometry(3, 5, 110, 22);
         QFont large = font();
         large.setPixelSize(15);
         setFont(large);
+        QPalette ink;
+        ink.setColor(QPalette::WindowText, Qt::darkGreen);
+        setPalette(ink);
     }
 
 protected:
     void paintRow(QPainter &painter) override
     {
-        painter.fillRect(rect(), Qt::yellow);
+        painter.fillRect(QRect(0, height() - 1, width(), 1), Qt::blue);
         painter.setBrush(Qt::red);
         painter.drawEllipse(QRectF(0.5, 3.0, 16.0, 16.0));
         painter.drawText(rect().adjusted(20, 0, 0, 0), Qt::AlignVCenter, u"Preparing files"_s);
     }
 };
+
+/// Paints one colour on another.
+class TwoLayers : public RevealRow
+{
+public:
+    TwoLayers() : RevealRow(kSlide, u"A row"_s) { resize(20, 20); }
+
+protected:
+    void paintRow(QPainter &painter) override
+    {
+        painter.fillRect(rect(), Qt::red);
+        painter.fillRect(rect(), Qt::blue);
+    }
+};
+
+/// An opaque yellow ground.
+class Page : public QWidget
+{
+public:
+    Page()
+    {
+        resize(118, 50);
+        setAutoFillBackground(true);
+        setPalette(QPalette(Qt::yellow));
+    }
+};
+
+QImage atHalfOpacity(const QImage &picture)
+{
+    QImage faint = picture;
+    faint.fill(Qt::transparent);
+    QPainter painter(&faint);
+    painter.setOpacity(0.5);
+    painter.drawImage(0, 0, picture);
+    return faint;
+}
 
 Course course(double from, double to)
 {
@@ -85,6 +127,8 @@ private Q_SLOTS:
     void fadesAndSlides_data();
     void fadesAndSlides();
     void comesToRestWithoutAJump();
+    void fadesAsOneLayer();
+    void fadesOnAFadingPage();
     void themeChangeRepaints();
     void reducedMotion();
 };
@@ -280,22 +324,48 @@ void TestRevealRow::fadesAndSlides()
 }
 
 // On its way it is painted in another manner than at rest, which must not show: neither in the
-// edges of shapes nor in the letters, wherever between two device pixels the row begins.
+// edges of shapes nor in letters, wherever between two device pixels the row begins.
 void TestRevealRow::comesToRestWithoutAJump()
 {
-    QWidget page;
-    page.resize(120, 60);
+    Page page;
     DiscAndText row(&page);
-    row.setGeometry(3, 5, 110, 22);
-    for (double ratio : { 1.0, 1.25, 1.5, 1.75, 2.0 }) {
+    for (double ratio : kRatios) {
         row.setReveal(0.9999);
         const QImage nearly = grabWidget(page, ratio);
         row.setReveal(1.0);
         const QImage rest = grabWidget(page, ratio);
-        QVERIFY(paintedArea(rest) > 100.0);
-        for (int y = 0; y < rest.height(); ++y) {
-            for (int x = 0; x < rest.width(); ++x)
-                QCOMPARE(difference(nearly.pixelColor(x, y), rest.pixelColor(x, y), 6), QString());
+        QVERIFY(pixelsUnlike(rest, Qt::yellow) > 300);
+        QCOMPARE(difference(nearly, rest, 6), QString());
+    }
+}
+
+// A mark on a badge does not show the badge through while both fade.
+void TestRevealRow::fadesAsOneLayer()
+{
+    TwoLayers row;
+    row.setReveal(0.5);
+    QCOMPARE(difference(colourAt(grabWidget(row), { 10, 10 }), faded(Qt::blue, 0.5)), QString());
+}
+
+// While pages change, the row is painted through the effect that its page fades with. (At a broken
+// ratio the effect puts whatever it paints on whole pixels.)
+void TestRevealRow::fadesOnAFadingPage()
+{
+    QWidget window;
+    window.resize(120, 60);
+    Page page;
+    page.setParent(&window);
+    page.move(2, 1);
+    DiscAndText row(&page);
+    for (double ratio : { 1.0, 2.0 }) {
+        for (double reveal : { 0.5, 1.0 }) {
+            row.setReveal(reveal);
+            page.setGraphicsEffect(nullptr);
+            const QImage whole = grabWidget(window, ratio);
+            auto *effect = new QGraphicsOpacityEffect(&page);
+            effect->setOpacity(0.5);
+            page.setGraphicsEffect(effect);
+            QCOMPARE(difference(grabWidget(window, ratio), atHalfOpacity(whole), 6), QString());
         }
     }
 }
