@@ -5,7 +5,6 @@
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
 #include "support/sandbox.h"
-#include "system/probes.h"
 #include "theme/thememanager.h"
 
 #include <QDir>
