@@ -2,11 +2,15 @@
 them. It is made anew for each test and stays behind in the build folder to be looked at.
 """
 
+import contextlib
 import os
 import re
 import shutil
+import signal
 import subprocess
 import sys
+import threading
+import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
@@ -100,6 +104,33 @@ class World:
             except (OSError, ValueError):
                 continue
         return found
+
+    @contextlib.contextmanager
+    def braked(self, name):
+        """Meanwhile the programs that are called so run a few milliseconds out of fifty, so that one
+        that takes a fraction of a second can be followed, however fast the machine is."""
+        over = threading.Event()
+
+        def send(number, processes):
+            for process in processes:
+                with contextlib.suppress(ProcessLookupError):
+                    os.kill(process, number)
+
+        def brake():
+            while not over.is_set():
+                found = self.processes(name)
+                send(signal.SIGSTOP, found)
+                time.sleep(0.045)
+                send(signal.SIGCONT, found)
+                time.sleep(0.005)
+
+        thread = threading.Thread(target=brake)
+        thread.start()
+        try:
+            yield
+        finally:
+            over.set()
+            thread.join()
 
     def records(self):
         """The command lines that recordcommandline.exe was started with."""
