@@ -57,6 +57,9 @@ void ignoreBrokenPipes();
 /// Ends this process the way the signal does, without a core file.
 [[noreturn]] void crash(const std::string &signal);
 
+/// Stops this process until somebody else lets it go on.
+void pause();
+
 /// Leaves a process behind that keeps the standard channels open that long after this one's end.
 void holdPipes(std::chrono::milliseconds time);
 

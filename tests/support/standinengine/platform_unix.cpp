@@ -161,6 +161,11 @@ void crash(const std::string &signal)
     std::abort();
 }
 
+void pause()
+{
+    std::raise(SIGSTOP);
+}
+
 void holdPipes(std::chrono::milliseconds time)
 {
     // The child sees the end of this process, however it comes, as the end of this pipe.

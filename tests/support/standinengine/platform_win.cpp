@@ -152,6 +152,11 @@ void crash(const std::string &signal)
     std::abort();
 }
 
+void pause()
+{
+    SuspendThread(GetCurrentThread());
+}
+
 void holdPipes(std::chrono::milliseconds time)
 {
     const std::wstring order =

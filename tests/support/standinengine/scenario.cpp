@@ -142,6 +142,7 @@ const Key kKeys = {
     { "exit-stage", [](Scenario &s, const std::string &v) { s.exitStage = stage(v); } },
     { "crash-stage", [](Scenario &s, const std::string &v) { s.crashStage = stage(v); } },
     { "stall-stage", [](Scenario &s, const std::string &v) { s.stallStage = stage(v); } },
+    { "pause", [](Scenario &s, const std::string &v) { s.pauseStage = stage(v); } },
     { "finish-at-once", [](Scenario &s, const std::string &v) { s.finishAtOnce = yesOrNo(v); } },
     { "ignore-termination",
       [](Scenario &s, const std::string &v) { s.ignoreTermination = yesOrNo(v); } },

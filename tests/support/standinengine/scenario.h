@@ -37,6 +37,7 @@ struct Scenario
     std::optional<Stage> exitStage;
     std::optional<Stage> crashStage;
     std::optional<Stage> stallStage;
+    std::optional<Stage> pauseStage; ///< None: no pause.
 
     bool finishAtOnce = false;
     bool ignoreTermination = false;

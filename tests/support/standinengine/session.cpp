@@ -73,6 +73,8 @@ void Session::reach(Stage stage)
         for (const std::string &text : m_scenario.messageBoxes)
             m_log.messageBox(text);
     }
+    if (m_scenario.pauseStage == stage)
+        platform::pause();
     if (m_scenario.stallsAt(stage))
         std::this_thread::sleep_for(*m_scenario.stallTime);
     if (m_scenario.crashesAt(stage))

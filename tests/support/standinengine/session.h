@@ -39,7 +39,7 @@ public:
     /// One of the announced steps is done: waits its time and writes the status.
     void completeStep(std::string_view file, std::string_view status);
 
-    /// Throws EndOfRun, crashes or stalls where the scenario says so.
+    /// Throws EndOfRun, crashes, stalls or pauses where the scenario says so.
     void reach(Stage stage);
 
     void close();

@@ -64,6 +64,9 @@ def read_status(path):
 class EngineTest(unittest.TestCase):
     """Gives each test its own home, desktop, registry, install folder and scenario."""
 
+    # Every status stays for long enough to be seen on a busy machine.
+    AT_LEISURE = "files = 12\ndelay-ms = 100"
+
     def setUp(self):
         scratch = tempfile.TemporaryDirectory(prefix="standin-", dir=scratch_parent())
         self.addCleanup(scratch.cleanup)
@@ -200,20 +203,19 @@ class HonestInstall(EngineTest):
         self.assertEqual((process.returncode, output), (0, b""))
 
     def test_status_file_along_the_run(self):
-        self.environment["VARNEL_ENGINE_DELAY_MS"] = "15"
-        process = self.start()
+        process = self.start(self.AT_LEISURE)
         seen = self.watch(process)
         self.assertEqual(process.returncode, 0)
         percents = [float(status["progress"]) for status in seen]
         self.assertEqual(percents, sorted(percents))
-        self.assertGreater(len(percents), 20)
+        self.assertGreater(len(percents), 8)
         self.assertTrue(any(percent % 1 for percent in percents), "no decimals")
         self.assertEqual(seen[-1]["progress"], "100.0")
 
         texts = [status["status"] for status in seen]
         self.assertEqual(list(dict.fromkeys(texts)), STATUS_TEXTS)
         files = {status["file"] for status in seen if status["file"]}
-        self.assertGreater(len(files), 20)
+        self.assertGreater(len(files), 8)
         for name in files:
             self.assertTrue(Path(name).is_file(), name)
 
@@ -259,14 +261,13 @@ class HonestInstall(EngineTest):
                            env={**self.environment, **environment})
         self.assertEqual(record.read_text(), f"{application}\t{self.folder}/symbols\n")
 
-    def test_default_pace_is_about_six_seconds(self):
+    def test_default_pace_can_be_followed(self):
         del self.environment["VARNEL_ENGINE_DELAY_MS"]
         began = time.monotonic()
         self.start()
         self.wait_for(lambda: float(read_status(self.status).get("progress") or 0) >= 10,
                       "never came to 10 %")
         self.assertGreater(time.monotonic() - began, 0.5)
-        self.assertLess(time.monotonic() - began, 4)
 
 
 class Switches(EngineTest):
@@ -381,14 +382,13 @@ class Uninstall(EngineTest):
     def test_status_file_along_the_run(self):
         self.install()
         self.status.unlink()
-        self.environment["VARNEL_ENGINE_DELAY_MS"] = "15"
-        process = self.start(program=self.folder / "unins000.exe",
+        process = self.start(self.AT_LEISURE, program=self.folder / "unins000.exe",
                              arguments=["/VERYSILENT", f"/STATUSFILE={self.status}"])
         seen = self.watch(process)
         self.assertEqual(process.returncode, 0)
         percents = [float(status["progress"]) for status in seen]
         self.assertEqual(percents, sorted(percents))
-        self.assertGreater(len(percents), 20)
+        self.assertGreater(len(percents), 8)
         self.assertEqual(seen[-1]["progress"], "100.0")
         self.assertEqual(list(dict.fromkeys(status["status"] for status in seen)),
                          ["Removing application files…", "Removing shortcuts…",
@@ -590,6 +590,15 @@ class ExitCodes(EngineTest):
                     self.assertEqual(len(files), count)
                     shutil.rmtree(self.folder, ignore_errors=True)
                     self.status.unlink(missing_ok=True)
+
+    def test_pause(self):
+        process = self.start("pause = half\nexit-code = 7")
+        change = os.waitid(os.P_PID, process.pid, os.WSTOPPED | os.WEXITED | os.WNOWAIT)
+        self.assertEqual(change.si_status, signal.SIGSTOP)
+        self.assertEqual(read_status(self.status)["progress"], "44.4")
+        process.send_signal(signal.SIGCONT)
+        self.assertEqual(process.wait(LIMIT), 7)
+        self.assertEqual(read_status(self.status)["progress"], "100.0")
 
     def test_own_stage_goes_before_the_common_one(self):
         self.run_engine("exit-stage = start\nstage = end\nexit-code = 2")
