@@ -4,6 +4,7 @@ and a look at what is left on disk."""
 import os
 import signal
 import subprocess
+from pathlib import Path
 
 from testcase import ENGINE, WizardTestCase
 from wizard import UNINSTALL_KEY, Wizard, wait_until
@@ -34,15 +35,21 @@ class FaultTestCase(WizardTestCase):
         return wizard
 
     def start_paused_update(self, *scenario):
-        """One whose engine has been stopped in the middle of its work; with the engine's number."""
-        self.sandbox.scenario("files = 20", "delay-ms = 50", *scenario)
+        """One whose engine has stopped half-way, until SIGCONT; with the engine's number."""
+        self.sandbox.scenario("files = 20", "delay-ms = 50", "pause = half", *scenario)
         wizard = self.start_update()
-        engine = self.engine_of(wizard)
-        wait_until(lambda: 5 < (wizard.bar_value() or 0), "the bar to move")
-        os.kill(engine, signal.SIGSTOP)
-        self.addCleanup(self.end_process, engine)
-        self.assertLess(wizard.bar_value(), 90)
+        engine = self.wait_paused(wizard)
+        self.assertLess(wizard.bar_value(), 50)
         return wizard, engine
+
+    def wait_paused(self, wizard):
+        """Waits until its engine has stopped and the screen says so; returns the engine's number."""
+        engine = self.engine_of(wizard)
+        self.addCleanup(self.end_process, engine)
+        state = Path("/proc", str(engine), "stat")
+        wait_until(lambda: state.read_text().rsplit(")", 1)[1].split()[0] == "T", "the pause")
+        wait_until(lambda: (wizard.bar_value() or 0) > 35, "half of the run")
+        return engine
 
     def engine_of(self, wizard):
         def find():

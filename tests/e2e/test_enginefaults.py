@@ -64,7 +64,7 @@ class Engine(FaultTestCase):
                 self.assertEqual(self.version(), "1.6.8")
 
     def test_dies_while_it_writes_as_fast_as_it_can(self):
-        self.sandbox.scenario("files = 100000", "delay-ms = 0", "ignore-termination = yes")
+        self.sandbox.scenario("files = 300000", "delay-ms = 0", "ignore-termination = yes")
         wizard = self.start_update()
         engine = self.engine_of(wizard)
         values = []

@@ -9,7 +9,7 @@ from wizard import UNINSTALL_KEY, wait_until
 
 class Install(WizardTestCase):
     def test_files_arrive_and_the_screen_tells_how(self):
-        self.sandbox.environment["VARNEL_ENGINE_DELAY_MS"] = "60"
+        self.sandbox.environment["VARNEL_ENGINE_DELAY_MS"] = "150"
         wizard = self.start("--setup-exe", ENGINE)
         self.assertTrue(wizard.has_text("Welcome to the Varnel Schematics Setup Wizard"))
         wizard.walk_to_ready()
@@ -94,7 +94,7 @@ class Install(WizardTestCase):
 
     def test_without_an_engine_the_same_screens_are_a_simulation(self):
         wizard = self.start_installation(self.start())
-        wizard.wait_text("Finishing up…")
+        wizard.wait_text("Do not turn off your PC")
         wizard.wait_text("is installed")
         self.assertFalse(self.sandbox.destination.exists())
         self.end(wizard, "Close")

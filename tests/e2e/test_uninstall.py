@@ -7,6 +7,9 @@ import unittest
 from testcase import ENGINE, WizardTestCase
 from wizard import UNINSTALL_KEY, wait_until
 
+# The last step is on screen for long enough to be seen.
+AT_LEISURE = "stall = 3", "stage = end"
+
 
 class Uninstall(WizardTestCase):
     def setUp(self):
@@ -21,7 +24,7 @@ class Uninstall(WizardTestCase):
     def test_all_of_ours_goes_and_nothing_else(self):
         foreign = self.sandbox.destination / "my-board.pcb"
         foreign.write_text("mine")
-        self.sandbox.environment["VARNEL_ENGINE_DELAY_MS"] = "40"
+        self.sandbox.scenario("delay-ms = 40", *AT_LEISURE)
         wizard = self.start("--uninstall")
         wizard.wait_text("Uninstall Varnel Schematics")
         wizard.wait_text("This will remove Varnel Schematics 1.6.9 from your computer.")
@@ -53,6 +56,7 @@ class Uninstall(WizardTestCase):
     def test_preferences_go_when_asked_for(self):
         neighbour = self.sandbox.root / "appdata" / "Varnel Schematics" / "other"
         neighbour.mkdir()
+        self.sandbox.scenario(*AT_LEISURE)
         wizard = self.start("--uninstall")
         wizard.click("Also delete my preferences and cached data")
         wizard.click("Uninstall")

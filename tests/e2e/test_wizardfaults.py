@@ -41,12 +41,11 @@ class KilledWizard(FaultTestCase):
         self.assertEqual(self.sandbox.temp_files(), left)
 
     def test_during_a_first_installation(self):
-        self.sandbox.scenario("stall = 3", "stage = half")
+        self.sandbox.scenario("pause = half")
         wizard = self.start("--setup-exe", ENGINE)
         wizard.walk_to_ready()
         wizard.click("Install")
-        orphan = self.engine_of(wizard)
-        wait_until(lambda: (wizard.bar_value() or 0) > 40, "half of the run")
+        orphan = self.wait_paused(wizard)
         wizard.kill()
         left = self.sandbox.temp_files()
         self.assertEqual(len(left), 2)
@@ -54,6 +53,7 @@ class KilledWizard(FaultTestCase):
         # While the engine still works, nothing is recorded yet, so the next one offers the same.
         following = self.start("--setup-exe", ENGINE)
         following.wait_text("Welcome to the Varnel Schematics Setup Wizard")
+        os.kill(orphan, signal.SIGCONT)
         wait_until(lambda: not Path("/proc", str(orphan)).exists(), "the engine's end")
         self.end(following, "Cancel")
         self.assertEqual(self.sandbox.temp_files(), left)
@@ -92,12 +92,12 @@ class KilledWizard(FaultTestCase):
 
     def test_during_a_removal(self):
         uninstaller = self.uninstaller()
-        self.sandbox.scenario("stall = 1", "stage = half")
+        self.sandbox.scenario("pause = half")
         wizard = self.start("--uninstall")
         wizard.click("Uninstall")
-        engine = self.engine_of(wizard)
-        wait_until(lambda: (wizard.bar_value() or 0) > 40, "half of the run")
+        engine = self.wait_paused(wizard)
         wizard.kill()
+        os.kill(engine, signal.SIGCONT)
         wait_until(lambda: not Path("/proc", str(engine)).exists(), "the engine's end")
         self.assertFalse(uninstaller.parent.exists())
         self.assertEqual(len(self.sandbox.temp_files()), 1)
