@@ -107,8 +107,8 @@ class World:
 
     @contextlib.contextmanager
     def braked(self, name):
-        """Meanwhile the programs that are called so run a few milliseconds out of fifty, so that one
-        that takes a fraction of a second can be followed, however fast the machine is."""
+        """Meanwhile the programs that are called so run a few milliseconds out of fifty or more, so
+        that one that takes a fraction of a second can be followed, however fast the machine is."""
         over = threading.Event()
 
         def send(number, processes):
@@ -117,11 +117,13 @@ class World:
                     os.kill(process, number)
 
         def brake():
+            found = []
             while not over.is_set():
-                found = self.processes(name)
                 send(signal.SIGSTOP, found)
                 time.sleep(0.045)
+                looked = self.processes(name)
                 send(signal.SIGCONT, found)
+                found = looked
                 time.sleep(0.005)
 
         thread = threading.Thread(target=brake)
