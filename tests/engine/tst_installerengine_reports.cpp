@@ -40,14 +40,14 @@ void TestInstallerEngineReports::init()
 void TestInstallerEngineReports::progressGrows()
 {
     Sandbox sandbox;
-    sandbox.setScenario("delay-ms = 15");
+    sandbox.setScenario("delay-ms = 40");
     InstallerEngine engine;
     EngineRecord record(engine);
     engine.setSetupExecutable(Sandbox::setupEngine());
     engine.startInstall(sandbox.path(u"app"_s), {});
     QVERIFY(record.waitForEnd());
     record.settle();
-    // Told along the way, not only at the end: the run takes 16 polls.
+    // Told along the way, not only at the end: the run takes 40 polls.
     QVERIFY2(record.fractions.size() > 3, qPrintable(QString::number(record.fractions.size())));
     QVERIFY(record.files.size() > 3);
     QVERIFY(record.fractions.first() > 0 && record.fractions.first() < 0.9);

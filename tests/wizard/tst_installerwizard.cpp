@@ -1,5 +1,6 @@
 #include "app/applicationfonts.h"
 #include "pages/licensepage.h"
+#include "pages/manualclock.h"
 #include "pages/strictwarnings.h"
 #include "pages/welcomepage.h"
 #include "theme/thememanager.h"
@@ -140,7 +141,7 @@ void TestInstallerWizard::firstPages()
     QVERIFY(driver.mark->isIdle());
     QCOMPARE(driver.mark->a1Progress(), 0.0); // its entrance begins
     driver.wizard.show();
-    QTRY_COMPARE(driver.mark->a1Progress(), 1.0);
+    QTRY_COMPARE_WITH_TIMEOUT(driver.mark->a1Progress(), 1.0, kPatience);
     QVERIFY(driver.hasEntered(page, status, buttons));
 }
 
@@ -153,33 +154,37 @@ void TestInstallerWizard::everyEntryRestsTheMark()
     QVERIFY(driver.press(u"Next"_s));
     QCOMPARE(driver.mark->fill(), 1.0);
     QVERIFY(driver.mark->isIdle());
-    QTRY_COMPARE(driver.mark->a4Progress(), 1.0);
+    QTRY_COMPARE_WITH_TIMEOUT(driver.mark->a4Progress(), 1.0, kPatience);
     QVERIFY(driver.press(u"Back"_s));
     QCOMPARE(driver.mark->a4Progress(), 1.0); // the entrance is for the first page of the mode only
 }
 
 void TestInstallerWizard::firstShowEntersTheFirstPageOnceMore()
 {
+    ManualClock clock; // holds what moves until it has been looked at
     WizardDriver driver;
     driver.wizard.setRunMode(RunMode::Install);
     const QPointer<QPushButton> next = driver.button(u"Next"_s);
     driver.mark->setA1Progress(1.0);
     driver.wizard.show();
-    QTRY_VERIFY(!next);
+    QTRY_VERIFY_WITH_TIMEOUT(!next, kPatience);
     QVERIFY(driver.hasEntered("WelcomePage", u"Administrator rights required"_s,
                               { u"Cancel ghost"_s, u"Next primary"_s }));
     // It comes in, with the window on screen, though it has been there.
     QVERIFY(driver.currentPage()->graphicsEffect());
     QVERIFY(driver.currentPage()->isVisible());
-    QTRY_VERIFY(!driver.currentPage()->graphicsEffect());
-    QTRY_COMPARE(driver.mark->a4Progress(), 1.0);
+    const auto hasComeIn = [&] {
+        clock.pass(100);
+        return !driver.currentPage()->graphicsEffect() && driver.mark->a4Progress() == 1.0;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(hasComeIn(), kPatience);
 }
 
 void TestInstallerWizard::firstShowNeedsNoMode()
 {
     WizardDriver driver;
     driver.wizard.show();
-    QTRY_VERIFY(driver.shows<WelcomePage>());
+    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<WelcomePage>(), kPatience);
 }
 
 void TestInstallerWizard::firstShowLeavesAQuickUserAlone()
@@ -190,7 +195,7 @@ void TestInstallerWizard::firstShowLeavesAQuickUserAlone()
     driver.button(u"Next"_s)->click();
     bool settled = false;
     QTimer::singleShot(0, &driver.wizard, [&] { settled = true; });
-    QTRY_VERIFY(settled);
+    QTRY_VERIFY_WITH_TIMEOUT(settled, kPatience);
     QVERIFY(driver.shows<LicensePage>());
     QCOMPARE(driver.buttons(), (QStringList { u"Back ghost"_s, u"Next primary disabled"_s }));
 }
@@ -204,7 +209,7 @@ void TestInstallerWizard::laterShowsChangeNothing()
     driver.wizard.show();
     bool settled = false;
     QTimer::singleShot(0, &driver.wizard, [&] { settled = true; });
-    QTRY_VERIFY(settled);
+    QTRY_VERIFY_WITH_TIMEOUT(settled, kPatience);
     QCOMPARE(driver.button(u"Next"_s), next);
 }
 
@@ -213,7 +218,7 @@ void TestInstallerWizard::minimizes()
     WizardDriver driver;
     driver.show(RunMode::Install);
     QTest::mouseClick(driver.titleBar->findChildren<QPushButton *>().first(), Qt::LeftButton);
-    QTRY_VERIFY(driver.wizard.isMinimized());
+    QTRY_VERIFY_WITH_TIMEOUT(driver.wizard.isMinimized(), kPatience);
     QVERIFY(driver.shows<WelcomePage>());
 }
 

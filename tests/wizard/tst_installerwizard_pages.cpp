@@ -185,7 +185,8 @@ void TestInstallerWizardPages::systemCheckRunsOnEntering()
     QVERIFY(driver.press(u"Next"_s));
     driver.find<DestinationPage>()->setPath(u"/proc"_s);
     QVERIFY(driver.press(u"Back"_s));
-    QTRY_COMPARE(page->findChildren<SystemCheckPage::CheckRow *>().size(), 9);
+    QTRY_COMPARE_WITH_TIMEOUT(page->findChildren<SystemCheckPage::CheckRow *>().size(), 9,
+                              kPatience);
     rows = page->findChildren<SystemCheckPage::CheckRow *>();
     QVERIFY(rows[3]->result().value.endsWith(u" on /proc"_s));
 #endif
@@ -335,10 +336,10 @@ void TestInstallerWizardPages::tenQuickClicks()
         return count;
     };
     QTRY_COMPARE_WITH_TIMEOUT(visiblePages(), 1, kPatience);
-    QTRY_COMPARE(driver.footer->findChildren<QPushButton *>().size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(driver.footer->findChildren<QPushButton *>().size(), 2, kPatience);
     QVERIFY(driver.currentPage()->isVisible());
-    QTRY_COMPARE(driver.currentPage()->geometry(), driver.pane->rect());
-    QTRY_VERIFY(!driver.currentPage()->graphicsEffect());
+    QTRY_COMPARE_WITH_TIMEOUT(driver.currentPage()->geometry(), driver.pane->rect(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(!driver.currentPage()->graphicsEffect(), kPatience);
 }
 
 QTEST_MAIN(TestInstallerWizardPages)

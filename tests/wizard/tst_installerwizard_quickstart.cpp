@@ -106,7 +106,7 @@ void TestInstallerWizardQuickStart::engine()
     QFETCH(const QByteArray, progressPage);
     QFETCH(const QByteArray, finishPage);
     WizardDriver driver;
-    driver.sandbox.setScenario("delay-ms = 8\n"); // long enough to be looked at
+    driver.sandbox.setScenario("delay-ms = 20\n"); // long enough to be looked at
     driver.wizard.setUninstallerPath(Sandbox::setupEngine());
     const QSignalSpy finished(&driver.engine, &InstallerEngine::finished);
     QElapsedTimer clock;

@@ -224,7 +224,8 @@ void TestInstallerWizardRuns::halfWay()
     QCOMPARE(driver.percent(), u"%1%"_s.arg(qRound(100 * driver.track()->target())));
     QCOMPARE(driver.mark->fill(), driver.track()->target());
     QTRY_VERIFY_WITH_TIMEOUT(driver.file().startsWith(folder), kPatience);
-    QTRY_COMPARE(driver.caption()->text(), u"Extracting application files…"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(driver.caption()->text(), u"Extracting application files…"_s,
+                              kPatience);
     QVERIFY(!driver.track()->isIndeterminate());
     QVERIFY(driver.shownSteps() >= 2);
 }
@@ -340,14 +341,19 @@ void TestInstallerWizardRuns::preferencesGoOnlyAfterTheEnd()
     WizardDriver driver;
     installCopy(driver);
     driver.sandbox.write(kPreferences, "colour = blue\n");
-    driver.sandbox.setScenario("stall = 1\nstage = end\n");
+    driver.sandbox.setScenario("stall = 3\nstage = end\n");
     driver.show(RunMode::Uninstall);
     QVERIFY(driver.click(kDeletePreferences));
     QVERIFY(driver.press(u"Uninstall"_s));
     QTRY_COMPARE_WITH_TIMEOUT(driver.percent(), u"100%"_s, kPatience);
     QVERIFY(!driver.sandbox.read(kPreferences).isEmpty());
-    QTRY_COMPARE_WITH_TIMEOUT(driver.caption()->text(), kFinishing, kPatience);
-    QVERIFY(driver.sandbox.read(kPreferences).isEmpty());
+    bool ended = false;
+    connect(&driver.engine, &InstallerEngine::finished, this, [&] {
+        ended = true;
+        QCOMPARE(driver.caption()->text(), kFinishing);
+        QVERIFY(driver.sandbox.read(kPreferences).isEmpty());
+    });
+    QTRY_VERIFY_WITH_TIMEOUT(ended, kPatience);
 }
 
 void TestInstallerWizardRuns::givenUninstallerGoesFirst()
