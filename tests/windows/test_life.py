@@ -8,7 +8,8 @@ from world import wait_until
 
 DESKTOP_LINK = "C:\\users\\Public\\Desktop\\Varnel Schematics.lnk"
 MENU_LINK = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\Varnel Schematics.lnk"
-# As the uninstaller calls its copy, which removes the uninstaller too.
+# As setup and uninstaller call the copies of themselves that do the work.
+SETUP = "VarnelEngine-{}.tmp"
 UNINSTALLER = "_unins.tmp"
 CLASSES = "hkey_local_machine\\software\\classes\\"
 
@@ -54,13 +55,16 @@ class Life(WindowsTestCase):
         wizard.wait_page("Administrator rights required")
         return wizard
 
-    def wait_finish(self, watch, text):
-        """Watches until the engine is done and the last page is there."""
-        wizard = watch.wizard
-        watch.until(lambda: watch.reports
-                    and watch.reports[-1]["status"].startswith("Varnel Schematics is "))
+    def watch_run(self, wizard, text, program, **brake):
+        """Watches until the engine, whose `program` works, is done and the last page is there."""
+        watch = Watch(wizard)
+        with self.world.braked(program, **brake):
+            watch.until(lambda: watch.reports
+                        and watch.reports[-1]["status"].startswith("Varnel Schematics is "))
         self.assertEqual(watch.reports[-1]["progress"], "100.0")
-        return wizard.wait_page(text)
+        wizard.wait_page(text)
+        self.assert_seen_moving(watch)
+        return watch
 
     def test_install_with_shortcut_then_open(self):
         folder = "C:\\My Apps\\Varnel 100% it's"
@@ -68,9 +72,7 @@ class Life(WindowsTestCase):
         wizard.walk_to_ready(folder)
         self.assertIn("C:\\My Apps", wizard.page)
         wizard.click_at(PRIMARY)
-        watch = Watch(wizard)
-        self.wait_finish(watch, "Finished in 51 seconds")
-        self.assert_seen_moving(watch)
+        watch = self.watch_run(wizard, "Finished in 51 seconds", SETUP.format(VERSION))
         self.assert_installed(folder, VERSION, desktop_shortcut=True)
         # The WebView2 Runtime is missing in a fresh Windows, and its setup came with the engine.
         self.assertIn("Installing WebView2 Runtime...", watch.distinct("status"))
@@ -105,9 +107,7 @@ class Life(WindowsTestCase):
         wizard = self.wizard("--install", "--setup-exe", EARLIER_ENGINE)
         wizard.walk_to_ready(folder, desktop_shortcut=False)
         wizard.click_at(PRIMARY)
-        watch = Watch(wizard)
-        self.wait_finish(watch, "Finished in 51 seconds")
-        self.assert_seen_moving(watch)
+        self.watch_run(wizard, "Finished in 51 seconds", SETUP.format(EARLIER_VERSION))
         self.assert_installed(folder, EARLIER_VERSION, desktop_shortcut=False)
         self.assertEqual(wizard.close(), 0)
 
@@ -132,9 +132,7 @@ class Life(WindowsTestCase):
         wizard.press("Return")
         wizard.wait_page("Review before you update")
         wizard.press("Return")
-        watch = Watch(wizard)
-        self.wait_finish(watch, "Updated in 38 seconds")
-        self.assert_seen_moving(watch)
+        self.watch_run(wizard, "Updated in 38 seconds", SETUP.format(VERSION))
         self.assert_installed(folder, VERSION, desktop_shortcut=False)
         self.assertEqual(wizard.close(), 0)
 
@@ -143,10 +141,7 @@ class Life(WindowsTestCase):
         wizard.settle()
         wizard.picture("with-preferences")
         wizard.click_at(PRIMARY)
-        watch = Watch(wizard)
-        with world.braked(UNINSTALLER):
-            self.wait_finish(watch, "Uninstalled in 24 seconds")
-        self.assert_seen_moving(watch)
+        self.watch_run(wizard, "Uninstalled in 24 seconds", UNINSTALLER, pause=0.2)
         wait_until(lambda: [path.name for path in world.path(folder).iterdir()] == ["mine.sch"],
                    "an empty folder")
         wait_until(lambda: not world.uninstall_entry(), "the entry to go")

@@ -106,9 +106,10 @@ class World:
         return found
 
     @contextlib.contextmanager
-    def braked(self, name):
-        """Meanwhile the programs that are called so run a few milliseconds out of fifty or more, so
-        that one that takes a fraction of a second can be followed, however fast the machine is."""
+    def braked(self, name, pause=0.05):
+        """Meanwhile the programs that are called so pause, for that many seconds, every few
+        milliseconds. So one that takes a second or less can be followed, on a machine that is so
+        fast that it takes far less, or so busy that a look takes as long."""
         over = threading.Event()
 
         def send(number, processes):
@@ -120,7 +121,7 @@ class World:
             found = []
             while not over.is_set():
                 send(signal.SIGSTOP, found)
-                time.sleep(0.045)
+                time.sleep(pause)
                 looked = self.processes(name)
                 send(signal.SIGCONT, found)
                 found = looked
