@@ -7,7 +7,7 @@ import unittest
 from pathlib import Path
 
 from screen import PRIMARY, Watch, Wizard
-from testcase import EARLIER_ENGINE, EARLIER_VERSION, ENGINE, WindowsTestCase
+from testcase import EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SETUP_AT_WORK, WindowsTestCase
 from world import HELPERS, UNINSTALL, dos, wait_until
 
 ENGINE_FILE = Path(os.environ["VARNEL_ENGINE"])
@@ -86,10 +86,10 @@ class Failures(FailureTestCase):
     def test_engine_killed_half_way(self):
         wizard = self.update(location="C:\\Apps")
         watch = Watch(wizard)
-        with self.world.braked(f"{ENGINE_FILE.stem}.tmp"):
+        with self.world.braked(SETUP_AT_WORK):
             watch.until(lambda: watch.reports and watch.fractions()[-1] > 5)
             # The part that works, then the one that started it and waits for it.
-            code, _ = self.world.run(HELPERS / "endprogram.exe", f"{ENGINE_FILE.stem}.tmp")
+            code, _ = self.world.run(HELPERS / "endprogram.exe", SETUP_AT_WORK)
         self.assertEqual(code, 0)
         self.world.run(HELPERS / "endprogram.exe", f"{ENGINE_FILE.stem}.exe")
         self.assert_failure(wizard, "Setup could not start", "varnel_setup_last.log")
@@ -97,8 +97,8 @@ class Failures(FailureTestCase):
 
     def test_closing_ends_all_of_the_engine(self):
         wizard = self.update(location="C:\\Apps")
-        with self.world.braked(f"{ENGINE_FILE.stem}.tmp"):
-            Watch(wizard).until(lambda: self.world.processes(f"{ENGINE_FILE.stem}.tmp")
+        with self.world.braked(SETUP_AT_WORK):
+            Watch(wizard).until(lambda: self.world.processes(SETUP_AT_WORK)
                                 and self.world.path("C:\\Apps\\parts").exists())
             self.assertEqual(wizard.close(), 0)
             wait_until(lambda: not self.world.processes(ENGINE_FILE.stem), "the engine's end")

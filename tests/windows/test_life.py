@@ -3,14 +3,12 @@
 import unittest
 
 from screen import PRIMARY, Watch
-from testcase import EARLIER_ENGINE, EARLIER_VERSION, ENGINE, VERSION, WindowsTestCase
+from testcase import (EARLIER_ENGINE, EARLIER_SETUP_AT_WORK, EARLIER_VERSION, ENGINE,
+                      SETUP_AT_WORK, UNINSTALLER_AT_WORK, VERSION, WindowsTestCase)
 from world import wait_until
 
 DESKTOP_LINK = "C:\\users\\Public\\Desktop\\Varnel Schematics.lnk"
 MENU_LINK = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\Varnel Schematics.lnk"
-# As setup and uninstaller call the copies of themselves that do the work.
-SETUP = "VarnelEngine-{}.tmp"
-UNINSTALLER = "_unins.tmp"
 CLASSES = "hkey_local_machine\\software\\classes\\"
 
 
@@ -72,7 +70,7 @@ class Life(WindowsTestCase):
         wizard.walk_to_ready(folder)
         self.assertIn("C:\\My Apps", wizard.page)
         wizard.click_at(PRIMARY)
-        watch = self.watch_run(wizard, "Finished in 51 seconds", SETUP.format(VERSION))
+        watch = self.watch_run(wizard, "Finished in 51 seconds", SETUP_AT_WORK)
         self.assert_installed(folder, VERSION, desktop_shortcut=True)
         # The WebView2 Runtime is missing in a fresh Windows, and its setup came with the engine.
         self.assertIn("Installing WebView2 Runtime...", watch.distinct("status"))
@@ -107,7 +105,7 @@ class Life(WindowsTestCase):
         wizard = self.wizard("--install", "--setup-exe", EARLIER_ENGINE)
         wizard.walk_to_ready(folder, desktop_shortcut=False)
         wizard.click_at(PRIMARY)
-        self.watch_run(wizard, "Finished in 51 seconds", SETUP.format(EARLIER_VERSION))
+        self.watch_run(wizard, "Finished in 51 seconds", EARLIER_SETUP_AT_WORK)
         self.assert_installed(folder, EARLIER_VERSION, desktop_shortcut=False)
         self.assertEqual(wizard.close(), 0)
 
@@ -132,7 +130,7 @@ class Life(WindowsTestCase):
         wizard.press("Return")
         wizard.wait_page("Review before you update")
         wizard.press("Return")
-        self.watch_run(wizard, "Updated in 38 seconds", SETUP.format(VERSION))
+        self.watch_run(wizard, "Updated in 38 seconds", SETUP_AT_WORK)
         self.assert_installed(folder, VERSION, desktop_shortcut=False)
         self.assertEqual(wizard.close(), 0)
 
@@ -141,7 +139,7 @@ class Life(WindowsTestCase):
         wizard.settle()
         wizard.picture("with-preferences")
         wizard.click_at(PRIMARY)
-        self.watch_run(wizard, "Uninstalled in 24 seconds", UNINSTALLER, pause=0.2)
+        self.watch_run(wizard, "Uninstalled in 24 seconds", UNINSTALLER_AT_WORK, pause=0.2)
         wait_until(lambda: [path.name for path in world.path(folder).iterdir()] == ["mine.sch"],
                    "an empty folder")
         wait_until(lambda: not world.uninstall_entry(), "the entry to go")

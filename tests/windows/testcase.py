@@ -11,6 +11,11 @@ EARLIER_ENGINE = dos(os.environ["VARNEL_EARLIER_ENGINE"])
 VERSION = ENGINE.rsplit("-", 1)[1].removesuffix(".exe")
 EARLIER_VERSION = EARLIER_ENGINE.rsplit("-", 1)[1].removesuffix(".exe")
 
+# As setup and uninstaller call the copies of themselves that do the work.
+SETUP_AT_WORK = f"VarnelEngine-{VERSION}.tmp"
+EARLIER_SETUP_AT_WORK = f"VarnelEngine-{EARLIER_VERSION}.tmp"
+UNINSTALLER_AT_WORK = "_unins.tmp"
+
 SILENT = ("/VERYSILENT", "/SUPPRESSMSGBOXES", "/NORESTART")
 
 
