@@ -6,7 +6,7 @@
 
 # The recipe. A change here or in wineprefix.reg leads to a new folder in the cache.
 wine_recipe=1
-wine_release=bookworm
+wine_release=trixie
 wine_packages="wine wine64 wine32:i386 fonts-dejavu-core"
 wine_compiler=innosetup@6.4.1
 
@@ -43,7 +43,11 @@ wine_environment() {
     WINETEMP="Z:$(printf %s "${TMPDIR:-/tmp}" | tr / '\\')"
     export WINETEMP WINETMP="$WINETEMP"
     # Wine's own socket lies there, which all programs of a prefix have to find and which goes with it.
-    export TMPDIR="$WINEPREFIX"
+    # With TMPDIR set as well, Debian's Wine 10 ends at its start with "free(): invalid pointer".
+    export XDG_RUNTIME_DIR="$WINEPREFIX/runtime"
+    mkdir -p "$XDG_RUNTIME_DIR"
+    chmod 700 "$XDG_RUNTIME_DIR"
+    unset TMPDIR
     for assignment in QT_QPA_PLATFORM QT_QPA_FONTDIR QT_SCALE_FACTOR QT_LOGGING_RULES \
         QT_FORCE_STDERR_LOGGING; do
         eval "[ -z \"\${$assignment:-}\" ] || export WINE$assignment=\"\$$assignment\""
