@@ -28,6 +28,13 @@ give_up() {
     exit 1
 }
 
+# product <key>: a value of src/product/product.ini, which says who we are.
+product() {
+    value=$(sed -n "s/^$1=//p" "$root/src/product/product.ini")
+    [ -n "$value" ] || give_up "src/product/product.ini has no $1."
+    printf '%s' "$value"
+}
+
 install_packages() {
     missing=
     for package in $packages; do

@@ -2,15 +2,14 @@
 ; runs it silently and shows what statusfile.iss reports; it also works on its own.
 ;
 ; tools/windows/compile-engine calls the compiler with these definitions:
-;   AppName, AppVersion, AppPublisher, AppAddress, AppCopyright, AppExe    from src/product/product.h
-;   AppGuid          the name of the product in the list of installed programs, without "_is1"
+;   AppName, AppVersion, AppPublisher, AppAddress, AppCopyright, AppExe, AppGuid, FileType
+;                    who we are, from src/product/product.ini
 ;   Payload          folder with everything that goes into the install folder
 ;   WebView2Setup    the WebView2 Runtime's bootstrapper; not defined: no such step
 
 #if Ver < EncodeVer(6, 4, 1)
   #error The status file is written with SaveStringsToUTF8FileWithoutBOM, which came with 6.4.1.
 #endif
-#define MimeKey "VarnelSchematics"
 
 [Setup]
 AppId={{#AppGuid}

@@ -5,24 +5,9 @@
 option(VARNEL_REQUIRE_ADMINISTRATOR
     "Ask for administrator rights when the program starts; only a test build may do without" ON)
 
-# Who we are stands in one header.
-function(varnel_product_text constant variable)
-    file(STRINGS ${PROJECT_SOURCE_DIR}/src/product/product.h line REGEX " k${constant} = u\"")
-    if(NOT line MATCHES "u\"([^\"]*)\"")
-        message(FATAL_ERROR "src/product/product.h has no text k${constant}.")
-    endif()
-    # The resource compiler spells characters beyond ASCII in its own way.
-    string(REPLACE "\\u" "\\x" text "${CMAKE_MATCH_1}")
-    set(${variable} "${text}" PARENT_SCOPE)
-endfunction()
-
 function(varnel_windows_resources target)
-    varnel_product_text(Name name)
-    varnel_product_text(SetupName setup_name)
-    varnel_product_text(Version version)
-    varnel_product_text(Publisher publisher)
-    varnel_product_text(PublisherNotice publisher_notice)
-    string(REPLACE "." "," version_numbers "${version}.0")
+    string(REPLACE "." "," version_numbers "${product_version}.0")
+    string(REPLACE " " "" assembly "${product_publisher}.${product_name}.Setup")
     set(execution_level asInvoker)
     if(VARNEL_REQUIRE_ADMINISTRATOR)
         set(execution_level requireAdministrator)

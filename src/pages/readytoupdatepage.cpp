@@ -10,7 +10,7 @@ using namespace Qt::Literals::StringLiterals;
 ReadyToUpdatePage::ReadyToUpdatePage(QWidget *parent)
     : QWidget(parent),
       m_version(Product::kVersion.toString()),
-      m_folder(uR"(C:\Program Files\Varnel Schematics)"_s)
+      m_folder(uR"(C:\Program Files\)" + Product::kName)
 {
     QVBoxLayout *layout = pageLayout(this);
     m_body = addPageHead(layout, tr("Ready to Update"), {});

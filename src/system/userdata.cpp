@@ -1,5 +1,7 @@
 #include "system/userdata.h"
 
+#include "product/product.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -46,7 +48,7 @@ void removeUserData()
     const QString root = QDir::cleanPath(qEnvironmentVariable("APPDATA"));
     if (root.isEmpty() || QDir::isRelativePath(root))
         return;
-    const QString target = QDir::cleanPath(root + "/Varnel Schematics/Varnel Schematics"_L1);
+    const QString target = QDir::cleanPath(root + u'/' + Product::kPreferencesFolder);
     if (target == root || !target.startsWith(root + u'/'))
         return;
     if (isLink(target) || isLink(QFileInfo(target).path()))

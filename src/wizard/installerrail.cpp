@@ -15,6 +15,14 @@ namespace {
 constexpr int kWidth = 196;
 constexpr int kMargin = 20;
 
+/// The product's name, its first word in the accent colour.
+QString wordmark()
+{
+    const QString name = Product::kName.toString();
+    return u"<span style=\"color:@INS_ACCENT;\">%1</span> <span style=\"color:@INS_TX;\">%2</span>"_s
+        .arg(name.section(u' ', 0, 0), name.section(u' ', 1));
+}
+
 } // namespace
 
 InstallerRail::InstallerRail(QWidget *parent)
@@ -60,8 +68,7 @@ InstallerRail::InstallerRail(QWidget *parent)
 void InstallerRail::restyle()
 {
     m_wordmark->setFont(displayFont(14, QFont::Bold));
-    m_wordmark->setText(themed(u"<span style=\"color:@INS_ACCENT;\">Varnel</span> "
-                               "<span style=\"color:@INS_TX;\">Schematics</span>"_s));
+    m_wordmark->setText(themed(wordmark()));
     m_versionLine->setFont(monospacedFont(10));
     m_versionLine->setStyleSheet(themed(u"color:@INS_TX3;"_s));
     m_legal->setStyleSheet(themed(u"color:@INS_TX3;font-size:10px;"_s));

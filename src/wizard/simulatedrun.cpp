@@ -1,5 +1,7 @@
 #include "wizard/simulatedrun.h"
 
+#include "product/product.h"
+
 #include <QRandomGenerator>
 
 #include <array>
@@ -14,7 +16,7 @@ constexpr auto kTick = 70ms;
 constexpr double kFileProbability = 0.22; // per tick
 
 /// Where a made-up file would lie; the folder that was chosen has nothing to do with it.
-constexpr QStringView kFolder = uR"(C:\Program Files\Varnel Schematics\)";
+const QString kFolder = uR"(C:\Program Files\)" + Product::kName + u'\\';
 constexpr std::array<QStringView, 9> kFiles = {
     u"libEGL.dll",          u"Qt6Core.dll", u"Qt6Widgets.dll", u"Qt6Network.dll",
     u"pdfium.dll",          u"glew32.dll",  u"glfw3.dll",      uR"(config\pcb_themes_builtin.json)",

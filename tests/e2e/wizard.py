@@ -21,13 +21,12 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
+from product import PRODUCT, UNINSTALL_KEY_NAME  # noqa: E402
 from waiting import wait_until  # noqa: E402
 
-APPLICATION = "Varnel Schematics Setup"
-UNINSTALL_KEY = (
-    "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
-    "{4F1C2A77-0B3D-4E52-9A61-7C2E8D90B4F3}_is1"
-)
+APPLICATION = PRODUCT["setup_name"]
+UNINSTALL_KEY = ("HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
+                 + UNINSTALL_KEY_NAME)
 
 # How long something may take that normally takes a moment, in seconds.
 PATIENCE = 30

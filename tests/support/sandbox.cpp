@@ -1,5 +1,7 @@
 #include "support/sandbox.h"
 
+#include "product/product.h"
+
 #include "support/environment.h"
 
 #include <QDeadlineTimer>
@@ -138,6 +140,6 @@ void Sandbox::recordInstallation(const QString &version, const QString &location
     if (!uninstallString.isEmpty())
         entry[u"UninstallString"_s] = uninstallString;
     setRegistry({ { uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)"
-                    uR"({4F1C2A77-0B3D-4E52-9A61-7C2E8D90B4F3}_is1)"_s,
+                        + Product::kUninstallKey,
                     entry } });
 }

@@ -14,12 +14,12 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
+from product import UNINSTALL_KEY_NAME  # noqa: E402
 from waiting import wait_until  # noqa: E402
 
 WINE = os.environ["VARNEL_WINE"]
 HELPERS = Path(os.environ["VARNEL_HELPERS"])
-UNINSTALL = ("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
-             "{4F1C2A77-0B3D-4E52-9A61-7C2E8D90B4F3}_is1")
+UNINSTALL = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + UNINSTALL_KEY_NAME
 
 # How long something may take that normally takes a few seconds, on a machine that is busy.
 PATIENCE = 120
