@@ -22,6 +22,21 @@ say() {
     printf '[%3d s] %s\n' $(($(date +%s) - started)) "$1"
 }
 
+# step <title>: begins a step of what the user has asked for.
+step() {
+    say "$1"
+    steps="${steps:-}$(date +%s) $1
+"
+}
+
+# step_times: how long each step took, and all of them.
+step_times() {
+    printf '%s%s end\n' "$steps" "$(date +%s)" | awk -v started="$started" '
+        NR > 1 { printf "%5d s  %s\n", $1 - begun, title }
+        { begun = $1; title = $0; sub(/^[0-9]+ /, "", title) }
+        END { printf "%5d s  in all\n", begun - started }'
+}
+
 # give_up <sentence>: ends with what the user can do about it.
 give_up() {
     printf '%s\n' "$1" >&2
