@@ -3,6 +3,7 @@
 #include "engine/installpath.h"
 #include "system/machine.h"
 #include "system/registry.h"
+#include "system/screenpixels.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -42,8 +43,9 @@ CheckResult checkDisplay()
     const QScreen *screen = QGuiApplication::primaryScreen();
     if (!screen)
         return judgeDisplay(std::nullopt, 0.0);
-    return judgeDisplay((QSizeF(screen->size()) * screen->devicePixelRatio()).toSize(),
-                        screen->refreshRate());
+    const QSize pixels = primaryScreenPixels().value_or(
+        unscaledScreenSize(screen->size(), screen->devicePixelRatio()));
+    return judgeDisplay(pixels, screen->refreshRate());
 }
 
 CheckResult checkDotNet()

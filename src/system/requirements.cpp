@@ -90,6 +90,21 @@ CheckResult judgeDisplay(std::optional<QSize> pixels, double refreshRate)
     return result;
 }
 
+QSize unscaledScreenSize(QSize scaled, double ratio)
+{
+    const auto unscaled = [ratio](int length) {
+        const double exact = length * ratio;
+        // Nearly all panels have lengths that 8 divides, the others even ones.
+        for (const int unit : { 8, 2 }) {
+            const int candidate = unit * qRound(exact / unit);
+            if (qRound(candidate / ratio) == length)
+                return candidate;
+        }
+        return qRound(exact);
+    };
+    return { unscaled(scaled.width()), unscaled(scaled.height()) };
+}
+
 CheckResult judgeDotNet(int release)
 {
     struct Version

@@ -42,6 +42,10 @@ struct OperatingSystem
 /// `pixels` in device pixels, nothing without a screen; `refreshRate` in hertz.
 [[nodiscard]] CheckResult judgeDisplay(std::optional<QSize> pixels, double refreshRate);
 
+/// Pixels of a screen whose size was divided by `ratio` and then rounded to `scaled`. Where several
+/// sizes come into question, the one that is likely for a panel.
+[[nodiscard]] QSize unscaledScreenSize(QSize scaled, double ratio);
+
 /// `release` is the framework's own release number; a missing framework is not ok.
 [[nodiscard]] CheckResult judgeDotNet(int release);
 

@@ -1,43 +1,158 @@
-// Apart from the other probes, because this one needs a screen, and on that a scale of its own.
+// Apart from the other probes, because this one needs screens, one for each case.
 #include "system/probes.h"
 
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QTest>
 
+#include <memory>
+
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr double kBaseDpi = 96;
+// Relative, as a colon in a platform's argument begins the next one.
+const QString kScreenFile = u"screens.json"_s;
+
+/// A program that is shown on screens of these sizes, scaled to `percent`.
+std::unique_ptr<QGuiApplication> programOnScreens(const QList<QSize> &sizes, int percent)
+{
+    QJsonArray screens;
+    int left = 0;
+    for (const QSize &size : sizes) {
+        screens << QJsonObject {
+            { u"name"_s, u"Screen %1"_s.arg(screens.size()) },
+            { u"x"_s, left },
+            { u"width"_s, size.width() },
+            { u"height"_s, size.height() },
+            { u"logicalDpi"_s, qRound(kBaseDpi * percent / 100) },
+            { u"logicalBaseDpi"_s, qRound(kBaseDpi) },
+        };
+        left += size.width();
+    }
+    QFile file(kScreenFile);
+    if (!file.open(QIODevice::WriteOnly))
+        return nullptr;
+    file.write(QJsonDocument(QJsonObject { { u"screens"_s, screens } }).toJson());
+    file.close();
+
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + kScreenFile.toLatin1());
+    static int argc = 1;
+    static char name[] = "tst_probes_display";
+    static char *argv[] = { name, nullptr };
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+QString shownSize()
+{
+    return runSystemChecks(QString()).value(4).value.section(u" · "_s, 0, 0);
+}
+
+QString shown(QSize size)
+{
+    return u"%1 × %2"_s.arg(size.width()).arg(size.height());
+}
+
+} // namespace
 
 class TestProbesDisplay : public QObject
 {
     Q_OBJECT
 
-public:
-    static void initMain() { qputenv("QT_SCALE_FACTOR", "2"); }
-
 private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
     void init();
+    void row();
+    void sizeIsInRealPixels_data();
     void sizeIsInRealPixels();
+    void sizeIsThatOfThePrimaryScreen();
+
+private:
+    QTemporaryDir m_folder;
 };
+
+void TestProbesDisplay::initTestCase()
+{
+    QVERIFY(QDir::setCurrent(m_folder.path()));
+    // A program looks whether others may enter it, and warns.
+    qputenv("XDG_RUNTIME_DIR", m_folder.path().toUtf8());
+}
+
+void TestProbesDisplay::cleanupTestCase()
+{
+    QVERIFY(QDir::setCurrent(QDir::rootPath())); // a folder in use cannot be removed everywhere
+}
 
 void TestProbesDisplay::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_s));
 }
 
-void TestProbesDisplay::sizeIsInRealPixels()
+void TestProbesDisplay::row()
 {
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    QVERIFY(screen);
-    QCOMPARE(screen->devicePixelRatio(), 2.0);
+    const auto program = programOnScreens({ { 1920, 1080 } }, 100);
+    QVERIFY(program);
     const CheckResult result = runSystemChecks(QString()).value(4);
     QCOMPARE(result.label, u"Graphics · display"_s);
-    QCOMPARE(result.value,
-             u"%1 × %2 · %3 Hz"_s.arg(screen->size().width() * 2)
-                 .arg(screen->size().height() * 2)
-                 .arg(qRound(screen->refreshRate())));
+    const int rate = qRound(QGuiApplication::primaryScreen()->refreshRate());
+    QCOMPARE(result.value, u"1920 × 1080 · %1 Hz"_s.arg(rate));
     QVERIFY(result.ok);
 }
 
-QTEST_MAIN(TestProbesDisplay)
+void TestProbesDisplay::sizeIsInRealPixels_data()
+{
+    QTest::addColumn<QSize>("pixels");
+    QTest::addColumn<int>("percent");
+    for (const QSize &pixels : {
+             QSize(1280, 800),
+             QSize(1366, 768),
+             QSize(1600, 900),
+             QSize(1680, 1050),
+             QSize(1920, 1080),
+             QSize(1920, 1200),
+             QSize(2160, 1440),
+             QSize(2256, 1504),
+             QSize(2560, 1440),
+             QSize(2560, 1600),
+             QSize(2736, 1824),
+             QSize(2880, 1620),
+             QSize(2880, 1800),
+             QSize(3000, 2000),
+             QSize(3440, 1440),
+             QSize(3840, 2160),
+         }) {
+        for (const int percent : { 100, 125, 150, 175, 200, 225, 250, 300 })
+            QTest::addRow("%d x %d at %d %%", pixels.width(), pixels.height(), percent)
+                << pixels << percent;
+    }
+}
+
+void TestProbesDisplay::sizeIsInRealPixels()
+{
+    QFETCH(const QSize, pixels);
+    QFETCH(const int, percent);
+    const auto program = programOnScreens({ pixels }, percent);
+    QVERIFY(program);
+    QCOMPARE(QGuiApplication::primaryScreen()->devicePixelRatio(), percent / 100.0);
+    QCOMPARE(shownSize(), shown(pixels));
+}
+
+void TestProbesDisplay::sizeIsThatOfThePrimaryScreen()
+{
+    const auto program = programOnScreens({ { 2560, 1600 }, { 1920, 1080 } }, 150);
+    QVERIFY(program);
+    QCOMPARE(QGuiApplication::screens().size(), 2);
+    QCOMPARE(shownSize(), shown({ 2560, 1600 }));
+}
+
+QTEST_APPLESS_MAIN(TestProbesDisplay)
 #include "tst_probes_display.moc"

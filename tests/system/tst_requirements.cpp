@@ -36,6 +36,7 @@ private Q_SLOTS:
     void display_data();
     void display();
     void noDisplay();
+    void unscaledSizeScalesToTheGivenOne();
     void dotNet_data();
     void dotNet();
     void vcRuntime();
@@ -282,6 +283,16 @@ void TestRequirements::noDisplay()
 {
     QCOMPARE(judgeDisplay(std::nullopt, 60.0),
              (CheckResult { u"Graphics · display"_s, u"Unknown"_s, true }));
+}
+
+void TestRequirements::unscaledSizeScalesToTheGivenOne()
+{
+    for (const double ratio : { 1.0, 1.25, 1.5, 1.75, 2.0, 2.25, 2.5, 3.0, 3.5 }) {
+        for (int length = 100; length < 1000; ++length) {
+            const QSize pixels = unscaledScreenSize({ length, length + 7 }, ratio);
+            QCOMPARE(pixels / ratio, QSize(length, length + 7));
+        }
+    }
 }
 
 void TestRequirements::dotNet_data()
