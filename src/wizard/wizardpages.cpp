@@ -1,5 +1,6 @@
 #include "wizard/wizardpages.h"
 
+#include "engine/installpath.h"
 #include "pages/confirmuninstallpage.h"
 #include "pages/destinationpage.h"
 #include "pages/finishedpage.h"
@@ -19,6 +20,8 @@
 #include "wizard/runplan.h"
 #include "wizard/uninstallingpage.h"
 #include "wizard/updatingpage.h"
+
+#include <QDir>
 
 WizardPages::WizardPages(InstallerPane &pane)
 {
@@ -65,13 +68,14 @@ void WizardPages::prepare(PageId page)
         break;
     case PageId::UpdateAvailable: {
         const QString version = Product::kVersion.toString();
-        const QString location = installLocation();
+        // As the engine is given it, which is not told to install into the root of a drive.
+        const QString folder = QDir::toNativeSeparators(installFolder(installLocation()));
         m_updateAvailable->setVersions(installedVersion(), version);
-        m_readyToUpdate->setDetails(version, location);
+        m_readyToUpdate->setDetails(version, folder);
         m_updateFinished->setVersion(version);
         // So that "Open" starts the copy that was updated.
-        if (!location.isEmpty())
-            m_destination->setPath(location);
+        if (!folder.isEmpty())
+            m_destination->setPath(folder);
         break;
     }
     case PageId::ConfirmUninstall:
