@@ -21,6 +21,8 @@ public:
     /// comes in once more, without going out.
     void setCurrentPage(QWidget *page, bool animate);
     [[nodiscard]] QWidget *currentPage() const { return m_current; }
+    /// Shows the current page at rest, should it still be coming in.
+    void endTransition();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -29,7 +31,6 @@ protected:
 private:
     void bringIn(QWidget *page, QParallelAnimationGroup *transition);
     void takeOut(QWidget *page, QParallelAnimationGroup *transition);
-    void endTransition();
     /// Leaves `m_current` as the one visible page, at rest.
     void settle();
 

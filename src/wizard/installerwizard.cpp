@@ -58,7 +58,10 @@ InstallerWizard::InstallerWizard(QWidget *parent)
     connect(&m_simulation, &SimulatedRun::progress, this, &InstallerWizard::showProgress);
     connect(&m_simulation, &SimulatedRun::currentFile, this,
             [this](const QString &path) { progressPage()->setCurrentFile(path); });
-    connect(&m_simulation, &SimulatedRun::finished, this, &InstallerWizard::completeRun);
+    connect(&m_simulation, &SimulatedRun::finished, this, [this] {
+        completeRun();
+        m_finishDelay.start();
+    });
 
     m_finishDelay.setSingleShot(true);
     m_finishDelay.setTimerType(Qt::PreciseTimer);
@@ -323,15 +326,19 @@ void InstallerWizard::onEngineFinished(bool ok, const QString &error)
     if (!ok)
         return failRun(error);
     completeRun();
-    if (m_runMode == RunMode::Uninstall && m_pages->confirmUninstall()->deletePreferences())
+    if (m_runMode == RunMode::Uninstall && m_pages->confirmUninstall()->deletePreferences()) {
+        // They may take a while to go, in which nothing is painted.
+        m_pane->endTransition();
+        progressPage()->repaint();
         removeUserData();
+    }
+    m_finishDelay.start();
 }
 
 void InstallerWizard::completeRun()
 {
     progressPage()->completeSteps();
     progressPage()->setStatus(tr("Finishing up…"));
-    m_finishDelay.start();
 }
 
 void InstallerWizard::failRun(const QString &error)

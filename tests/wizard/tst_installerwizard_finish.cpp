@@ -16,9 +16,11 @@
 
 #include <QDir>
 #include <QEvent>
+#include <QProperty>
 #include <QTimer>
 
 #include <cmath>
+#include <functional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -26,6 +28,8 @@ namespace {
 
 constexpr int kConfettiDelay = 300; // ms
 constexpr int kIdleDelay = 780; // ms
+constexpr int kFinishDelay = 500; // ms
+const QString kPreferences = u"appdata/Varnel Schematics/Varnel Schematics/settings.ini"_s;
 
 /// Takes a picture of the overlay at the moment at which it appears, before anything has moved.
 class FirstLook : public QObject
@@ -70,6 +74,36 @@ bool finishRun(WizardDriver &driver, RunMode mode)
     return started && driver.finishSimulation();
 }
 
+QTimer *finishDelay(const WizardDriver &driver)
+{
+    for (QTimer *timer : driver.wizard.findChildren<QTimer *>()) {
+        if (timer->isSingleShot() && timer->interval() == kFinishDelay)
+            return timer;
+    }
+    return nullptr;
+}
+
+/// Calls `look` each time the widget is painted.
+class PaintingWatch : public QObject
+{
+public:
+    PaintingWatch(QWidget *widget, const std::function<void()> &look) : m_look(look)
+    {
+        widget->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_look();
+        return false;
+    }
+
+private:
+    std::function<void()> m_look;
+};
+
 QRect inkOf(const QImage &picture)
 {
     QRect ink;
@@ -99,6 +133,7 @@ private Q_SLOTS:
     void confettiColours();
     void confettiLetsClicksThrough();
     void uninstallSaysGoodbye();
+    void preferencesGoBetweenTheCaptionAndTheDelay();
     void leavingVoidsTheCelebration();
 };
 
@@ -263,6 +298,37 @@ void TestInstallerWizardFinish::uninstallSaysGoodbye()
     QTRY_COMPARE_WITH_TIMEOUT(driver.mark->a4Progress(), 1.0, kPatience);
     QVERIFY(!driver.watch.shots().contains(kConfettiDelay));
     QVERIFY(!driver.find<ConfettiOverlay>()->isVisible());
+}
+
+// A large folder takes its time, in which nothing is painted.
+void TestInstallerWizardFinish::preferencesGoBetweenTheCaptionAndTheDelay()
+{
+    WizardDriver driver;
+    driver.sandbox.setScenario("stall = forever\nstage = before-status\n");
+    driver.sandbox.write(kPreferences, "colour = blue\n");
+    driver.wizard.setUninstallerPath(Sandbox::setupEngine());
+    driver.show(RunMode::Uninstall);
+    QVERIFY(driver.click(u"Also delete my preferences and cached data"_s));
+    QVERIFY(driver.press(u"Uninstall"_s));
+
+    const auto arePreferencesThere = [&] { return !driver.sandbox.read(kPreferences).isEmpty(); };
+    bool wasAnnounced = false;
+    const QLabel *caption = driver.caption();
+    const PaintingWatch watch(driver.caption(), [&] {
+        wasAnnounced |= caption->text() == u"Finishing up…" && arePreferencesThere();
+    });
+    QTimer *delay = finishDelay(driver);
+    QVERIFY(delay);
+    QList<bool> preferencesAtStart;
+    const auto startWatch = delay->bindableActive().addNotifier([&] {
+        if (delay->isActive())
+            preferencesAtStart << arePreferencesThere();
+    });
+    QVERIFY(arePreferencesThere());
+    Q_EMIT driver.engine.finished(true, QString());
+    QVERIFY(wasAnnounced);
+    QCOMPARE(preferencesAtStart, QList<bool> { false });
+    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UninstallCompletePage>(), kPatience);
 }
 
 void TestInstallerWizardFinish::leavingVoidsTheCelebration()
