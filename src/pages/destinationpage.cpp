@@ -3,6 +3,7 @@
 #include "engine/installpath.h"
 #include "pages/pagelabels.h"
 #include "pages/pathlabel.h"
+#include "system/dialogsettings.h"
 #include "system/installation.h"
 #include "system/probes.h"
 #include "theme/themed.h"
@@ -93,8 +94,11 @@ void DestinationPage::refreshDiskSpace()
 
 void DestinationPage::chooseFolder()
 {
-    const QString chosen = QFileDialog::getExistingDirectory(this, tr("Select install location"),
-                                                             m_path, QFileDialog::ShowDirsOnly);
+    QString chosen;
+    withoutDialogSettings([&] {
+        chosen = QFileDialog::getExistingDirectory(this, tr("Select install location"), m_path,
+                                                   QFileDialog::ShowDirsOnly);
+    });
     if (chosen.isEmpty())
         return;
     // A folder that the user picks is taken literally; only a bare drive gets the product's folder.

@@ -68,14 +68,20 @@ class Entry(WizardTestCase):
         wizard.click("I accept the license agreement")
         wizard.go("Next", "Checking your system")
         wizard.go("Next", "Select Destination Location")
+        self.sandbox.destination.mkdir()  # it is where the dialog starts
+        at_home = self.files_below(self.sandbox.root / "home")
         wizard.go("Change", "Files of type:")
         label = place(wizard, "Files of type:")
         beside = label.x - 3, label.y + label.height // 2
         wait_until(lambda: colour_on_screen(*beside) == STOCK_GROUND, "the stock ground", 10)
         wizard.press("Escape")
         wait_until(lambda: not wizard.has_text("Files of type:"), "the dialog to go")
+        wizard.go("Change", "Files of type:")
+        wizard.click("Choose")
+        wait_until(lambda: not wizard.has_text("Files of type:"), "the dialog to go")
         wizard.go("Next", "Select Additional Tasks")
         self.end(wizard, "Close")
+        self.assertEqual(self.files_below(self.sandbox.root / "home"), at_home)
 
 
 if __name__ == "__main__":

@@ -46,6 +46,7 @@ class Sandbox:
             **os.environ,
             "TMPDIR": str(self.root / "temp"),
             "HOME": str(self.root / "home"),
+            "XDG_CONFIG_HOME": str(self.root / "home" / ".config"),
             "XDG_DESKTOP_DIR": str(self.root / "desktop"),
             "APPDATA": str(self.root / "appdata"),
             "ProgramFiles": str(self.root / "programs"),

@@ -8,7 +8,9 @@
 #include "theme/thememanager.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QLabel>
+#include <QSettings>
 #include <QStorageInfo>
 
 using namespace Qt::Literals::StringLiterals;
@@ -62,6 +64,7 @@ private Q_SLOTS:
     void tellsTheSpaceOfThisMoment();
     void folderChooserIsAskedForAFolder();
     void cancelledChooserChangesNothing();
+    void chooserLeavesNoSettings();
     void chosenFolderIsTakenLiterally_data();
     void chosenFolderIsTakenLiterally();
     void bareRootGetsTheProductsFolder();
@@ -246,6 +249,22 @@ void TestDestinationPage::cancelledChooserChangesNothing()
     });
     QCOMPARE(page.path(), m_sandbox.nativePath(u"desktop"_s));
     QCOMPARE(pathLabel(page)->text(), m_sandbox.nativePath(u"desktop"_s));
+}
+
+void TestDestinationPage::chooserLeavesNoSettings()
+{
+    DestinationPage page;
+    page.resize(kPageSize);
+    page.show();
+    page.setPath(m_sandbox.path(u"desktop"_s));
+    changeFolder(page, [](QDialog *dialog) { dialog->reject(); });
+    choose(page, m_sandbox.path(u"home"_s));
+#ifdef Q_OS_WIN
+    QCOMPARE(m_sandbox.storedRegistry().filter(u"QtProject"_s), QStringList());
+#else
+    const QSettings settings(QSettings::UserScope, u"QtProject"_s);
+    QVERIFY2(!QFileInfo::exists(settings.fileName()), qPrintable(settings.fileName()));
+#endif
 }
 
 void TestDestinationPage::chosenFolderIsTakenLiterally_data()
