@@ -109,7 +109,11 @@ bool isSmartAppControlOn()
 
 bool vcRuntimePresent()
 {
-    const QString folder = systemFolder();
+    return hasVcRuntime(systemFolder());
+}
+
+bool hasVcRuntime(const QString &folder)
+{
     return !folder.isEmpty() && QFileInfo::exists(folder + "/vcruntime140.dll"_L1)
         && QFileInfo::exists(folder + "/vcruntime140_1.dll"_L1);
 }

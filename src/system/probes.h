@@ -14,5 +14,8 @@
 /// True if the system will keep programs that it does not know from starting.
 [[nodiscard]] bool isSmartAppControlOn();
 
-/// True if both libraries of the Visual C++ runtime are there.
+/// True if both libraries of the Visual C++ runtime are in the system's folder.
 [[nodiscard]] bool vcRuntimePresent();
+
+/// The same of any folder; an empty one has none.
+[[nodiscard]] bool hasVcRuntime(const QString &folder);

@@ -2,6 +2,7 @@
 #include "system/machine.h"
 #include "system/probes.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QRegularExpression>
 #include <QSysInfo>
@@ -63,7 +64,9 @@ private Q_SLOTS:
     void smartAppControlOn_data();
     void smartAppControlOn();
     void memoryIsThatOfTheMachine();
-    void noVcRuntimeHere();
+    void vcRuntimeIsTwoFiles_data();
+    void vcRuntimeIsTwoFiles();
+    void vcRuntimeIsThatOfTheSystem();
     void everyRunReadsAfresh();
 
 private:
@@ -296,12 +299,42 @@ void TestProbes::memoryIsThatOfTheMachine()
     QCOMPARE(runSystemChecks(QString()).value(MemoryRow), judgeMemory(totalMemory()));
 }
 
-void TestProbes::noVcRuntimeHere()
+void TestProbes::vcRuntimeIsTwoFiles_data()
+{
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<bool>("present");
+    const QString first = u"vcruntime140.dll"_s;
+    const QString second = u"vcruntime140_1.dll"_s;
+    QTest::newRow("none") << QStringList() << false;
+    QTest::newRow("first only") << QStringList { first } << false;
+    QTest::newRow("second only") << QStringList { second } << false;
+    QTest::newRow("both") << QStringList { first, second } << true;
+}
+
+void TestProbes::vcRuntimeIsTwoFiles()
+{
+    QFETCH(const QStringList, files);
+    for (const QString &file : files)
+        m_sandbox->write(u"system/"_s + file, "library");
+    QTEST(hasVcRuntime(m_sandbox->path(u"system"_s)), "present");
+}
+
+void TestProbes::vcRuntimeIsThatOfTheSystem()
 {
 #ifdef Q_OS_WIN
-    QSKIP("Here is what this machine has.");
-#endif
+    for (const QString &name : { u"vcruntime140.dll"_s, u"vcruntime140_1.dll"_s }) {
+        const QString file = systemFolder() + u'/' + name;
+        const bool wasThere = vcRuntimePresent();
+        const auto restore = qScopeGuard([&] { QFile::rename(file + ".aside"_L1, file); });
+        if (!wasThere || !QFile::rename(file, file + ".aside"_L1))
+            QSKIP("This machine has none that could be put aside.");
+        QVERIFY(!vcRuntimePresent());
+    }
+    QVERIFY(vcRuntimePresent());
+#else
+    QVERIFY(!hasVcRuntime(QString()));
     QVERIFY(!vcRuntimePresent());
+#endif
 }
 
 void TestProbes::everyRunReadsAfresh()
