@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QSignalSpy>
 
@@ -63,6 +64,7 @@ private Q_SLOTS:
     void closingDuringARun_data();
     void closingDuringARun();
     void closingDuringASimulation();
+    void clickIsOverBeforeTheEnd();
     void closesOnce();
     void onlyTheFirstCallActs();
     void openStartsTheApplicationOnce();
@@ -166,6 +168,18 @@ void TestInstallerWizardClosing::closingDuringASimulation()
         WizardDriver::runUntilQuit([&] { QTest::mouseClick(closeButton(driver), Qt::LeftButton); }),
         0);
     QVERIFY(!driver.wizard.isVisible());
+}
+
+void TestInstallerWizardClosing::clickIsOverBeforeTheEnd()
+{
+    WizardDriver driver;
+    driver.show(RunMode::Install);
+    const int code = WizardDriver::runUntilQuit([&] {
+        closeButton(driver)->click();
+        // Once the end has been asked for, no event loop starts any more.
+        QCOMPARE(QEventLoop().exec(), 0);
+    });
+    QCOMPARE(code, 0);
 }
 
 void TestInstallerWizardClosing::closesOnce()
