@@ -134,6 +134,7 @@ private Q_SLOTS:
     void confettiLetsClicksThrough();
     void uninstallSaysGoodbye();
     void preferencesGoBetweenTheCaptionAndTheDelay();
+    void leavingVoidsTheDelay();
     void leavingVoidsTheCelebration();
 };
 
@@ -329,6 +330,17 @@ void TestInstallerWizardFinish::preferencesGoBetweenTheCaptionAndTheDelay()
     QVERIFY(wasAnnounced);
     QCOMPARE(preferencesAtStart, QList<bool> { false });
     QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UninstallCompletePage>(), kPatience);
+}
+
+void TestInstallerWizardFinish::leavingVoidsTheDelay()
+{
+    WizardDriver driver { QString() };
+    QVERIFY(finishRun(driver, RunMode::Install));
+    const QTimer *delay = finishDelay(driver);
+    QVERIFY(delay && delay->isActive());
+    driver.wizard.setRunMode(RunMode::Install);
+    QVERIFY(!delay->isActive());
+    QVERIFY(driver.shows<WelcomePage>());
 }
 
 void TestInstallerWizardFinish::leavingVoidsTheCelebration()
