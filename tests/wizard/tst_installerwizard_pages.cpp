@@ -265,6 +265,8 @@ void TestInstallerWizardPages::updateOfferTellsTheVersions()
     folderText = QDir::toNativeSeparators(folderText);
     WizardDriver driver;
     driver.sandbox.recordInstallation(version, location);
+    driver.find<UpdateFinishedPage>()->setVersion(u"another"_s);
+    driver.find<ReadyToUpdatePage>()->setDetails(u"another"_s, {});
     driver.show(RunMode::Update);
     QStringList texts;
     for (const QLabel *label : driver.currentPage()->findChildren<QLabel *>())
