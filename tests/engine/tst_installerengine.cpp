@@ -108,6 +108,7 @@ void TestInstallerEngine::installArguments_data()
                               << u"/opt/varnel"_s << u"desktopicon"_s;
     QTest::newRow("two tasks") << u"/opt/varnel"_s << QStringList { u"desktopicon"_s, u"b"_s }
                                << u"/opt/varnel"_s << u"desktopicon,b"_s;
+    row("no folder", u""_s, u""_s); // then the engine knows where its earlier copy is
     row("root of drive C", u"C:/"_s, u"C:/Varnel Schematics"_s);
     row("root of drive C, back-slash", uR"(C:\)"_s, u"C:/Varnel Schematics"_s);
     row("drive D alone", u"d:"_s, u"d:/Varnel Schematics"_s);

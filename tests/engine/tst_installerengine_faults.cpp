@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void crash();
     void crashKeepsAnEarlierLog();
     void lastPollOfACrash();
+    void crashWithoutACode();
     void statusFile_data();
     void statusFile();
     void statusStyle_data();
@@ -79,6 +81,21 @@ void TestInstallerEngineFaults::lastPollOfACrash()
     // 24 of 54 steps, as the status file had it at last.
     QCOMPARE(run.record.fractions.last(), 0.444);
     QCOMPARE(run.record.successes, QList<bool> { false });
+}
+
+// No system of today reports a crash like that, so the test does.
+void TestInstallerEngineFaults::crashWithoutACode()
+{
+    EngineRun run("stall = forever\nstage = start\nlog-line = Error 7 of the disk.");
+    run.start();
+    const QString log = u"temp/"_s + QFileInfo(run.engine.logFilePath()).fileName();
+    QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.read(log).contains("Error 7"), 20'000);
+    auto *process = run.engine.findChild<QProcess *>();
+    Q_EMIT process->finished(0, QProcess::CrashExit);
+    QCOMPARE(run.record.successes, QList<bool> { false });
+    const QString error = run.record.errors.first();
+    QVERIFY2(error.startsWith(u"Setup exited with code 0.  "_s), qPrintable(error));
+    QVERIFY2(error.contains(u"Error 7 of the disk."_s), qPrintable(error));
 }
 
 void TestInstallerEngineFaults::statusFile_data()

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void logNeedsAStatusFile();
     void statusFileThatIsNoFile();
     void enormousStatusFile();
+    void endOfALongStatusFile();
     void uninstallHasNoLog();
     void pollTimer();
 };
@@ -252,6 +253,20 @@ void TestInstallerEnginePolling::enormousStatusFile()
     if (before < 0)
         QSKIP("memory cannot be judged");
     QVERIFY(peakMemory() - before < 8 << 20);
+}
+
+// The limit may cut a line in two, of which the first part is what counts.
+void TestInstallerEnginePolling::endOfALongStatusFile()
+{
+    constexpr qsizetype kLimit = 64 * 1024;
+    const QByteArray line = "progress=42\n";
+    QuietRun run;
+    run.writeStatus(QByteArray(kLimit, '\n') + line);
+    QCOMPARE(run.poll(), QStringList());
+    run.writeStatus(QByteArray(kLimit - line.size() + 2, '\n') + line);
+    QCOMPARE(run.poll(), QStringList { u"progress 0.04"_s });
+    run.writeStatus(QByteArray(kLimit - line.size() + 1, '\n') + line);
+    QCOMPARE(run.poll(), QStringList { u"progress 0.42"_s });
 }
 
 void TestInstallerEnginePolling::uninstallHasNoLog()

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void missingSetupProgram();
     void missingUninstaller();
     void updateFails();
+    void updateWithoutAFolder();
     void failedUninstallKeepsThePreferences();
     void failureIsFinal();
     void failureFollowsTheTheme();
@@ -155,12 +156,24 @@ void TestInstallerWizardFaults::updateFails()
 {
     WizardDriver driver;
     driver.sandbox.recordInstallation(u"1.6.8"_s, driver.sandbox.path(u"installed"_s));
-    driver.sandbox.setScenario("exit-code = 5\n");
+    driver.sandbox.setScenario("exit-code = 5\nfinish-at-once = yes\n");
     driver.show(RunMode::Update);
     QVERIFY(driver.pressAll({ u"Update Now"_s, u"Update"_s }));
     QTRY_COMPARE_WITH_TIMEOUT(driver.status(), kFailed, kPatience);
     QVERIFY(driver.shows<UpdatingPage>());
-    QVERIFY(showsFailure(driver, driver.caption()->text()));
+    QVERIFY(showsFailure(driver, u"Installation was cancelled during setup."_s));
+}
+
+// It is the engine that knows where its earlier copy is; any other folder would make a second one.
+void TestInstallerWizardFaults::updateWithoutAFolder()
+{
+    WizardDriver driver;
+    driver.sandbox.recordInstallation(u"1.6.8"_s, QString());
+    driver.sandbox.setScenario("finish-at-once = yes\n");
+    driver.show(RunMode::Update);
+    QVERIFY(driver.pressAll({ u"Update Now"_s, u"Update"_s }));
+    QTRY_COMPARE_WITH_TIMEOUT(driver.sandbox.engineRuns().size(), 1, kPatience);
+    QCOMPARE(driver.sandbox.engineRuns().first().filter(u"/DIR="_s), QStringList { u"/DIR="_s });
 }
 
 void TestInstallerWizardFaults::failedUninstallKeepsThePreferences()
