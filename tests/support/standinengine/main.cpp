@@ -9,10 +9,13 @@
 #include "text.h"
 #include "uninstallrun.h"
 
+#include <chrono>
 #include <cstdio>
 #include <exception>
+#include <fstream>
 #include <span>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -41,24 +44,54 @@ void recordLaunch(const std::vector<std::string> &arguments)
         appendLine(toPath(file), line);
 }
 
-void recordArguments(const Scenario &scenario, const std::vector<std::string> &arguments)
+void record(const Scenario &scenario, const std::vector<std::string> &texts)
 {
     std::string line;
-    for (const std::string &argument : arguments)
-        line += (line.empty() ? '[' : ',') + json::quoted(argument);
+    for (const std::string &text : texts)
+        line += (line.empty() ? '[' : ',') + json::quoted(text);
     for (const fs::path &file : scenario.records)
         appendLine(file, line + ']');
+}
+
+/// Reports as a setup does that works in a process of its own: it keeps the log open and rewrites
+/// the status file. What is not there it does not make.
+int runSecondProcess(const Options &options, const Scenario &scenario)
+{
+    using std::chrono::steady_clock;
+    constexpr auto kExisting = std::ios::in | std::ios::out | std::ios::binary;
+    constexpr std::string_view kReport = "status=Second process\n";
+    const fs::path status = toPath(options.statusFile);
+    std::fstream log(toPath(options.logFile), kExisting | std::ios::ate);
+    const auto end = steady_clock::now() + *scenario.secondProcess;
+    for (int i = 0; steady_clock::now() < end; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        log << "Dest filename: second process " << i << std::endl;
+        if (std::fstream(status, kExisting) << kReport) {
+            std::error_code ignored;
+            fs::resize_file(status, kReport.size(), ignored);
+        }
+    }
+    record(scenario, { "second process is done" });
+    return exitcode::kSuccess;
 }
 
 int runEngine(Role role, const fs::path &executable, const std::vector<std::string> &arguments)
 {
     Options options = parseOptions(std::span(arguments).subspan(1));
     Scenario scenario = findScenario(options.scenarioFile, executable);
-    recordArguments(scenario, arguments);
+    if (scenario.holdPipes && platform::splitOff("hold-pipes") == 0) {
+        std::this_thread::sleep_for(*scenario.holdPipes);
+        return exitcode::kSuccess;
+    }
+    if (scenario.secondProcess) {
+        const long long process = platform::splitOff("second-process");
+        if (process == 0)
+            return runSecondProcess(options, scenario);
+        record(scenario, { "second process", std::to_string(process) });
+    }
+    record(scenario, arguments);
     if (scenario.ignoreTermination)
         platform::ignoreTermination();
-    if (scenario.holdPipes)
-        platform::holdPipes(*scenario.holdPipes);
     if (scenario.finishAtOnce)
         return scenario.exitCode.value_or(exitcode::kSuccess);
 
@@ -80,8 +113,6 @@ int runEngine(Role role, const fs::path &executable, const std::vector<std::stri
 
 int main(int argc, char **argv)
 {
-    if (platform::actAsPipeHolder())
-        return 0;
     platform::ignoreBrokenPipes();
     try {
         const std::vector<std::string> arguments = platform::commandLine(argc, argv);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -60,10 +59,9 @@ void ignoreBrokenPipes();
 /// Stops this process until somebody else lets it go on.
 void pause();
 
-/// Leaves a process behind that keeps the standard channels open that long after this one's end.
-void holdPipes(std::chrono::milliseconds time);
-
-/// True when this process is the one that holdPipes() leaves behind; it has then done its waiting.
-[[nodiscard]] bool actAsPipeHolder();
+/// Splits a second process off this one, with the same arguments and standard channels, and returns
+/// its number. In the second process it returns 0, as soon as this one has ended. Nothing may have
+/// been done before; `duty` tells several such calls apart.
+[[nodiscard]] long long splitOff(std::string_view duty);
 
 } // namespace standin::platform

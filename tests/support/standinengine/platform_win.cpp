@@ -20,8 +20,8 @@ namespace standin::platform {
 
 namespace {
 
-/// Tells a copy of this program that it is to hold the pipes: "<parent's process id> <ms>".
-constexpr wchar_t kPipeHolderVariable[] = L"VARNEL_ENGINE_PIPE_HOLDER";
+/// Tells a copy of this program that it is a second process: "<first one's process id> <duty>".
+constexpr wchar_t kSecondProcessVariable[] = L"VARNEL_ENGINE_SECOND_PROCESS";
 
 /// A process that dies of an exception ends with the exception's code.
 constexpr std::pair<std::string_view, UINT> kSignals[] = {
@@ -157,11 +157,22 @@ void pause()
     SuspendThread(GetCurrentThread());
 }
 
-void holdPipes(std::chrono::milliseconds time)
+long long splitOff(std::string_view duty)
 {
+    if (const std::wstring order = wideEnvironment(kSecondProcessVariable); !order.empty()) {
+        wchar_t *rest = nullptr;
+        const DWORD firstId = std::wcstoul(order.c_str(), &rest, 10);
+        if (fs::path(rest + 1).string() != duty)
+            return -1; // it was split off for something else
+        if (const HANDLE first = OpenProcess(SYNCHRONIZE, FALSE, firstId)) {
+            WaitForSingleObject(first, INFINITE);
+            CloseHandle(first);
+        }
+        return 0;
+    }
     const std::wstring order =
-        std::to_wstring(GetCurrentProcessId()) + L' ' + std::to_wstring(time.count());
-    const fs::path program = ownExecutable({});
+        std::to_wstring(GetCurrentProcessId()) + L' ' + fs::path(duty).wstring();
+    std::wstring arguments = GetCommandLineW();
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
@@ -169,28 +180,14 @@ void holdPipes(std::chrono::milliseconds time)
     startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
     startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION process = {};
-    SetEnvironmentVariableW(kPipeHolderVariable, order.c_str());
-    if (CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                       nullptr, &startup, &process)) {
+    SetEnvironmentVariableW(kSecondProcessVariable, order.c_str());
+    if (CreateProcessW(ownExecutable({}).c_str(), arguments.data(), nullptr, nullptr, TRUE,
+                       CREATE_NO_WINDOW, nullptr, nullptr, &startup, &process)) {
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
     }
-    SetEnvironmentVariableW(kPipeHolderVariable, nullptr);
-}
-
-bool actAsPipeHolder()
-{
-    const std::wstring order = wideEnvironment(kPipeHolderVariable);
-    if (order.empty())
-        return false;
-    wchar_t *rest = nullptr;
-    const DWORD parentId = std::wcstoul(order.c_str(), &rest, 10);
-    if (const HANDLE parent = OpenProcess(SYNCHRONIZE, FALSE, parentId)) {
-        WaitForSingleObject(parent, INFINITE);
-        CloseHandle(parent);
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(std::wcstoll(rest, nullptr, 10)));
-    return true;
+    SetEnvironmentVariableW(kSecondProcessVariable, nullptr);
+    return process.dwProcessId;
 }
 
 } // namespace standin::platform

@@ -147,6 +147,8 @@ const Key kKeys = {
     { "ignore-termination",
       [](Scenario &s, const std::string &v) { s.ignoreTermination = yesOrNo(v); } },
     { "hold-pipes", [](Scenario &s, const std::string &v) { s.holdPipes = seconds(v); } },
+    { "second-process",
+      [](Scenario &s, const std::string &v) { s.secondProcess = seconds(v); } },
     { "flood-stdout", [](Scenario &s, const std::string &v) { s.floodBytes = byteCount(v); } },
     { "message-box",
       [](Scenario &s, const std::string &v) { s.messageBoxes.push_back(withLineFeeds(v)); } },

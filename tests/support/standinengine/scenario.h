@@ -42,6 +42,7 @@ struct Scenario
     bool finishAtOnce = false;
     bool ignoreTermination = false;
     std::optional<std::chrono::milliseconds> holdPipes;
+    std::optional<std::chrono::milliseconds> secondProcess;
     std::uintmax_t floodBytes = 0;
 
     std::vector<std::string> messageBoxes;
