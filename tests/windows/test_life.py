@@ -1,11 +1,13 @@
 """The life of a user with the real setup engine: install, open, update, remove."""
 
+import contextlib
+import re
 import unittest
 
 from screen import PRIMARY, Watch
 from testcase import (EARLIER_ENGINE, EARLIER_SETUP_AT_WORK, EARLIER_VERSION, ENGINE,
-                      SETUP_AT_WORK, UNINSTALLER_AT_WORK, VERSION, WindowsTestCase)
-from world import wait_until
+                      SETUP_AT_WORK, SILENT, UNINSTALLER_AT_WORK, VERSION, WindowsTestCase)
+from world import dos, wait_until
 
 DESKTOP_LINK = "C:\\users\\Public\\Desktop\\Varnel Schematics.lnk"
 MENU_LINK = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\Varnel Schematics.lnk"
@@ -151,6 +153,26 @@ class Life(WindowsTestCase):
         self.assertTrue(neighbour.exists())
         self.assertEqual(wizard.close(), 0)
         self.assertEqual(world.temp_files(), [])
+
+
+class Names(WindowsTestCase):
+    def test_the_engine_reports_files_as_its_log_names_them(self):
+        """The wizard shows both, and two spellings of one name would flicker."""
+        # Too long for the label on setup's own page.
+        folder = "C:\\Apps\\" + "A name that fills the line " * 4 + "up"
+        status, log = self.world.temp / "status.ini", self.world.temp / "setup.log"
+        names = set()
+        with self.world.braked(SETUP_AT_WORK):
+            engine = self.world.start(ENGINE, *SILENT, f"/DIR={folder}",
+                                      f"/STATUSFILE={dos(status)}", f"/LOG={dos(log)}")
+            while engine.poll() is None:
+                with contextlib.suppress(FileNotFoundError, UnicodeDecodeError):
+                    names.update(re.findall(r"^file=(.+)\n", status.read_text(), re.MULTILINE))
+        self.assertEqual(engine.returncode, 0)
+        logged = re.findall("Dest filename: (.+)", log.read_text(encoding="utf-8-sig"))
+        self.assertGreater(len(names), 3)
+        self.assertLessEqual(names, set(logged))
+        self.assertTrue(any(name.startswith(f"{folder}\\parts\\part-") for name in names), names)
 
 
 if __name__ == "__main__":
