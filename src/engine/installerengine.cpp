@@ -9,7 +9,6 @@
 #include "engine/regularfile.h"
 #include "engine/statusfile.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryFile>
@@ -26,7 +25,11 @@ namespace {
 
 constexpr auto kPollInterval = 50ms;
 constexpr auto kKillTimeout = 2000ms;
-constexpr auto kRemoveInterval = 10ms;
+constexpr auto kLookInterval = 10ms;
+
+/// After its first process has ended well, a run may have so long to finish. An uninstaller needs
+/// some of it to remove its own executable. With the time for a kill it is what closing may take.
+constexpr auto kLastPartTimeout = 2500ms;
 
 /// Progress steps up to this size are not worth a repaint.
 constexpr double kSmallestStep = 0.0001;
@@ -34,12 +37,26 @@ constexpr double kSmallestStep = 0.0001;
 /// A status file holds three short lines; one that is longer is not read to its end.
 constexpr qint64 kStatusFileLimit = 64 * 1024;
 
-/// Windows removes no file that somebody holds, and of what was killed only the first process has
-/// been waited for; the one that it had started may be about to let go of its files.
+void waitForEnd(const ProcessTree &tree, const QDeadlineTimer &patience)
+{
+    while (tree.isAlive() && !patience.hasExpired())
+        QThread::msleep(kLookInterval.count());
+}
+
+/// A process object waits for its process when it goes, and may do so for half a minute.
+void discard(QProcess *process)
+{
+    if (process->state() == QProcess::NotRunning)
+        return process->deleteLater();
+    process->setParent(nullptr);
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+}
+
+/// Windows removes no file that somebody holds, be it for the moment of a look.
 void removeFile(const QString &path, const QDeadlineTimer &patience)
 {
     while (!QFile::remove(path) && isRegularFile(path) && !patience.hasExpired())
-        QThread::msleep(kRemoveInterval.count());
+        QThread::msleep(kLookInterval.count());
 }
 
 /// Makes a file at `path` of what `log` holds now, although something the engine has left behind
@@ -65,6 +82,7 @@ InstallerEngine::InstallerEngine(QObject *parent) : QObject(parent)
 {
     m_pollTimer.setInterval(kPollInterval);
     connect(&m_pollTimer, &QTimer::timeout, this, &InstallerEngine::poll);
+    connect(&m_pollTimer, &QTimer::timeout, this, &InstallerEngine::succeedWhenAlone);
 }
 
 InstallerEngine::~InstallerEngine()
@@ -106,15 +124,22 @@ void InstallerEngine::stop()
 {
     ++m_stopCount;
     m_pollTimer.stop();
-    QDeadlineTimer patience; // none, unless something has to be killed
+    QDeadlineTimer patience; // none, unless somebody may have a hold on the files
     if (QProcess *process = std::exchange(m_process, nullptr)) {
         process->disconnect(this);
         if (process->state() != QProcess::NotRunning) {
             patience.setRemainingTime(kKillTimeout);
             m_processTree->kill();
             process->waitForFinished(int(patience.remainingTime()));
+            waitForEnd(*m_processTree, patience);
+        } else {
+            // A removal that is all but done must not be left half done.
+            waitForEnd(*m_processTree, m_lastPartPatience);
+            if (m_processTree->isAlive())
+                patience.setRemainingTime(kKillTimeout);
         }
-        process->deleteLater();
+        m_processTree.reset();
+        discard(process);
     }
     for (QString *path : { &m_statusFilePath, &m_logFilePath }) {
         if (!path->isEmpty())
@@ -139,6 +164,7 @@ void InstallerEngine::launch(const QString &program, const QString &arguments)
     m_currentFile.clear();
     m_status.clear();
     m_logTail = LogTail(m_logFilePath);
+    m_lastPartPatience = {};
 
     m_process = new QProcess(this);
     // Absolute, or a bare name would be looked for in the system's own order of folders.
@@ -199,11 +225,16 @@ void InstallerEngine::onProcessError()
     if (std::exchange(m_hasEnded, true))
         return;
     m_pollTimer.stop();
+    endProcesses();
     Q_EMIT finished(false, m_process ? m_process->errorString() : tr("Setup failed to start."));
 }
 
 void InstallerEngine::onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
+    if (!m_hasEnded && exitStatus == QProcess::NormalExit && exitCode == 0) {
+        m_lastPartPatience.setRemainingTime(kLastPartTimeout);
+        return succeedWhenAlone();
+    }
     const int stopCount = m_stopCount;
     poll();
     if (stopCount != m_stopCount)
@@ -211,16 +242,35 @@ void InstallerEngine::onProcessFinished(int exitCode, QProcess::ExitStatus exitS
     m_pollTimer.stop();
     if (std::exchange(m_hasEnded, true))
         return;
-    if (exitStatus == QProcess::NormalExit && exitCode == 0) {
-        Q_EMIT progress(1.0);
-        if (stopCount == m_stopCount)
-            Q_EMIT finished(true, QString());
-        return;
-    }
+    endProcesses();
     QString message = exitCodeMessage(exitCode);
     if (const QString detail = keepAndSummarizeLog(); !detail.isEmpty())
         message += "  "_L1 + detail;
     Q_EMIT finished(false, message);
+}
+
+void InstallerEngine::succeedWhenAlone()
+{
+    // Only then has the process ended well and nobody has been told so yet.
+    if (m_hasEnded || !m_process || m_process->state() != QProcess::NotRunning)
+        return;
+    if (m_processTree->isAlive() && !m_lastPartPatience.hasExpired())
+        return; // the poll timer asks again
+    const int stopCount = m_stopCount;
+    poll();
+    if (stopCount != m_stopCount)
+        return;
+    m_pollTimer.stop();
+    m_hasEnded = true;
+    Q_EMIT progress(1.0);
+    if (stopCount == m_stopCount)
+        Q_EMIT finished(true, QString());
+}
+
+void InstallerEngine::endProcesses()
+{
+    m_processTree->kill();
+    waitForEnd(*m_processTree, QDeadlineTimer(kKillTimeout));
 }
 
 QString InstallerEngine::keepAndSummarizeLog()

@@ -2,6 +2,7 @@
 
 #include "engine/logtail.h"
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QProcess>
 #include <QStringList>
@@ -38,9 +39,10 @@ public:
     /// ends at once and a previous one stays as it is.
     void startUninstall(const QString &uninstallerPath);
 
-    /// Ends a run without a word: kills the process, waits up to two seconds for it and for its
-    /// hold on the run's temporary files, and deletes these. The kept copy of a failed run's log
-    /// stays.
+    /// Ends a run without a word: kills its processes, waits up to two seconds for them and for
+    /// their hold on the run's temporary files, and deletes these. What a process that has ended
+    /// well left to finish is not killed, but waited for, up to two and a half seconds more. The
+    /// kept copy of a failed run's log stays.
     void stop();
 
     /// Absolute path of the run's status file; empty if there is no run.
@@ -63,8 +65,10 @@ Q_SIGNALS:
     void currentFile(const QString &path);
     /// The engine program's own words on what it is doing, each time they change.
     void statusChanged(const QString &status);
-    /// Exactly once per run that nobody stops. `error` is a sentence for the user, empty on
-    /// success. After a crash the engine program's last words may still follow.
+    /// Exactly once per run that nobody stops, when nothing of the run works any more: after a
+    /// failure all of it is killed, after a success it has two and a half seconds to finish.
+    /// `error` is a sentence for the user, empty on success. After a crash the engine program's
+    /// last words may still follow.
     void finished(bool ok, const QString &error);
 
 private:
@@ -72,6 +76,9 @@ private:
     void launch(const QString &program, const QString &arguments);
     void onProcessError();
     void onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus);
+    /// Tells of the success as soon as nothing of the run works any more, or takes too long for it.
+    void succeedWhenAlone();
+    void endProcesses();
     void setCurrentFile(const QString &path);
     /// Keeps a copy of the run's log and returns what it says about the failure; empty without a
     /// log.
@@ -89,6 +96,7 @@ private:
         nullptr; ///< owned; deleted through the event loop, it may be its own sender
     std::unique_ptr<ProcessTree> m_processTree; ///< what the run's process has become
     QTimer m_pollTimer;
+    QDeadlineTimer m_lastPartPatience; ///< for what the process, which has ended well, left to do
     bool m_hasEnded = false;
     int m_stopCount = 0; ///< tells whoever emits a signal that its receiver has stopped the run
 };

@@ -5,7 +5,8 @@
 class QProcess;
 
 /// A process and what it starts in turn. A setup engine's executable may only unpack and start the
-/// program that does the work: whoever ends a run has to end both.
+/// program that does the work: whoever ends a run has to end both, and an uninstaller's last part
+/// outlives the process that was started.
 class ProcessTree
 {
 public:
@@ -16,7 +17,9 @@ public:
     /// To be called as soon as the process has been started, which may be waiting for it. Once is
     /// enough.
     void takeRoot();
-    /// Kills all of them.
+    /// Whether one of them still runs; false too where the system cannot tell.
+    [[nodiscard]] bool isAlive() const;
+    /// Kills all of them, without waiting for their end.
     void kill();
 
 private:

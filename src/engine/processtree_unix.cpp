@@ -1,17 +1,68 @@
 #include "engine/processtree.h"
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 
-// No engine here is in two parts.
-struct ProcessTree::Handles
-{};
+#include <algorithm>
+#include <csignal>
+#include <unistd.h>
 
-ProcessTree::ProcessTree(QProcess &process) : m_process(process) {}
+using namespace Qt::Literals::StringLiterals;
+
+struct ProcessTree::Handles
+{
+    pid_t group = 0; ///< number of the process group; 0 until the process has been started
+};
+
+namespace {
+
+/// Whether a process of that number works in `group`. An ended one stays in its group until its
+/// parent has asked for its exit code, which the parent of an orphan may never do.
+bool worksIn(pid_t group, const QString &process)
+{
+    QFile file(u"/proc/%1/stat"_s.arg(process));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    // "number (name) state parent group …", and the name may have any characters.
+    const QByteArray text = file.readAll();
+    const QList<QByteArray> facts = text.sliced(text.lastIndexOf(')') + 1).simplified().split(' ');
+    return facts.size() > 2 && facts[0] != "Z" && facts[0] != "X"
+        && facts[2] == QByteArray::number(group);
+}
+
+} // namespace
+
+ProcessTree::ProcessTree(QProcess &process)
+    : m_process(process), m_handles(std::make_unique<Handles>())
+{
+    // A group of its own, which what it starts belongs to as well. In a session of its own too: a
+    // group that loses its parent would else be hung up on if it is stopped just then.
+    process.setChildProcessModifier([] { ::setsid(); });
+}
+
 ProcessTree::~ProcessTree() = default;
 
-void ProcessTree::takeRoot() {}
+void ProcessTree::takeRoot()
+{
+    m_handles->group = pid_t(m_process.processId());
+}
+
+bool ProcessTree::isAlive() const
+{
+    const pid_t group = m_handles->group;
+    if (group <= 0 || ::kill(-group, 0) != 0)
+        return false;
+    const QStringList processes = QDir(u"/proc"_s).entryList({ u"[1-9]*"_s }, QDir::Dirs);
+    return std::any_of(processes.begin(), processes.end(),
+                       [group](const QString &process) { return worksIn(group, process); });
+}
 
 void ProcessTree::kill()
 {
+    // As long as it has no group of its own yet, it has not started anybody either.
     m_process.kill();
+    // Only if there is somebody: the number may belong to others by now.
+    if (isAlive())
+        ::kill(-m_handles->group, SIGKILL);
 }

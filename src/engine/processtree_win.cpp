@@ -25,8 +25,7 @@ ProcessTree::ProcessTree(QProcess &process)
 
 ProcessTree::~ProcessTree()
 {
-    // The job has no limits, so whoever still runs goes on. An uninstaller's last part has to: it
-    // outlives the one that was started.
+    // The job has no limits, so whoever still runs goes on.
     if (m_handles->job)
         CloseHandle(m_handles->job);
 }
@@ -41,6 +40,15 @@ void ProcessTree::takeRoot()
     if (m_handles->job)
         AssignProcessToJobObject(m_handles->job, process->hProcess);
     ResumeThread(process->hThread);
+}
+
+bool ProcessTree::isAlive() const
+{
+    JOBOBJECT_BASIC_ACCOUNTING_INFORMATION facts = {};
+    return m_handles->job
+        && QueryInformationJobObject(m_handles->job, JobObjectBasicAccountingInformation, &facts,
+                                     sizeof facts, nullptr)
+        && facts.ActiveProcesses > 0;
 }
 
 void ProcessTree::kill()

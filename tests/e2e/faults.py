@@ -58,6 +58,17 @@ class FaultTestCase(WizardTestCase):
         (engine,) = wait_until(find, "the engine's process")
         return int(engine)
 
+    def second_process(self):
+        """The number of the process that a `second-process` of the scenario is."""
+        return next(int(run[1]) for run in self.sandbox.engine_runs() if run[0] == "second process")
+
+    def is_running(self, number):
+        try:
+            state = Path("/proc", str(number), "stat").read_text().rsplit(")", 1)[1].split()[0]
+        except FileNotFoundError:
+            return False
+        return state not in "ZX"  # ended, but nobody has asked how
+
     def end_process(self, number):
         try:
             os.kill(number, signal.SIGKILL)

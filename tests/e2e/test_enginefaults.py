@@ -89,6 +89,34 @@ class Engine(FaultTestCase):
                 self.assertEqual(self.sandbox.temp_files(), [])
                 self.assertEqual(self.version(), "1.6.8")
 
+    def test_second_process_ends_with_a_failure(self):
+        """What does the work may not go on when the user has been told that it is over."""
+        for stage in ("start", "half"):
+            with self.subTest(stage=stage):
+                self.sandbox.scenario("second-process = 60", f"pause = {stage}")
+                wizard = self.start_update()
+                engine = self.engine_of(wizard)
+                self.addCleanup(self.end_process, engine)
+                wait_until(lambda: len(self.sandbox.engine_runs()) > 1, "the engine's beginning")
+                os.kill(engine, signal.SIGKILL)
+                wizard.wait_text("Process crashed")
+                self.assertFalse(self.is_running(self.second_process()))
+                self.end(wizard, "Close")
+                self.assertEqual(self.sandbox.temp_files(), [])
+                (self.sandbox.root / "engine-runs.txt").unlink()
+
+    def test_second_process_of_a_removal_finishes_when_the_window_closes(self):
+        uninstaller = self.uninstaller()
+        self.sandbox.scenario("second-process = 1.5")
+        wizard = self.start("--uninstall")
+        wizard.click("Uninstall")
+        wait_until(lambda: not uninstaller.exists(), "the end of the first process")
+        wizard.click("Close")
+        self.assertEqual(wizard.wait_end(), 0)
+        self.assertFalse(self.is_running(self.second_process()))
+        self.assertEqual(self.sandbox.engine_runs()[-1], ["second process is done"])
+        self.assertEqual(self.sandbox.temp_files(), [])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <chrono>
+
 /// The most memory that this process has held so far, in bytes; -1 where that says nothing about
 /// what it needs, because freed memory is kept on purpose.
 [[nodiscard]] qint64 peakMemory();
@@ -13,6 +15,12 @@
 /// Whether there is a process with this number, an ended one included that nobody has waited for on
 /// systems where somebody has to.
 [[nodiscard]] bool processExists(qint64 processId);
+
+/// Whether that process still runs: not if it has ended, although nobody has waited for it.
+[[nodiscard]] bool isRunning(qint64 processId);
+
+/// Ends a process of the test's own, at once.
+void endProcess(qint64 processId);
 
 /// Makes a FIFO; false if it cannot be made or if the system has none.
 [[nodiscard]] bool makeFifo(const QString &path);
@@ -30,6 +38,18 @@ public:
 
 private:
     [[maybe_unused]] quint64 m_limitBefore = 0;
+};
+
+/// As long as it lives, whom this process kills goes on for a while.
+class LateKill
+{
+public:
+    explicit LateKill(std::chrono::milliseconds delay);
+    ~LateKill();
+    Q_DISABLE_COPY_MOVE(LateKill)
+
+    /// False where a kill cannot be put off.
+    [[nodiscard]] static bool isPossible();
 };
 
 /// As long as it lives, nobody can remove a file.

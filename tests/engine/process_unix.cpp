@@ -3,14 +3,26 @@
 #include <QByteArray>
 #include <QFile>
 
+#include <atomic>
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+/// How late kills are, in milliseconds, and a number that tells an earlier delay from a later one.
+struct Lateness
+{
+    int delay = 0;
+    int number = 0;
+};
+
+std::atomic<Lateness> lateKill;
 
 /// The number behind `key` in a text of the system's, such as "VmHWM:   1234 kB"; -1 without one.
 qint64 numberIn(const QString &path, const QByteArray &key)
@@ -47,6 +59,21 @@ bool processExists(qint64 processId)
     return ::kill(pid_t(processId), 0) == 0;
 }
 
+bool isRunning(qint64 processId)
+{
+    QFile file(u"/proc/%1/stat"_s.arg(processId));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray text = file.readAll();
+    const char state = text.sliced(text.lastIndexOf(')') + 1).trimmed().front();
+    return state != 'Z' && state != 'X';
+}
+
+void endProcess(qint64 processId)
+{
+    ::syscall(SYS_kill, pid_t(processId), SIGKILL);
+}
+
 bool makeFifo(const QString &path)
 {
     return ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
@@ -75,6 +102,36 @@ NoMoreFiles::~NoMoreFiles()
     ::getrlimit(RLIMIT_NOFILE, &limit);
     limit.rlim_cur = rlim_t(m_limitBefore);
     ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+// The program and its libraries get this one instead of the system's.
+extern "C" int kill(pid_t process, int signal) noexcept
+{
+    const auto send = [=] { return int(::syscall(SYS_kill, process, signal)); };
+    const Lateness lateness = lateKill;
+    if (lateness.delay == 0 || signal != SIGKILL)
+        return send();
+    std::thread([=] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(lateness.delay));
+        if (lateKill.load().number == lateness.number)
+            send();
+    }).detach();
+    return 0;
+}
+
+bool LateKill::isPossible()
+{
+    return true;
+}
+
+LateKill::LateKill(std::chrono::milliseconds delay)
+{
+    lateKill = { int(delay.count()), lateKill.load().number + 1 };
+}
+
+LateKill::~LateKill()
+{
+    lateKill = { 0, lateKill.load().number + 1 };
 }
 
 bool HeldFile::isPossible()

@@ -30,6 +30,18 @@ bool processExists(qint64 processId)
     return isRunning;
 }
 
+bool isRunning(qint64 processId)
+{
+    return processExists(processId);
+}
+
+void endProcess(qint64 processId)
+{
+    const HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, DWORD(processId));
+    TerminateProcess(process, 1);
+    CloseHandle(process);
+}
+
 bool makeFifo(const QString &)
 {
     return false; // pipes have names here, but those are no names of files
@@ -42,6 +54,14 @@ bool NoMoreFiles::isPossible()
 
 NoMoreFiles::NoMoreFiles() = default;
 NoMoreFiles::~NoMoreFiles() = default;
+
+bool LateKill::isPossible()
+{
+    return false;
+}
+
+LateKill::LateKill(std::chrono::milliseconds) {}
+LateKill::~LateKill() = default;
 
 bool HeldFile::isPossible()
 {

@@ -95,6 +95,30 @@ class Failures(FailureTestCase):
         self.assert_failure(wizard, "Setup could not start", "varnel_setup_last.log")
         self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
 
+    def test_what_works_ends_with_what_started_it(self):
+        wizard = self.update(location="C:\\Apps")
+        with self.world.braked(SETUP_AT_WORK):
+            Watch(wizard).until(lambda: self.world.processes(SETUP_AT_WORK)
+                                and self.world.path("C:\\Apps\\parts").exists())
+            code, _ = self.world.run(HELPERS / "endprogram.exe", f"{ENGINE_FILE.stem}.exe")
+            self.assertEqual(code, 0)
+            wizard.wait_page("Setup could not finish", patience=120)
+            self.assertEqual(self.world.processes(SETUP_AT_WORK), [])
+        self.assert_failure(wizard, "Setup could not start", "varnel_setup_last.log")
+        self.assertEqual(self.world.temp_files(), ["varnel_setup_last.log"])
+        self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
+
+    def test_removal_finishes_when_the_window_closes(self):
+        self.install(ENGINE, "C:\\Apps")
+        wizard = self.wizard("--uninstall", title="Varnel Schematics uninstall")
+        wizard.wait_page("Administrator rights required")
+        wizard.click_at(PRIMARY)
+        wait_until(lambda: self.world.processes("unins000.exe"), "the uninstaller")
+        wait_until(lambda: not self.world.processes("unins000.exe"), "the end of its first process")
+        self.assertEqual(wizard.close(), 0)
+        wait_until(lambda: not self.world.path("C:\\Apps").exists(), "the end of the removal")
+        self.assertEqual(self.world.temp_files(), [])
+
     def test_closing_ends_all_of_the_engine(self):
         wizard = self.update(location="C:\\Apps")
         with self.world.braked(SETUP_AT_WORK):
