@@ -1,8 +1,8 @@
 #include "pages/destinationpage.h"
 
 #include "engine/installpath.h"
+#include "pages/fittedlabel.h"
 #include "pages/pagelabels.h"
-#include "pages/pathlabel.h"
 #include "system/dialogsettings.h"
 #include "system/installation.h"
 #include "system/probes.h"
@@ -39,8 +39,10 @@ DestinationPage::DestinationPage(QWidget *parent) : QWidget(parent)
     layout->addWidget(caption);
     layout->addSpacing(8);
 
-    m_pathLabel = new PathLabel(this);
-    // Or the markup of its tool tip would be read out.
+    m_pathLabel = new FittedLabel(shortenMiddle, this);
+    m_pathLabel->setFont(monospacedFont(11));
+    // However long the path is, what stands beside it stays where it is.
+    m_pathLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     m_pathLabel->setAccessibleDescription(caption->text());
     m_pathLabel->setFixedHeight(kPathHeight);
     setThemedStyleSheet(m_pathLabel,
@@ -72,7 +74,7 @@ DestinationPage::DestinationPage(QWidget *parent) : QWidget(parent)
 void DestinationPage::setPath(const QString &path)
 {
     m_path = QDir::toNativeSeparators(path);
-    m_pathLabel->setPath(m_path);
+    m_pathLabel->setText(m_path);
     // An update is told its folder while its first page comes in, which need not wait for a disk
     // that sleeps or lies in the network: the figure is asked for when the page is shown.
     if (isVisible())

@@ -2,7 +2,6 @@
 
 #include <QWidget>
 
-class PathLabel;
 class QLabel;
 
 /// Shows and changes the folder to install into. Judges nothing: the caption only tells how much
@@ -26,6 +25,6 @@ private:
     void refreshDiskSpace();
 
     QString m_path;
-    PathLabel *m_pathLabel;
+    QLabel *m_pathLabel;
     QLabel *m_diskSpace;
 };

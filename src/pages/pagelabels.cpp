@@ -1,16 +1,21 @@
 #include "pages/pagelabels.h"
 
+#include "pages/fittedlabel.h"
 #include "theme/themed.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+/// Of a body that is longer, the middle is left out; what else is on the page keeps its room. In
+/// px.
+constexpr int kHighestBody = 180;
+
 QLabel *themedLabel(const QString &text, const QFont &font, const QString &styleSheet,
                     QWidget *page)
 {
-    auto *label = new QLabel(text, page);
-    label->setTextFormat(Qt::PlainText);
+    auto *label = new FittedLabel(shortenFinding, page);
+    label->setText(text);
     label->setFont(font);
     setThemedStyleSheet(label, styleSheet);
     return label;
@@ -60,6 +65,7 @@ QLabel *pageBodyLabel(const QString &text, QWidget *page)
     font.setPixelSize(12);
     QLabel *label = themedLabel(text, font, u"color:@INS_TX2;"_s, page);
     label->setWordWrap(true);
+    label->setMaximumHeight(kHighestBody);
     return label;
 }
 
@@ -83,6 +89,11 @@ QString literalHtml(const QString &text)
 {
     // Of a run of blanks, markup shows one.
     return text.toHtmlEscaped().replace("  "_L1, u" \u00a0"_s);
+}
+
+QString textToolTip(const QString &text)
+{
+    return u"<p>%1</p>"_s.arg(literalHtml(withPathBreaks(text)));
 }
 
 QFont monospacedFont(int pixelSize)

@@ -28,6 +28,10 @@ QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *pag
 /// Outside text as it is to stand in rich text: literally, runs of blanks included.
 [[nodiscard]] QString literalHtml(const QString &text);
 
+/// A tool tip that shows `text` literally. It breaks its lines at the separators of paths too, as
+/// what it does not break runs off the screen.
+[[nodiscard]] QString textToolTip(const QString &text);
+
 /// The monospaced face for paths, versions and figures.
 [[nodiscard]] QFont monospacedFont(int pixelSize);
 /// The display face of headlines.

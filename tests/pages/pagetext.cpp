@@ -1,10 +1,33 @@
 #include "pages/pagetext.h"
 
+#include "support/drawing.h"
 #include "theme/thememanager.h"
 
+#include <QApplication>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QTextDocument>
+#include <QToolTip>
+
+namespace {
+
+/// Without the invisible characters at which lines break.
+QString visible(QString text)
+{
+    return text.remove(u'\u200b').remove(u'\ufeff').replace(u'\u00a0', u' ');
+}
+
+/// At once; the tool tips' own way takes its time.
+void hideToolTip()
+{
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->windowType() == Qt::ToolTip)
+            window->hide();
+    }
+}
+
+} // namespace
 
 QString longWord()
 {
@@ -38,6 +61,33 @@ QString shownText(const QLabel *label)
     QTextDocument document;
     document.setHtml(label->text());
     return document.toPlainText();
+}
+
+QString toolTipOf(QWidget &widget)
+{
+    hideToolTip();
+    const QPoint place = widget.rect().center();
+    QHelpEvent event(QEvent::ToolTip, place, widget.mapToGlobal(place));
+    QApplication::sendEvent(&widget, &event);
+    if (!QToolTip::isVisible())
+        return {};
+    QTextDocument tip;
+    tip.setHtml(QToolTip::text());
+    hideToolTip();
+    return visible(tip.toPlainText());
+}
+
+QStringList shownLines(QWidget &widget)
+{
+    QStringList lines;
+    double baseline = -1.0;
+    for (const DrawnText &run : draw(widget, 1.0).texts) {
+        if (lines.isEmpty() || run.baseline.y() != baseline)
+            lines.append(QString());
+        baseline = run.baseline.y();
+        lines.last() += visible(run.text);
+    }
+    return lines;
 }
 
 bool fitsWindow(QWidget *page)

@@ -24,5 +24,11 @@ inline const QString kLiteral = QStringLiteral("a&b <i>%2 %1</i>");
 /// What somebody sees of a rich text: its characters.
 [[nodiscard]] QString shownText(const QLabel *label);
 
+/// The text of the tool tip that comes when the pointer rests on `widget`; empty if none does.
+[[nodiscard]] QString toolTipOf(QWidget &widget);
+
+/// What is to be read of `widget`, line by line.
+[[nodiscard]] QStringList shownLines(QWidget &widget);
+
 /// True if `page`, in the room that the window has for it, keeps every widget inside its margins.
 [[nodiscard]] bool fitsWindow(QWidget *page);

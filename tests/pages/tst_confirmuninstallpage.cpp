@@ -115,6 +115,15 @@ void TestConfirmUninstallPage::fits()
     ConfirmUninstallPage page;
     page.setVersion(longWord());
     QVERIFY(fitsWindow(&page));
+    auto *body = page.findChildren<QLabel *>().at(1);
+    QStringList lines = shownLines(*body);
+    QCOMPARE(lines.takeFirst().trimmed(), u"This will remove Varnel Schematics"_s);
+    QCOMPARE(lines.join(QString()), longWord() + u" from your computer."_s);
+    // Nobody has such a version, but the question stays in sight even then.
+    page.setVersion(longWord().repeated(50));
+    QVERIFY(fitsWindow(&page));
+    QVERIFY(shownLines(*body).last().endsWith(u" from your computer."_s));
+    QVERIFY(toolTipOf(*body).contains(longWord().repeated(50)));
 }
 
 QTEST_MAIN(TestConfirmUninstallPage)

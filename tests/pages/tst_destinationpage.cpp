@@ -7,6 +7,7 @@
 #include "support/sandbox.h"
 #include "theme/thememanager.h"
 
+#include <QAccessible>
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
@@ -68,6 +69,7 @@ private Q_SLOTS:
     void chosenFolderIsTakenLiterally_data();
     void chosenFolderIsTakenLiterally();
     void bareRootGetsTheProductsFolder();
+    void longVolumeKeepsTheFigure();
     void longPathMovesNothing();
     void fits();
 
@@ -300,6 +302,23 @@ void TestDestinationPage::bareRootGetsTheProductsFolder()
     page.show();
     choose(page, QDir::rootPath());
     QCOMPARE(page.path(), QDir::toNativeSeparators(QDir::rootPath() + u"Varnel Schematics"));
+}
+
+void TestDestinationPage::longVolumeKeepsTheFigure()
+{
+    const QString figure = u"220 MB required · 95.3 GB free on "_s;
+    const QString text = figure + u"\\\\"_s + longWord() + u"\\share";
+    DestinationPage page;
+    QLabel *space = diskSpaceLabel(page);
+    QVERIFY(fitsWindow(&page));
+    space->setText(text);
+    const QStringList lines = shownLines(*space);
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines[0].startsWith(figure + u"\\\\mmm"), qPrintable(lines[0]));
+    QVERIFY2(lines[0].endsWith(u"\\share"), qPrintable(lines[0]));
+    QCOMPARE(lines[0].count(u'…'), 1);
+    QCOMPARE(toolTipOf(*space), text);
+    QCOMPARE(QAccessible::queryAccessibleInterface(space)->text(QAccessible::Name), text);
 }
 
 void TestDestinationPage::longPathMovesNothing()

@@ -3,11 +3,14 @@
 #include "pages/layoutoutline.h"
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
+#include "support/drawing.h"
 #include "theme/thememanager.h"
 #include "widgets/sealcheck.h"
 
 #include <QLabel>
 #include <QTest>
+
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,6 +26,8 @@ private Q_SLOTS:
     void result_data();
     void result();
     void resultIsReplaced();
+    void longFolderIsShownWhole_data();
+    void longFolderIsShownWhole();
     void fits();
 };
 
@@ -91,6 +96,35 @@ void TestFinishedPage::resultIsReplaced()
     page.setResult(u"/one"_s, true);
     page.setResult(u"/two"_s, false);
     QCOMPARE(page.findChildren<QLabel *>().last()->text(), u"Installed to /two."_s);
+}
+
+void TestFinishedPage::longFolderIsShownWhole_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("one word") << longWord();
+    QTest::newRow("folders") << u"C:\\"_s + u"firstname.lastname\\"_s.repeated(12)
+            + u"Varnel-x64"_s;
+    QTest::newRow("blanks") << u"C:\\"_s + u"one  two\\"_s.repeated(20) + u"Varnel-x64"_s;
+}
+
+void TestFinishedPage::longFolderIsShownWhole()
+{
+    QFETCH(QString, path);
+    FinishedPage page;
+    page.setResult(path, true);
+    QVERIFY(fitsWindow(&page));
+    auto *body = page.findChildren<QLabel *>().last();
+    QStringList lines = shownLines(*body);
+    QVERIFY(lines.size() > 3);
+    QCOMPARE(lines.takeLast(), u"A shortcut is on your desktop."_s);
+    QCOMPARE(lines.join(QString()).remove(u' '),
+             QString(u"Installed to "_s + path + u'.').remove(u' '));
+    QCOMPARE(toolTipOf(*body), QString());
+    // Right below the title, as a short text is.
+    const double firstLine = draw(*body, 1.0).texts.first().baseline.y();
+    page.setResult(u"/opt"_s, true);
+    QVERIFY(fitsWindow(&page));
+    QVERIFY(std::abs(draw(*body, 1.0).texts.first().baseline.y() - firstLine) < 1.5);
 }
 
 void TestFinishedPage::fits()

@@ -78,6 +78,10 @@ void TestUpdateFinishedPage::fits()
     UpdateFinishedPage page;
     page.setVersion(longWord());
     QVERIFY(fitsWindow(&page));
+    QStringList lines = shownLines(*page.findChildren<QLabel *>().last());
+    QCOMPARE(lines.takeLast(), u"Your settings were preserved."_s);
+    QCOMPARE(lines.takeFirst().trimmed(), u"Now running version"_s);
+    QCOMPARE(lines.join(QString()), longWord() + u'.');
 }
 
 QTEST_MAIN(TestUpdateFinishedPage)
