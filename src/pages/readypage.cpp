@@ -19,9 +19,10 @@ ReadyPage::ReadyPage(QWidget *parent) : QWidget(parent)
 
 void ReadyPage::setSummary(const QString &path, bool desktopShortcut)
 {
-    m_summary->setSummary(
+    m_summary->setRichText(
         tr("<span style=\"color:%1;font-weight:600;\">Destination location:</span><br>%2<br><br>"
            "<span style=\"color:%1;font-weight:600;\">Additional tasks:</span><br>%3")
-            .arg(themed(u"@INS_TX"_s), literalHtml(path),
-                 desktopShortcut ? tr("Create a desktop shortcut") : tr("(none)")));
+            .arg(themed(u"@INS_TX"_s), u"%1"_s,
+                 desktopShortcut ? tr("Create a desktop shortcut") : tr("(none)")),
+        path);
 }

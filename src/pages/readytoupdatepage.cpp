@@ -32,8 +32,9 @@ void ReadyToUpdatePage::setDetails(const QString &version, const QString &folder
 void ReadyToUpdatePage::rebuild()
 {
     m_body->setText(tr("Setup will update %1 to version %2.").arg(Product::kName, m_version));
-    m_summary->setSummary(
+    m_summary->setRichText(
         tr("<span style=\"color:%1;font-weight:600;\">Destination location:</span><br>%2<br><br>"
            "Your preferences and license will be kept.")
-            .arg(themed(u"@INS_TX"_s), literalHtml(m_folder)));
+            .arg(themed(u"@INS_TX"_s), u"%1"_s),
+        m_folder);
 }

@@ -54,10 +54,9 @@ private Q_SLOTS:
     void followsTheTheme();
     void nothingFallsOut_data();
     void nothingFallsOut();
-    void wordWiderThanTheBox();
+    void folderIsNeverMistaken();
     void longLineWidensNothing();
-    void markupIsNotReadOut();
-    void fitsAgainWhenWidened();
+    void isReadOutWhole();
 };
 
 void TestSummaryBox::init()
@@ -91,44 +90,65 @@ void TestSummaryBox::followsTheTheme()
 
 void TestSummaryBox::nothingFallsOut_data()
 {
-    QTest::addColumn<int>("words");
-    QTest::addColumn<bool>("wrapped");
-    QTest::newRow("one line") << 3 << true;
-    QTest::newRow("two lines") << 10 << true;
-    QTest::newRow("three lines") << 18 << false;
-    QTest::newRow("ten lines") << 70 << false;
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<int>("lines"); // of the path
+    QTest::addColumn<bool>("whole");
+    QTest::newRow("one line") << uR"(C:\Program Files\Varnel)"_s << 1 << true;
+    QTest::newRow("two lines") << uR"(C:\folder\)"_s.repeated(9) + u"last"_s << 2 << true;
+    QTest::newRow("three lines") << uR"(C:\folder\)"_s.repeated(14) + u"last"_s << 2 << false;
+    QTest::newRow("ten lines") << uR"(C:\folder\)"_s.repeated(50) + u"last"_s << 2 << false;
+    QTest::newRow("word of two lines") << QString(100, u'm') << 2 << true;
+    QTest::newRow("word of four lines") << longWord() << 2 << false;
+    QTest::newRow("blanks") << u"one  two   "_s.repeated(5) << 1 << true;
 }
 
 void TestSummaryBox::nothingFallsOut()
 {
-    QFETCH(int, words);
-    QFETCH(bool, wrapped);
+    QFETCH(QString, path);
+    QFETCH(int, lines);
+    QFETCH(bool, whole);
     SummaryBox box;
     box.resize(kWidth, box.height());
-    const QString text = summaryOf(u"folder "_s.repeated(words));
-    box.setSummary(text);
+    box.setRichText(summaryOf(u"%1"_s), path);
     box.show();
-    QCOMPARE(box.text(), text);
-    QCOMPARE(box.wordWrap(), wrapped);
-    QCOMPARE(box.toolTip(), wrapped ? QString() : text);
+
+    QStringList shown = shownLines(box);
+    QCOMPARE(shown.takeFirst(), u"Destination location:"_s);
+    QCOMPARE(shown.takeLast(), u"(none)"_s);
+    QCOMPARE(shown.takeLast(), u"Additional tasks:"_s);
+    QCOMPARE(shown.size(), lines);
+    QCOMPARE(shown.join(QString()) == path, whole);
+    QCOMPARE(shown.join(QString()).count(u'…'), whole ? 0 : 1);
+    QCOMPARE(shown.first().left(3), path.left(3));
+    QCOMPARE(shown.last().right(4), path.right(4));
+    QCOMPARE(toolTipOf(box), whole ? QString() : path);
 
     // However the path goes, the last line is there, and not cut.
     SummaryBox alone;
     alone.resize(kWidth, alone.height());
-    alone.setSummary(u"(none)"_s);
+    alone.setText(u"(none)"_s);
     QCOMPARE(lastLine(box), lastLine(alone));
 }
 
-// It would be cut without a sign, and its line is no longer than any other.
-void TestSummaryBox::wordWiderThanTheBox()
+// Its end, cut at the edge, would name another folder that might be there.
+void TestSummaryBox::folderIsNeverMistaken()
 {
+    const QString path =
+        uR"(C:\Users\firstname.lastname\AppData\Local\Programs\Engineering\VarnelSchematics-x64)"_s;
     SummaryBox box;
     box.resize(kWidth, box.height());
-    const QString text = summaryOf(longWord());
-    box.setSummary(text);
+    box.setRichText(summaryOf(u"%1"_s), path);
     box.show();
-    QVERIFY(!box.wordWrap());
-    QCOMPARE(box.toolTip(), text);
+    const QStringList lines = shownLines(box);
+    QCOMPARE(lines[1] + lines[2], path);
+    QVERIFY2(lines[1].endsWith(u'\\'), qPrintable(lines[1]));
+    for (double ratio : { 1.0, 2.0 }) {
+        // Both lines end before the frame does.
+        const QImage picture = grabWidget(box, ratio);
+        const QColor ground = colourAt(picture, { 4.0, 60.0 });
+        const QRect edge(QPoint(kWidth - 13, 20) * ratio, QSize(11, 90) * ratio);
+        QCOMPARE(pixelsUnlike(picture.copy(edge), ground), 0);
+    }
 }
 
 void TestSummaryBox::longLineWidensNothing()
@@ -138,32 +158,22 @@ void TestSummaryBox::longLineWidensNothing()
     auto *box = new SummaryBox(&page);
     layout->addWidget(box);
     const int before = page.minimumSizeHint().width();
-    box->setSummary(summaryOf(u"folder "_s.repeated(70)));
-    QCOMPARE(page.minimumSizeHint().width(), before);
+    box->setRichText(summaryOf(u"%1"_s), longWord());
+    QVERIFY(page.minimumSizeHint().width() < kWidth);
+    QVERIFY(before < kWidth);
 }
 
-void TestSummaryBox::markupIsNotReadOut()
+void TestSummaryBox::isReadOutWhole()
 {
     SummaryBox box;
     box.resize(kWidth, box.height());
-    box.setSummary(summaryOf(u"folder "_s.repeated(70)));
+    box.setRichText(summaryOf(u"%1"_s), longWord());
     box.show();
+    QVERIFY(!toolTipOf(box).isEmpty());
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(&box);
-    QVERIFY(!box.toolTip().isEmpty());
+    QCOMPARE(interface->text(QAccessible::Name),
+             u"Destination location:\n"_s + longWord() + u"\n\nAdditional tasks:\n(none)");
     QCOMPARE(interface->text(QAccessible::Description), u"Summary"_s);
-}
-
-void TestSummaryBox::fitsAgainWhenWidened()
-{
-    SummaryBox box;
-    box.resize(kWidth, box.height());
-    box.setSummary(summaryOf(u"folder "_s.repeated(18)));
-    box.show();
-    QVERIFY(!box.wordWrap());
-    box.resize(2 * kWidth, box.height());
-    QVERIFY(box.wordWrap());
-    box.setSummary(summaryOf(u"folder "_s.repeated(70)));
-    QVERIFY(!box.wordWrap());
 }
 
 QTEST_MAIN(TestSummaryBox)
