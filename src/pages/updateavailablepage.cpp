@@ -1,5 +1,6 @@
 #include "pages/updateavailablepage.h"
 
+#include "pages/fittedlabel.h"
 #include "pages/pagelabels.h"
 #include "theme/themed.h"
 
@@ -13,27 +14,27 @@ constexpr int kChipHeight = 30;
 constexpr char kPrefixProperty[] = "chipPrefix";
 constexpr char kVersionProperty[] = "chipVersion";
 
-void restyleChip(QLabel *chip)
+void restyleChip(FittedLabel *chip)
 {
-    const QString version = chip->property(kVersionProperty).toString();
-    chip->setText(u"%1 <span style=\"color:%2;font-weight:600;\">%3</span>"_s.arg(
-        chip->property(kPrefixProperty).toString(), themed(u"@INS_TX"_s), literalHtml(version)));
+    chip->setRichText(
+        u"%1 <span style=\"color:%2;font-weight:600;\">%3</span>"_s.arg(
+            chip->property(kPrefixProperty).toString(), themed(u"@INS_TX"_s), u"%1"_s),
+        chip->property(kVersionProperty).toString());
     chip->setStyleSheet(
         themed(u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
                "padding:0 12px;color:@INS_TX2;"_s));
 }
 
-void setChipVersion(QLabel *chip, const QString &version)
+void setChipVersion(FittedLabel *chip, const QString &version)
 {
     chip->setProperty(kVersionProperty, version);
     restyleChip(chip);
 }
 
 /// A framed label with a caption and a version.
-QLabel *versionChip(const QString &prefix, QWidget *page)
+FittedLabel *versionChip(const QString &prefix, QWidget *page)
 {
-    auto *chip = new QLabel(page);
-    chip->setTextFormat(Qt::RichText);
+    auto *chip = new FittedLabel(shortenMiddle, page);
     chip->setFixedHeight(kChipHeight);
     chip->setFont(monospacedFont(11));
     chip->setProperty(kPrefixProperty, prefix);

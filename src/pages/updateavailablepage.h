@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class QLabel;
+class FittedLabel;
 
 /// Offers the version that this wizard carries, beside the installed one.
 class UpdateAvailablePage : public QWidget
@@ -16,6 +16,6 @@ public:
     void setVersions(const QString &installed, const QString &available);
 
 private:
-    QLabel *m_installed;
-    QLabel *m_available;
+    FittedLabel *m_installed;
+    FittedLabel *m_available;
 };

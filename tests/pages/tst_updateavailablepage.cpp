@@ -3,8 +3,10 @@
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
 #include "pages/updateavailablepage.h"
+#include "support/drawing.h"
 #include "theme/thememanager.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QTest>
 
@@ -44,6 +46,7 @@ private Q_SLOTS:
     void followsTheTheme();
     void fits_data();
     void fits();
+    void longVersionLosesItsMiddle();
 };
 
 void TestUpdateAvailablePage::init()
@@ -162,6 +165,32 @@ void TestUpdateAvailablePage::fits()
     QVERIFY(fitsWindow(&page));
     const QLabel *available = chipOf(page, u"Available"_s);
     QVERIFY(available->width() >= available->sizeHint().width());
+}
+
+void TestUpdateAvailablePage::longVersionLosesItsMiddle()
+{
+    UpdateAvailablePage page;
+    const QString version = u"1.6.8-beta.20260130+"_s.repeated(8) + u"x64"_s;
+    page.setVersions(version, u"1.6.9"_s);
+    QVERIFY(fitsWindow(&page));
+    QLabel *installed = chipOf(page, u"Installed"_s);
+    const QStringList lines = shownLines(*installed);
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines[0].startsWith(u"Installed 1.6.8-"), qPrintable(lines[0]));
+    QVERIFY2(lines[0].endsWith(u"+x64"), qPrintable(lines[0]));
+    QCOMPARE(lines[0].count(u'…'), 1);
+    QCOMPARE(toolTipOf(*installed), version);
+    QCOMPARE(QAccessible::queryAccessibleInterface(installed)->text(QAccessible::Name),
+             u"Installed "_s + version);
+    QCOMPARE(QAccessible::queryAccessibleInterface(installed)->text(QAccessible::Description),
+             QString());
+
+    // The two chips are read as one line.
+    QLabel *available = chipOf(page, u"Available"_s);
+    QCOMPARE(shownLines(*available), QStringList(u"Available 1.6.9"_s));
+    QCOMPARE(toolTipOf(*available), QString());
+    const auto baseline = [](QLabel *chip) { return draw(*chip, 1.0).texts.first().baseline.y(); };
+    QCOMPARE(baseline(installed), baseline(available));
 }
 
 QTEST_MAIN(TestUpdateAvailablePage)
