@@ -18,9 +18,15 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
+    bool event(QEvent *event) override;
     void paintRow(QPainter &painter) override;
 
 private:
+    [[nodiscard]] QFont labelFont() const;
+    [[nodiscard]] QRect labelRect() const;
+    [[nodiscard]] QRect valueRect() const;
+    /// The value, shortened to the room it has.
+    [[nodiscard]] QString shownValue() const;
     void paintBadge(QPainter &painter, const QRectF &badge) const;
 
     CheckResult m_result;

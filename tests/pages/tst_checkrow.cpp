@@ -1,10 +1,13 @@
 #include "app/applicationfonts.h"
 #include "pages/checkrow.h"
 #include "pages/manualclock.h"
+#include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
+#include "support/drawing.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 
+#include <QAccessible>
 #include <QEasingCurve>
 #include <QTest>
 
@@ -95,6 +98,9 @@ private Q_SLOTS:
     void slidesUpWhileItFadesIn();
     void revealTakes300Milliseconds();
     void longValueKeepsItsVerdict();
+    void figureStaysWhenTheVolumeIsLong_data();
+    void figureStaysWhenTheVolumeIsLong();
+    void shortenedValueHasAToolTip();
     void newResultShowsAtOnce();
     void isReadAloud();
 };
@@ -308,6 +314,49 @@ void TestCheckRow::longValueKeepsItsVerdict()
     };
     QCOMPARE(rightEnd(u"Windows 10 Enterprise for Workstations · 1803 · 64-bit"_s + verdict),
              rightEnd(u"Windows 10 · 1803"_s + verdict));
+}
+
+void TestCheckRow::figureStaysWhenTheVolumeIsLong_data()
+{
+    QTest::addColumn<QString>("figure");
+    QTest::addColumn<bool>("ok");
+    QTest::newRow("enough") << u"220 MB required · 95.3 GB free on "_s << true;
+    QTest::newRow("too little") << u"220 MB required · only 95.3 MB free on "_s << false;
+}
+
+void TestCheckRow::figureStaysWhenTheVolumeIsLong()
+{
+    QFETCH(QString, figure);
+    QFETCH(bool, ok);
+    CheckRow row({ u"Disk space"_s, figure + uR"(\\fileserver\departments\engineering)"_s, ok },
+                 nullptr);
+    showAtRest(row);
+    const QString first = shownLines(row).last();
+    QVERIFY2(first.contains(figure + uR"(\\)"), qPrintable(first));
+    QVERIFY2(first.endsWith(u"ing"_s), qPrintable(first));
+    QCOMPARE(first.count(u'…'), 1);
+    const QPointF place = draw(row, 1.0).texts.last().baseline;
+
+    // However much longer the volume is, the figure stands where it stood.
+    row.setResult({ u"Disk space"_s, figure + u"\\\\"_s + longWord(), ok });
+    QVERIFY(shownLines(row).last().contains(figure));
+    QCOMPARE(draw(row, 1.0).texts.last().baseline, place);
+}
+
+void TestCheckRow::shortenedValueHasAToolTip()
+{
+    const QString value = u"220 MB required · 95.3 GB free on \\\\a  & <b>\\"_s + longWord();
+    CheckRow row({ u"Disk space"_s, value, true }, nullptr);
+    row.resize(kWidth, row.height());
+    QCOMPARE(toolTipOf(row), QString()); // nothing is to be seen yet
+    row.setRevealed(true);
+    showAtRest(row);
+    QCOMPARE(toolTipOf(row), value);
+    QCOMPARE(row.accessibleName(), u"Disk space: "_s + value);
+    QCOMPARE(QAccessible::queryAccessibleInterface(&row)->text(QAccessible::Description),
+             QString());
+    row.setResult(kGood);
+    QCOMPARE(toolTipOf(row), QString());
 }
 
 void TestCheckRow::newResultShowsAtOnce()
