@@ -1,5 +1,6 @@
 #include "wizard/progresspage.h"
 
+#include "pages/fittedlabel.h"
 #include "pages/pagelabels.h"
 #include "theme/themed.h"
 #include "widgets/progresstrack.h"
@@ -13,11 +14,13 @@ namespace {
 
 constexpr int kBadgeGap = 14;
 
-/// Keeps a file name that is cut off from running into the percentage.
+/// Keeps a long file name from running into the percentage.
 constexpr int kFigureGap = 12;
 
-/// Room for an error of a good ten lines; whoever sends more does not push the page apart.
-constexpr int kHighestCaption = 150;
+/// Room for a file name of five lines, which are more characters than a name usually may have, or
+/// for an error of nine: whoever sends more does not push the page apart.
+constexpr int kHighestFile = 70;
+constexpr int kHighestCaption = 135;
 
 } // namespace
 
@@ -45,11 +48,12 @@ ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
     layout->addWidget(m_steps);
     layout->addStretch();
 
-    m_fileLabel = new QLabel(this);
-    m_fileLabel->setTextFormat(Qt::PlainText);
+    m_fileLabel = new FittedLabel(shortenMiddle, this);
     m_fileLabel->setFont(monospacedFont(10));
+    m_fileLabel->setWrapAnywhere(true);
+    m_fileLabel->setMaximumHeight(kHighestFile);
     m_fileLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    // A long name takes no room from the percentage, nor from the page.
+    // A long name takes no room from the percentage.
     m_fileLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     setThemedStyleSheet(m_fileLabel, u"color:@INS_TX3;"_s);
     m_percentLabel = new QLabel(this);
@@ -58,7 +62,7 @@ ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
     auto *row = new QHBoxLayout;
     row->setSpacing(kFigureGap);
     row->addWidget(m_fileLabel, 1);
-    row->addWidget(m_percentLabel);
+    row->addWidget(m_percentLabel, 0, Qt::AlignBottom);
     layout->addLayout(row);
 
     layout->addSpacing(8);
@@ -68,13 +72,12 @@ ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
     layout->addWidget(m_track);
 
     layout->addSpacing(8);
-    m_captionLabel = new QLabel(texts.caption, this);
+    m_captionLabel = new FittedLabel(shortenMessage, this);
     QFont captionFont = font();
     captionFont.setPixelSize(11);
     m_captionLabel->setFont(captionFont);
-    m_captionLabel->setTextFormat(Qt::PlainText);
+    m_captionLabel->setText(texts.caption);
     m_captionLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_captionLabel->setMaximumHeight(kHighestCaption);
     onThemeChange(this, [this] { styleCaption(); });
     layout->addWidget(m_captionLabel);
 }
@@ -123,6 +126,11 @@ void ProgressPage::showError(const QString &message)
     setWaiting(false);
     m_hasError = true;
     styleCaption();
+    // The lines that the file's name has beyond its first are taken from the message.
+    const int fileHeight =
+        qMin(m_fileLabel->heightForWidth(m_fileLabel->width()), m_fileLabel->maximumHeight());
+    const int fileGrowth = qMax(0, fileHeight - m_percentLabel->sizeHint().height());
+    m_captionLabel->setMaximumHeight(kHighestCaption - fileGrowth);
     setStatus(message);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class FittedLabel;
 class ProgressTrack;
 class QLabel;
 class StepList;
@@ -20,7 +21,8 @@ public:
     void setWaiting(bool waiting);
     /// Shows how far the run is, 0 to 1, in bar, percentage and steps. Ends the waiting.
     void setProgress(double fraction);
-    /// Shows the file being worked on, as it is; what does not fit is cut off at the label's edge.
+    /// Shows the file being worked on, as it is. A long name takes more lines, upwards: what is
+    /// below it and the percentage beside it stay where they are.
     void setCurrentFile(const QString &path);
     /// Replaces the caption below the bar.
     void setStatus(const QString &status);
@@ -47,8 +49,8 @@ private:
     QString m_caption;
     bool m_hasError = false;
     StepList *m_steps;
-    QLabel *m_fileLabel;
+    FittedLabel *m_fileLabel;
     QLabel *m_percentLabel;
     ProgressTrack *m_track;
-    QLabel *m_captionLabel;
+    FittedLabel *m_captionLabel;
 };
