@@ -279,6 +279,8 @@ void TestInstallerEngineProcesses::killThatTakesTooLong()
     else
         run.reset();
     QVERIFY(isRunning(process));
+    endProcess(process);
+    QTRY_VERIFY_WITH_TIMEOUT(!processExists(process), kPatience);
 }
 
 void TestInstallerEngineProcesses::fileThatIsHeldTooLong()
