@@ -838,6 +838,27 @@ class Channels(EngineTest):
                     pass
 
 
+class SecondProcess(EngineTest):
+    def test_goes_on_after_the_first(self):
+        for scenario, code in (("", 0), ("exit-code = 4", 4), ("crash = KILL", -signal.SIGKILL)):
+            with self.subTest(scenario):
+                record = self.root / "record"
+                record.unlink(missing_ok=True)
+                self.assertEqual(
+                    self.run_engine(f"{scenario}\nsecond-process = 0.5\nrecord = {record}"), code)
+                self.wait_for(lambda: "Second process" in self.status.read_text(), "no report")
+                self.wait_for(lambda: b"Dest filename: second" in self.log.read_bytes(), "no log")
+                # What is gone stays gone.
+                self.status.unlink()
+                self.wait_for(lambda: "is done" in record.read_text(), "no end")
+                self.assertFalse(self.status.exists())
+                lines = [json.loads(line) for line in record.read_text().splitlines()]
+                self.assertEqual(lines[0][0], "second process")
+                self.assertTrue(lines[0][1].isdigit())
+                self.assertEqual(lines[1][1:], self.arguments())
+                self.assertEqual(lines[2], ["second process is done"])
+
+
 class Pace(EngineTest):
     def test_delay(self):
         for scenario, environment in (("delay-ms = 10", "0"), ("", "10")):
