@@ -194,10 +194,13 @@ void FittedLabel::paintEvent(QPaintEvent *event)
     const QRect room = textRect();
     QTextDocument document;
     layOut(document, shownText(), room.width());
-    const double spare = room.height() - document.size().height();
-    double above = alignment() & Qt::AlignVCenter ? spare / 2.0 : 0.0;
+    // Exactly where QLabel has a text that need not be shortened: a document rounds the heights of
+    // its lines, a plain line does not, and rich text begins on a whole pixel.
+    const bool isLine = !wordWrap() && m_markup.isEmpty();
+    const double height = isLine ? QFontMetricsF(font()).height() : document.size().height();
+    double above = alignment() & Qt::AlignVCenter ? (room.height() - height) / 2.0 : 0.0;
     if (!m_markup.isEmpty())
-        above = std::floor(above); // as QLabel does with rich text
+        above = std::floor(above);
 
     QAbstractTextDocumentLayout::PaintContext context;
     context.palette = palette();

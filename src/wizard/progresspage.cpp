@@ -143,6 +143,8 @@ void ProgressPage::resetBar()
 void ProgressPage::styleCaption()
 {
     m_captionLabel->setWordWrap(m_hasError);
+    // The lines of an error begin below the bar, whatever is left free below them.
+    m_captionLabel->setAlignment(Qt::AlignLeft | (m_hasError ? Qt::AlignTop : Qt::AlignVCenter));
     // An error is there to be copied into a letter to whoever can help.
     m_captionLabel->setTextInteractionFlags(m_hasError ? Qt::TextSelectableByMouse
                                                        : Qt::NoTextInteraction);

@@ -90,7 +90,7 @@ void TestFittedLabel::longPathLosesItsMiddle()
     QCOMPARE(shownLines(cut), lines);
     const QPointF place = draw(label, 1.0).texts.first().baseline;
     const QPointF whole = draw(cut, 1.0).texts.first().baseline;
-    QVERIFY2(std::abs(place.y() - whole.y()) < 0.5, qPrintable(QString::number(place.y())));
+    QVERIFY2(std::abs(place.y() - whole.y()) < 0.1, qPrintable(QString::number(place.y())));
     QCOMPARE(place.x(), whole.x());
     QVERIFY(label.fontMetrics().horizontalAdvance(lines[0]) > kSize.width() - 2 * 12 - 3 - 10);
 }

@@ -1,5 +1,6 @@
 #include "app/applicationfonts.h"
 #include "pages/strictwarnings.h"
+#include "support/drawing.h"
 #include "support/grab.h"
 #include "theme/thememanager.h"
 #include "widgets/gifbadge.h"
@@ -11,6 +12,8 @@
 #include <QFontMetrics>
 #include <QLayout>
 #include <QTest>
+
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -317,6 +320,7 @@ void TestProgressPage::logIsNamedHoweverLongTheReasonIs()
     const ProgressParts world(u"install"_s);
     world.page->show();
     world.page->begin(kSteps);
+    const double captionBaseline = draw(*world.caption, 1.0).texts.first().baseline.y();
     const QString message = reason + u"  (log: "_s + log + u')';
     world.page->showError(message);
     world.page->layout()->activate();
@@ -329,6 +333,9 @@ void TestProgressPage::logIsNamedHoweverLongTheReasonIs()
         QVERIFY2(!line.endsWith(u"C:"), qPrintable(lines.join(u'|')));
     const QFontMetrics metrics(world.caption->font());
     QVERIFY(lines.size() * metrics.height() <= world.caption->height());
+    // As near to the bar as any caption.
+    const double baseline = draw(*world.caption, 1.0).texts.first().baseline.y();
+    QVERIFY(std::abs(baseline - captionBaseline) < 1.0);
 
     const bool isWhole = shown == QString(message).remove(u' ');
     QCOMPARE(shown.count(u'…'), isWhole ? 0 : 1);

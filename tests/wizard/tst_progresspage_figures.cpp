@@ -145,7 +145,6 @@ void TestProgressPageFigures::fileIsShownAsItIs()
     world.page->setCurrentFile(file);
     QCOMPARE(world.file->text(), file);
     QCOMPARE(world.file->textFormat(), Qt::PlainText);
-    QVERIFY(!world.file->wordWrap());
 }
 
 void TestProgressPageFigures::statusReplacesTheCaption()
