@@ -7,10 +7,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// Of a body that is longer, the middle is left out; what else is on the page keeps its room. In
-/// px.
-constexpr int kHighestBody = 180;
-
 QLabel *themedLabel(const QString &text, const QFont &font, const QString &styleSheet,
                     QWidget *page)
 {
@@ -65,7 +61,6 @@ QLabel *pageBodyLabel(const QString &text, QWidget *page)
     font.setPixelSize(12);
     QLabel *label = themedLabel(text, font, u"color:@INS_TX2;"_s, page);
     label->setWordWrap(true);
-    label->setMaximumHeight(kHighestBody);
     return label;
 }
 
