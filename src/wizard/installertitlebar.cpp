@@ -83,9 +83,18 @@ void InstallerTitleBar::mousePressEvent(QMouseEvent *event)
 
 void InstallerTitleBar::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!(event->buttons() & Qt::LeftButton))
+    // Moves come from the buttons too, when they are pressed and the pointer slides off them.
+    if (!m_dragOffset || !(event->buttons() & Qt::LeftButton))
         return QWidget::mouseMoveEvent(event);
-    window()->move(event->globalPosition().toPoint() - m_dragOffset);
+    window()->move(event->globalPosition().toPoint() - *m_dragOffset);
+    event->accept();
+}
+
+void InstallerTitleBar::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return QWidget::mouseReleaseEvent(event);
+    m_dragOffset.reset();
     event->accept();
 }
 

@@ -3,6 +3,8 @@
 #include <QPoint>
 #include <QWidget>
 
+#include <optional>
+
 class QLabel;
 
 /// Title, minimise and close button of the frameless window, and the handle to drag it by.
@@ -25,9 +27,11 @@ Q_SIGNALS:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     QLabel *m_title;
-    QPoint m_dragOffset; ///< from the window's frame to where it was taken hold of
+    /// From the window's frame to where the bar was pressed; none while it is not dragged.
+    std::optional<QPoint> m_dragOffset;
 };

@@ -81,6 +81,9 @@ private Q_SLOTS:
     void hairlineIsNotCovered();
     void dragsTheWindow();
     void dragOffsetIsRounded();
+    void dragEndsWithTheRelease();
+    void slidingOffAButtonDragsNothing_data();
+    void slidingOffAButtonDragsNothing();
     void onlyTheLeftButtonDrags_data();
     void onlyTheLeftButtonDrags();
 };
@@ -265,6 +268,67 @@ void TestInstallerTitleBar::dragOffsetIsRounded()
     world.send(QEvent::MouseButtonPress, grip, Qt::LeftButton, Qt::LeftButton);
     world.send(QEvent::MouseMove, start + QPointF(211.0, 30.0), Qt::NoButton, Qt::LeftButton);
     QCOMPARE(world.window.pos(), start + QPoint(10, 10));
+}
+
+void TestInstallerTitleBar::dragEndsWithTheRelease()
+{
+    Window world;
+    const QPoint start = world.window.pos();
+    const QPoint grip = start + QPoint(200, 20);
+    const QPoint way(30, 10);
+    world.send(QEvent::MouseButtonPress, grip, Qt::LeftButton, Qt::LeftButton);
+    world.send(QEvent::MouseMove, grip + way, Qt::NoButton, Qt::LeftButton);
+    // Another button, pressed and let go on the way, is not the end of it.
+    world.send(QEvent::MouseButtonRelease, grip + way, Qt::RightButton, Qt::LeftButton);
+    world.send(QEvent::MouseMove, grip + 2 * way, Qt::NoButton, Qt::LeftButton);
+    QCOMPARE(world.window.pos(), start + 2 * way);
+    QVERIFY(world.send(QEvent::MouseButtonRelease, grip + 2 * way, Qt::LeftButton, Qt::NoButton));
+    QVERIFY(!world.send(QEvent::MouseMove, grip + 3 * way, Qt::NoButton, Qt::LeftButton));
+    QCOMPARE(world.window.pos(), start + 2 * way);
+}
+
+void TestInstallerTitleBar::slidingOffAButtonDragsNothing_data()
+{
+    QTest::addColumn<bool>("afterADrag");
+    QTest::addColumn<bool>("isClose");
+    for (bool afterADrag : { false, true }) {
+        const char *before = afterADrag ? "a drag" : "nothing";
+        QTest::addRow("minimize, after %s", before) << afterADrag << false;
+        QTest::addRow("close, after %s", before) << afterADrag << true;
+    }
+}
+
+// With the mouse itself: a button lets its bar have the moves of a pointer that has left it.
+void TestInstallerTitleBar::slidingOffAButtonDragsNothing()
+{
+    QFETCH(const bool, afterADrag);
+    QFETCH(const bool, isClose);
+    Window world;
+    QWindow *window = world.window.windowHandle();
+    const auto drag = [window](const QPoint &from, const QPoint &way) {
+        QTest::mousePress(window, Qt::LeftButton, {}, from);
+        QTest::mouseMove(window, from + way / 2);
+        QTest::mouseMove(window, from + way);
+        QTest::mouseRelease(window, Qt::LeftButton, {}, from + way);
+    };
+    if (afterADrag) {
+        const QPoint before = world.window.pos();
+        drag({ 200, 20 }, { 6, 0 });
+        QVERIFY(world.window.pos() != before);
+    }
+    QSignalSpy minimize(world.bar, &InstallerTitleBar::minimizeRequested);
+    QSignalSpy close(world.bar, &InstallerTitleBar::closeRequested);
+    const QPoint start = world.window.pos();
+    const QPushButton *button = isClose ? closeButton(*world.bar) : minimizeButton(*world.bar);
+    const QPoint middle = button->geometry().center();
+    for (const QPoint &way : { QPoint(-300, 10), QPoint(0, 200) }) {
+        drag(middle, way);
+        QCOMPARE(world.window.pos(), start);
+    }
+    QVERIFY(minimize.isEmpty() && close.isEmpty());
+    // Nor has the button been spoilt by it.
+    QTest::mouseClick(window, Qt::LeftButton, {}, middle);
+    QCOMPARE(minimize.size() + close.size(), 1);
 }
 
 void TestInstallerTitleBar::onlyTheLeftButtonDrags_data()
