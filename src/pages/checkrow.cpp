@@ -126,5 +126,5 @@ void SystemCheckPage::CheckRow::paintRow(QPainter &painter)
     painter.setPen(themedColor(m_result.ok ? u"@INS_TX2"_s : u"@INS_WARN"_s));
     painter.drawText(valueRect(), Qt::AlignRight | Qt::AlignVCenter, shownValue());
 
-    paintHairline(painter, { 0, height() - 1, width(), 1 }, themedColor(u"@INS_LINE"_s));
+    paintHairline(painter, rect(), Qt::BottomEdge, themedColor(u"@INS_LINE"_s));
 }

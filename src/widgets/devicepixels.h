@@ -20,5 +20,9 @@ struct DevicePixels
 /// What `rect` covers with the present transformation of `painter`, which may move and scale.
 [[nodiscard]] DevicePixels devicePixels(const QPainter &painter, const QRect &rect);
 
+/// The device pixels nearest to `rect`, each edge rounded by itself, so that what lies side by side
+/// has neither a gap nor a pixel in common.
+[[nodiscard]] QRect nearestDevicePixels(const QPainter &painter, const QRect &rect);
+
 /// Draws `picture`, one pixel of it for each device pixel, with its top left at `corner`.
 void drawDevicePixels(QPainter &painter, const QPoint &corner, const QPixmap &picture);

@@ -2,22 +2,26 @@
 
 #include "widgets/devicepixels.h"
 
-#include <cmath>
-
-void paintHairline(QPainter &painter, const QRect &line, const QColor &colour)
+void paintHairline(QPainter &painter, const QRect &rect, Qt::Edge edge, const QColor &colour)
 {
-    const QTransform toDevice = painter.deviceTransform();
-    const double thickness = qMax(std::floor(pixelRatio(painter)), 1.0);
-    QRectF device = toDevice.mapRect(QRectF(line));
-    if (line.height() < line.width()) {
-        device.moveTop(std::round(device.top()));
-        device.setHeight(thickness);
-    } else {
-        device.moveLeft(std::round(device.left()));
-        device.setWidth(thickness);
+    const int thickness = qMax(int(pixelRatio(painter)), 1);
+    QRect line = nearestDevicePixels(painter, rect);
+    switch (edge) {
+    case Qt::TopEdge:
+        line.setHeight(thickness);
+        break;
+    case Qt::BottomEdge:
+        line.setTop(line.bottom() + 1 - thickness);
+        break;
+    case Qt::LeftEdge:
+        line.setWidth(thickness);
+        break;
+    case Qt::RightEdge:
+        line.setLeft(line.right() + 1 - thickness);
+        break;
     }
     const bool antialiased = painter.testRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.fillRect(toDevice.inverted().mapRect(device), colour);
+    painter.fillRect(painter.deviceTransform().inverted().mapRect(QRectF(line)), colour);
     painter.setRenderHint(QPainter::Antialiasing, antialiased);
 }

@@ -5,6 +5,7 @@
 
 class QPainter;
 
-/// Fills `line`, one pixel thick, with whole device pixels: as many as the pixel ratio has wholes,
-/// so that all lines of a window are equally thick at fractional ratios too.
-void paintHairline(QPainter &painter, const QRect &line, const QColor &colour);
+/// Draws a line along the inside of one edge of `rect`, of whole device pixels: as many as the
+/// pixel ratio has wholes, so that all lines of a window are equally thick at fractional ratios
+/// too, and with none between the line and the edge.
+void paintHairline(QPainter &painter, const QRect &rect, Qt::Edge edge, const QColor &colour);

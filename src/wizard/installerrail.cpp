@@ -79,5 +79,5 @@ void InstallerRail::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), themedColor(u"@INS_RAIL"_s));
-    paintHairline(painter, { width() - 1, 0, 1, height() }, themedColor(u"@INS_LINE"_s));
+    paintHairline(painter, rect(), Qt::RightEdge, themedColor(u"@INS_LINE"_s));
 }

@@ -1,6 +1,7 @@
 #include "wizard/windowshape.h"
 
 #include "theme/themed.h"
+#include "widgets/devicepixels.h"
 #include "widgets/hairline.h"
 
 #include <QImage>
@@ -12,13 +13,16 @@ using namespace Qt::Literals::StringLiterals;
 void paintBar(QPainter &painter, const QRect &bar, Qt::Edge outer)
 {
     const bool isOnTop = outer == Qt::TopEdge;
+    // A row of device pixels that is covered by half would let the desktop through.
+    const QRectF whole =
+        painter.deviceTransform().inverted().mapRect(QRectF(nearestDevicePixels(painter, bar)));
     QPainterPath shape;
     shape.setFillRule(Qt::WindingFill);
-    shape.addRoundedRect(bar, kCornerRadius, kCornerRadius);
-    shape.addRect(bar.adjusted(0, isOnTop ? kCornerRadius : 0, 0, isOnTop ? 0 : -kCornerRadius));
+    shape.addRoundedRect(whole, kCornerRadius, kCornerRadius);
+    shape.addRect(whole.adjusted(0, isOnTop ? kCornerRadius : 0, 0, isOnTop ? 0 : -kCornerRadius));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(shape, themedColor(u"@INS_PANEL"_s));
-    paintHairline(painter, { bar.left(), isOnTop ? bar.bottom() : bar.top(), bar.width(), 1 },
+    paintHairline(painter, bar, isOnTop ? Qt::BottomEdge : Qt::TopEdge,
                   themedColor(u"@INS_LINE"_s));
 }
 

@@ -30,6 +30,33 @@ QColor colourAt(const QImage &picture, const QPointF &point)
     return picture.pixelColor(int(place.x()), int(place.y()));
 }
 
+bool hasHairline(const QImage &picture, Qt::Edge edge, const QColor &colour)
+{
+    const int thickness = int(picture.devicePixelRatio());
+    QRect line = picture.rect();
+    QPoint inwards;
+    switch (edge) {
+    case Qt::TopEdge:
+        line.setHeight(thickness);
+        inwards = { 0, thickness };
+        break;
+    case Qt::BottomEdge:
+        line.setTop(line.bottom() + 1 - thickness);
+        inwards = { 0, -1 };
+        break;
+    case Qt::LeftEdge:
+        line.setWidth(thickness);
+        inwards = { thickness, 0 };
+        break;
+    case Qt::RightEdge:
+        line.setLeft(line.right() + 1 - thickness);
+        inwards = { -1, 0 };
+        break;
+    }
+    return pixelsUnlike(picture.copy(line), colour) == 0
+        && !alike(picture.pixelColor(line.topLeft() + inwards), colour);
+}
+
 int pixelsUnlike(const QImage &picture, const QColor &background)
 {
     int count = 0;

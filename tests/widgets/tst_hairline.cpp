@@ -5,7 +5,41 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
+#include <cmath>
+
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QRgb kOutside = qRgb(255, 255, 255);
+constexpr QRgb kGround = qRgb(0xf6, 0xf8, 0xfb);
+constexpr QRgb kLine = qRgb(0xe3, 0xe8, 0xef);
+
+/// The colours across the middle of `picture`, beginning with what lies beyond `edge`.
+QList<QRgb> coloursFrom(const QImage &picture, Qt::Edge edge)
+{
+    const QPoint middle = picture.rect().center();
+    const bool isUpright = edge == Qt::TopEdge || edge == Qt::BottomEdge;
+    QList<QRgb> colours;
+    for (int i = 0; i < (isUpright ? picture.height() : picture.width()); ++i)
+        colours.append(isUpright ? picture.pixel(middle.x(), i) : picture.pixel(i, middle.y()));
+    if (edge == Qt::BottomEdge || edge == Qt::RightEdge)
+        std::reverse(colours.begin(), colours.end());
+    return colours;
+}
+
+int count(const QImage &picture, QRgb colour)
+{
+    int pixels = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            pixels += picture.pixel(x, y) == colour ? 1 : 0;
+    }
+    return pixels;
+}
+
+} // namespace
 
 class TestHairline : public QObject
 {
@@ -13,8 +47,8 @@ class TestHairline : public QObject
 
 private Q_SLOTS:
     void init();
-    void staysSharp_data();
-    void staysSharp();
+    void keepsToItsEdge_data();
+    void keepsToItsEdge();
     void leavesThePainterAsItWas();
 };
 
@@ -23,36 +57,47 @@ void TestHairline::init()
     QTest::failOnWarning(QRegularExpression(u".*"_s));
 }
 
-void TestHairline::staysSharp_data()
+void TestHairline::keepsToItsEdge_data()
 {
     QTest::addColumn<double>("ratio");
     QTest::addColumn<int>("thickness");
-    QTest::newRow("ratio 1") << 1.0 << 1;
-    QTest::newRow("ratio 1.25") << 1.25 << 1;
-    QTest::newRow("ratio 1.5") << 1.5 << 1;
-    QTest::newRow("ratio 2") << 2.0 << 2;
+    const QPair<double, int> ratios[] = {
+        { 1.0, 1 }, { 1.25, 1 }, { 1.5, 1 }, { 1.75, 1 },
+        { 2.0, 2 }, { 2.25, 2 }, { 2.5, 2 }, { 3.0, 3 },
+    };
+    for (const auto &[ratio, thickness] : ratios)
+        QTest::addRow("ratio %g", ratio) << ratio << thickness;
 }
 
-// At every place a line may come to lie, it is equally thick, and of its colour alone.
-void TestHairline::staysSharp()
+// Wherever the edge comes to lie, there is nothing between it and the line, which is equally thick
+// everywhere, as long as the edge, and of its colour alone.
+void TestHairline::keepsToItsEdge()
 {
     QFETCH(const double, ratio);
     QFETCH(const int, thickness);
-    for (int y = 0; y < 48; ++y) {
-        QImage picture((QSizeF(10, 48) * ratio).toSize(), QImage::Format_RGB32);
-        picture.setDevicePixelRatio(ratio);
-        picture.fill(Qt::white);
-        QPainter painter(&picture);
-        painter.setRenderHint(QPainter::Antialiasing);
-        paintHairline(painter, QRect(0, y, 10, 1), QColor(0xe3, 0xe8, 0xef));
-        painter.end();
-        int lines = 0;
-        for (int row = 0; row < picture.height(); ++row) {
-            const QRgb pixel = picture.pixel(5, row);
-            QVERIFY(pixel == qRgb(255, 255, 255) || pixel == qRgb(0xe3, 0xe8, 0xef));
-            lines += pixel != qRgb(255, 255, 255) ? 1 : 0;
+    for (Qt::Edge edge : { Qt::TopEdge, Qt::BottomEdge, Qt::LeftEdge, Qt::RightEdge }) {
+        for (int place = 1; place < 17; ++place) {
+            QImage picture((QSizeF(48, 48) * ratio).toSize(), QImage::Format_RGB32);
+            picture.setDevicePixelRatio(ratio);
+            picture.fill(kOutside);
+            QPainter painter(&picture);
+            const QRect rect(place, place, 26, 26);
+            painter.fillRect(rect, QColor(kGround));
+            const int area = picture.width() * picture.height() - count(picture, kOutside);
+            painter.setRenderHint(QPainter::Antialiasing);
+            paintHairline(painter, rect, edge, QColor(kLine));
+            painter.end();
+
+            const QList<QRgb> colours = coloursFrom(picture, edge);
+            const qsizetype begin = colours.indexOf(kLine);
+            QVERIFY2(begin > 0 && colours[begin - 1] == kOutside,
+                     qPrintable(u"edge %1 at %2"_s.arg(edge).arg(place)));
+            QCOMPARE(colours[begin + thickness - 1], kLine);
+            QCOMPARE(colours[begin + thickness], kGround);
+            const int length = int(std::lround(std::sqrt(area))); // the area is a square
+            QCOMPARE(count(picture, kLine), thickness * length);
+            QCOMPARE(count(picture, kGround), (length - thickness) * length);
         }
-        QVERIFY2(lines == thickness, qPrintable(QString::number(y)));
     }
 }
 
@@ -62,7 +107,7 @@ void TestHairline::leavesThePainterAsItWas()
     QPainter painter(&picture);
     for (bool antialiased : { true, false }) {
         painter.setRenderHint(QPainter::Antialiasing, antialiased);
-        paintHairline(painter, QRect(0, 0, 4, 1), Qt::black);
+        paintHairline(painter, picture.rect(), Qt::TopEdge, Qt::black);
         QCOMPARE(painter.testRenderHint(QPainter::Antialiasing), antialiased);
     }
 }

@@ -223,11 +223,10 @@ void TestInstallerTitleBar::painting()
     QCOMPARE(colourAt(picture, { 0.3, 11.5 }), panel);
 
     // The lower corners are not, and the hairline goes all the way.
-    for (double x : { 0.3, kWidth / 2.0, kWidth - 0.3 }) {
+    for (double x : { 0.3, kWidth / 2.0, kWidth - 0.3 })
         QCOMPARE(colourAt(picture, { x, 34.5 }), panel);
-        QCOMPARE(colourAt(picture, { x, 35.2 }), line);
-        QCOMPARE(colourAt(picture, { x, 35.8 }), line);
-    }
+    for (double anyRatio : kRatios)
+        QVERIFY(hasHairline(grabWidget(bar, anyRatio), Qt::BottomEdge, line));
 }
 
 void TestInstallerTitleBar::themeChangeRepaints()
