@@ -8,13 +8,21 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWindow>
+
+#include <chrono>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 constexpr int kHeight = 36;
 constexpr QSize kButtonSize(40, 35);
+
+/// For so long a drag is ours. A window manager that is asked for the move when the button has just
+/// been let go of would move the window until the next click.
+constexpr auto kSystemMoveDelay = 20ms;
 
 const QString kButtonStyle =
     u"QPushButton{border:none;background:transparent;color:@INS_TX2;font-size:12px;}"
@@ -61,6 +69,10 @@ InstallerTitleBar::InstallerTitleBar(const QString &title, QWidget *parent)
     layout->addWidget(minimize);
     layout->addWidget(close);
     repaintOnThemeChange(this);
+
+    m_systemMove.setSingleShot(true);
+    m_systemMove.setInterval(kSystemMoveDelay);
+    connect(&m_systemMove, &QTimer::timeout, this, &InstallerTitleBar::leaveDragToSystem);
 }
 
 QString InstallerTitleBar::title() const
@@ -87,6 +99,8 @@ void InstallerTitleBar::mouseMoveEvent(QMouseEvent *event)
     if (!m_dragOffset || !(event->buttons() & Qt::LeftButton))
         return QWidget::mouseMoveEvent(event);
     window()->move(event->globalPosition().toPoint() - *m_dragOffset);
+    if (!m_systemMove.isActive())
+        m_systemMove.start();
     event->accept();
 }
 
@@ -95,7 +109,16 @@ void InstallerTitleBar::mouseReleaseEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return QWidget::mouseReleaseEvent(event);
     m_dragOffset.reset();
+    m_systemMove.stop();
     event->accept();
+}
+
+// Only the system takes a window to a screen of another scale without a jump. It may keep the
+// release to itself.
+void InstallerTitleBar::leaveDragToSystem()
+{
+    if (window()->windowHandle()->startSystemMove())
+        m_dragOffset.reset();
 }
 
 void InstallerTitleBar::paintEvent(QPaintEvent *)

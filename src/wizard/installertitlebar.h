@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QTimer>
 #include <QWidget>
 
 #include <optional>
@@ -31,7 +32,10 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void leaveDragToSystem();
+
     QLabel *m_title;
     /// From the window's frame to where the bar was pressed; none while it is not dragged.
     std::optional<QPoint> m_dragOffset;
+    QTimer m_systemMove; ///< until the system is asked to go on with the drag
 };

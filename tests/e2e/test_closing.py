@@ -51,18 +51,6 @@ class Closing(WizardTestCase):
         self.assertFalse(Path("/proc", engine).exists())
         self.assertEqual(self.sandbox.temp_files(), [])
 
-    def test_minimised_and_back(self):
-        wizard = self.start("--setup-exe", ENGINE)
-        window = wizard.window_id()
-        wizard.click("Minimize")
-        wait_until(lambda: not wizard.window_id(), "the window to go")
-        subprocess.run(["xdotool", "windowactivate", window], check=True)
-        wait_until(wizard.window_id, "the window to come back")
-        self.closes_well(wizard)
-
-    def closes_well(self, wizard):
-        self.end(wizard, "Cancel")
-
 
 if __name__ == "__main__":
     unittest.main()

@@ -1,0 +1,121 @@
+"""The wizard's window on the desktop: it can be moved, minimised and brought back."""
+
+import subprocess
+import unittest
+
+from testcase import ENGINE, WizardTestCase
+from wizard import wait_until
+
+# A system that moves a window may leave it behind by how far the pointer went before it took over.
+TOLERANCE = 3
+
+
+def xdotool(*words):
+    return subprocess.run(["xdotool", *map(str, words)], check=True, capture_output=True,
+                          text=True).stdout
+
+
+def place(window):
+    """Position of a window on the screen."""
+    told = xdotool("getwindowgeometry", "--shell", window)
+    values = dict(line.split("=") for line in told.splitlines())
+    return int(values["X"]), int(values["Y"])
+
+
+class Window(WizardTestCase):
+    def setUp(self):
+        super().setUp()
+        self.wizard = self.start("--setup-exe", ENGINE)
+        self.window = self.wizard.window_id()
+        self.addCleanup(xdotool, "mouseup", 1)
+
+    def press(self, x, y):
+        xdotool("mousemove", x, y, "mousedown", 1)
+
+    def press_the_bar(self):
+        """Presses the title bar and begins to move; returns where. From then on it is the desktop
+        that moves the window."""
+        left, top = place(self.window)
+        self.press(left + 300, top + 18)
+        xdotool("mousemove", left + 301, top + 18)
+        wait_until(lambda: place(self.window) == (left + 1, top), "the first step")
+        self.wizard.wait_settled()
+        return left + 300, top + 18
+
+    def wait_place(self, x, y, pointer=None):
+        """Waits until the window is there, with a hand that is never quite still."""
+        shiver = [0, 1]
+
+        def is_there():
+            if pointer:
+                shiver.reverse()
+                xdotool("mousemove", pointer[0] + shiver[0], pointer[1])
+            left, top = place(self.window)
+            return abs(left - x) <= TOLERANCE and abs(top - y) <= TOLERANCE
+
+        wait_until(is_there, f"the window at {x}, {y}")
+
+    def drag(self, *way):
+        left, top = place(self.window)
+        x, y = self.press_the_bar()
+        for part in (0.5, 1):
+            dx, dy = (int(length * part) for length in way)
+            self.wait_place(left + dx, top + dy, pointer=(x + dx, y + dy))
+        xdotool("mouseup", 1)
+
+    def assert_stays(self):
+        """Not even the pointer that wanders over the bar takes the window along."""
+        before = place(self.window)
+        left, top = before
+        for x in (320, 120, 220):
+            xdotool("mousemove", left + x, top + 18)
+        self.wizard.wait_settled()
+        self.assertEqual(place(self.window), before)
+
+    def test_bar_moves_the_window(self):
+        for way in ((120, 60), (-150, -40)):
+            self.drag(*way)
+            self.assert_stays()
+        self.end(self.wizard, "Cancel")
+
+    def test_a_jump_of_the_pointer_is_a_drag_too(self):
+        left, top = place(self.window)
+        self.press(left + 300, top + 18)
+        xdotool("mousemove", left + 400, top + 68, "mouseup", 1)
+        self.wait_place(left + 100, top + 50)
+        self.assert_stays()
+
+    def test_escape_calls_the_move_off(self):
+        """As it is the system that moves the window. The page does not hear of the key."""
+        before = place(self.window)
+        x, y = self.press_the_bar()
+        self.wait_place(before[0] + 100, before[1] + 50, pointer=(x + 100, y + 50))
+        xdotool("key", "Escape")  # Wizard.press() would let go of the mouse too
+        self.wait_place(*before)
+        xdotool("mouseup", 1)
+        self.assert_stays()
+        self.drag(80, 30)
+        self.end(self.wizard, "Cancel")
+
+    def test_sliding_off_a_button_moves_nothing(self):
+        before = place(self.window)
+        for button in ("Minimize", "Close"):
+            x, y = self.wizard.centre_of(button)
+            self.press(x, y)
+            for step in range(1, 9):
+                xdotool("mousemove", x - 40 * step, y + 25 * step)
+            xdotool("mouseup", 1)
+            self.wizard.wait_settled()
+            self.assertEqual(place(self.window), before)
+        self.end(self.wizard, "Close")
+
+    def test_minimised_and_back(self):
+        self.wizard.click("Minimize")
+        wait_until(lambda: not self.wizard.window_id(), "the window to go")
+        xdotool("windowactivate", self.window)
+        wait_until(self.wizard.window_id, "the window to come back")
+        self.end(self.wizard, "Cancel")
+
+
+if __name__ == "__main__":
+    unittest.main()
