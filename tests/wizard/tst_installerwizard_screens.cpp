@@ -1,0 +1,152 @@
+#include "app/applicationfonts.h"
+#include "pages/checkrow.h"
+#include "pages/strictwarnings.h"
+#include "support/grab.h"
+#include "theme/themed.h"
+#include "wizard/installerfooterbar.h"
+#include "wizard/installerrail.h"
+#include "wizard/installertitlebar.h"
+#include "wizard/windowshape.h"
+#include "wizard/wizarddriver.h"
+
+#include <QMouseEvent>
+#include <QScreen>
+#include <QWindow>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// What `widget` shows in a picture of its window.
+QImage partOf(const QImage &picture, const QWidget *widget)
+{
+    const double ratio = picture.devicePixelRatio();
+    const QRectF place(widget->mapTo(widget->window(), QPoint()), widget->size());
+    return picture.copy(
+        QRect(QPoint(qRound(place.left() * ratio), qRound(place.top() * ratio)),
+              QPoint(qRound(place.right() * ratio) - 1, qRound(place.bottom() * ratio) - 1)));
+}
+
+/// A device pixel beside the window's corners that shows what is behind the window.
+QPoint holeIn(const QImage &picture)
+{
+    const int corner = qCeil(kCornerRadius * picture.devicePixelRatio());
+    for (int y = 0; y < picture.height(); ++y) {
+        const bool hasCorners = y < corner || y >= picture.height() - corner;
+        const int left = hasCorners ? corner : 0;
+        for (int x = left; x < picture.width() - left; ++x) {
+            if (qAlpha(picture.pixel(x, y)) < 255)
+                return { x, y };
+        }
+    }
+    return { -1, -1 };
+}
+
+/// The middle of a screen, for the upper left corner of the window.
+QPoint middleOf(const QScreen *screen)
+{
+    const QSize room = screen->geometry().size() - kWindowSize;
+    return screen->geometry().topLeft() + QPoint(room.width() / 2, room.height() / 2);
+}
+
+} // namespace
+
+/// The window on a row of screens, each of another scale. They are described in screens.json.
+class TestInstallerWizardScreens : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanupTestCase() { qunsetenv("VARNEL_REDUCED_MOTION"); }
+    void linesTouchTheirEdges_data();
+    void linesTouchTheirEdges();
+    void dragToAnotherScreen();
+};
+
+void TestInstallerWizardScreens::initTestCase()
+{
+    registerApplicationFonts();
+    qputenv("VARNEL_REDUCED_MOTION", "1"); // all of a page is there at once
+    QList<double> ratios;
+    for (const QScreen *screen : QGuiApplication::screens())
+        ratios.append(screen->devicePixelRatio());
+    QCOMPARE(ratios, QList<double>(std::begin(kRatios), std::end(kRatios)));
+}
+
+void TestInstallerWizardScreens::init()
+{
+    failOnWarnings();
+    ThemeManager::instance().setDarkMode(false);
+}
+
+void TestInstallerWizardScreens::linesTouchTheirEdges_data()
+{
+    QTest::addColumn<QScreen *>("screen");
+    for (QScreen *screen : QGuiApplication::screens())
+        QTest::newRow(qPrintable(screen->name())) << screen;
+}
+
+// Nothing shows between the parts of the window, or between a line and the edge that it marks,
+// though at most ratios they begin somewhere between two device pixels.
+void TestInstallerWizardScreens::linesTouchTheirEdges()
+{
+    QFETCH(QScreen *, screen);
+    WizardDriver driver { QString() };
+    driver.wizard.move(middleOf(screen));
+    driver.show(RunMode::Install);
+    QVERIFY(driver.press(u"Next"_s));
+    QVERIFY(driver.click(u"I accept the license agreement"_s));
+    QVERIFY(driver.press(u"Next"_s));
+    QVERIFY(driver.shows<SystemCheckPage>());
+    const auto rows = driver.wizard.findChildren<SystemCheckPage::CheckRow *>();
+    QTRY_VERIFY(!rows.isEmpty() && rows.last()->reveal() == 1.0);
+
+    for (bool dark : { false, true }) {
+        ThemeManager::instance().setDarkMode(dark);
+        const QColor line = themedColor(u"@INS_LINE"_s);
+        const QImage picture = driver.wizard.grab().toImage();
+        QCOMPARE(picture.devicePixelRatio(), screen->devicePixelRatio());
+        QCOMPARE(holeIn(picture), QPoint(-1, -1));
+        QVERIFY(hasHairline(partOf(picture, driver.titleBar), Qt::BottomEdge, line));
+        QVERIFY(hasHairline(partOf(picture, driver.footer), Qt::TopEdge, line));
+        const auto *rail = driver.find<InstallerRail>();
+        QVERIFY(hasHairline(partOf(picture, rail), Qt::RightEdge, line));
+        for (const auto *row : rows)
+            QVERIFY(hasHairline(partOf(picture, row), Qt::BottomEdge, line));
+    }
+}
+
+// From screen to screen and all the way back, by a platform that cannot move windows itself.
+void TestInstallerWizardScreens::dragToAnotherScreen()
+{
+    WizardDriver driver { QString() };
+    QList<QScreen *> way = QGuiApplication::screens();
+    driver.wizard.move(middleOf(way.first()));
+    driver.show(RunMode::Install);
+    const QPoint grip(300, 18);
+    const auto send = [&](QEvent::Type type, const QPoint &window, Qt::MouseButton button,
+                          Qt::MouseButtons buttons) {
+        QMouseEvent event(type, grip, window + grip, button, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(driver.titleBar, &event);
+        QCoreApplication::processEvents();
+    };
+    way.append(way.first());
+    for (const QScreen *screen : way) {
+        const QPoint from = driver.wizard.pos();
+        const QPoint to = middleOf(screen);
+        send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+        for (const QPoint &place : { from + QPoint(2, 1), (from + to) / 2, to - QPoint(9, 5), to })
+            send(QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton);
+        send(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+        QCOMPARE(driver.wizard.screen(), screen);
+        QCOMPARE(driver.wizard.devicePixelRatio(), screen->devicePixelRatio());
+        QCOMPARE(driver.wizard.pos(), to);
+        QCOMPARE(driver.wizard.size(), kWindowSize);
+        QCOMPARE(driver.wizard.windowHandle()->size(), kWindowSize);
+    }
+}
+
+QTEST_MAIN(TestInstallerWizardScreens)
+#include "tst_installerwizard_screens.moc"
