@@ -120,7 +120,7 @@ void AnimatedMark::replay()
 void AnimatedMark::setFill(double level)
 {
     m_fill = std::clamp(level, 0.0, 1.0);
-    update();
+    updatePicture();
 }
 
 void AnimatedMark::startIdle()
@@ -161,7 +161,18 @@ void AnimatedMark::setDriftOffset(double offset)
     // It moves slower than a step per frame most of the time, and what nobody could see is not
     // drawn.
     if (driftSteps() != before)
-        update();
+        updatePicture();
+}
+
+void AnimatedMark::updatePicture()
+{
+    // Only a part on its way is to be seen beside the place of the mark.
+    update(hasComeIn() ? contentsRect() : rect());
+}
+
+bool AnimatedMark::hasComeIn() const
+{
+    return m_entrance == std::array { 1.0, 1.0, 1.0, 1.0 };
 }
 
 int AnimatedMark::driftSteps() const
@@ -171,20 +182,22 @@ int AnimatedMark::driftSteps() const
 
 QRectF AnimatedMark::targetRect() const
 {
-    QRectF target({}, kViewBox.scaled(size(), Qt::KeepAspectRatio));
-    target.moveCenter(QRectF(rect()).center());
+    const QRectF place = contentsRect();
+    QRectF target({}, kViewBox.scaled(place.size(), Qt::KeepAspectRatio));
+    target.moveCenter(place.center());
     return target;
 }
 
 AnimatedMark::Picture AnimatedMark::rasterized(size_t first, size_t count, double down) const
 {
-    const QSize size = (QSizeF(this->size()) * m_rasterRatio).toSize();
+    const QRect place = contentsRect();
+    const QSize size = (QSizeF(place.size()) * m_rasterRatio).toSize();
     QImage picture(size + QSize(0, 1), QImage::Format_ARGB32_Premultiplied);
     picture.setDevicePixelRatio(m_rasterRatio);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(0.0, down / m_rasterRatio);
+    painter.translate(QPointF(0.0, down / m_rasterRatio) - place.topLeft());
     for (size_t i = first; i < first + count; ++i)
         QSvgRenderer(entrances()[i].picture).render(&painter, targetRect());
     painter.end();
@@ -194,7 +207,8 @@ AnimatedMark::Picture AnimatedMark::rasterized(size_t first, size_t count, doubl
     const QRect visible = visibleRect(picture).adjusted(-1, -1, 1, 1);
     QImage cut = picture.copy(visible);
     cut.setDevicePixelRatio(1.0);
-    return { QPixmap::fromImage(cut), QPointF(visible.topLeft()) / m_rasterRatio };
+    return { QPixmap::fromImage(cut),
+             place.topLeft() + QPointF(visible.topLeft()) / m_rasterRatio };
 }
 
 void AnimatedMark::rasterizeFor(double ratio)
@@ -224,7 +238,7 @@ void AnimatedMark::paintEvent(QPaintEvent *)
 
 void AnimatedMark::paintMark(QPainter &painter, double ghost, double colour)
 {
-    if (m_entrance != std::array { 1.0, 1.0, 1.0, 1.0 }) {
+    if (!hasComeIn()) {
         paintParts(painter, ghost, colour);
         return;
     }

@@ -10,7 +10,8 @@
 #include <memory>
 
 /// The product's mark, drawn live: it assembles itself from four parts, fills with a run's progress
-/// over a faint ghost of itself, and floats while there is nothing to do.
+/// over a faint ghost of itself, and floats while there is nothing to do. Its place is the contents
+/// rectangle; the parts that come in from the sides are to be seen in the margins around it too.
 ///
 /// The parts are rasterised once per size and pixel ratio; every frame only moves, scales and fades
 /// those pictures. So is the mark as a whole, once for each fraction of a pixel at which it floats.
@@ -73,6 +74,8 @@ private:
 
     void setEntrance(size_t part, double progress);
     void updateDrift();
+    void updatePicture();
+    [[nodiscard]] bool hasComeIn() const;
     /// The present drift, counted in steps at the ratio that was last painted with.
     [[nodiscard]] int driftSteps() const;
     [[nodiscard]] QRectF targetRect() const;

@@ -14,6 +14,26 @@ namespace {
 
 constexpr int kWidth = 196;
 constexpr int kMargin = 20;
+constexpr int kLineWidth = 1;
+
+/// Lays the mark out like anything else, but as wide as the rail up to its line: the parts of the
+/// mark come in from there, and its own edges would cut them off on their way.
+class MarkItem : public QWidgetItem
+{
+public:
+    explicit MarkItem(AnimatedMark *mark) : QWidgetItem(mark)
+    {
+        setAlignment(Qt::AlignHCenter);
+        const int margin = (kWidth - mark->sizeHint().width()) / 2;
+        mark->setContentsMargins(margin, 0, margin - kLineWidth, 0);
+        mark->setFixedHeight(mark->sizeHint().height());
+    }
+
+    void setGeometry(const QRect &rect) override
+    {
+        widget()->setGeometry(0, rect.top(), kWidth - kLineWidth, rect.height());
+    }
+};
 
 /// The product's name, its first word in the accent colour.
 QString wordmark()
@@ -33,7 +53,6 @@ InstallerRail::InstallerRail(QWidget *parent)
       m_legal(new QLabel(this))
 {
     setFixedWidth(kWidth);
-    m_mark->setFixedSize(m_mark->sizeHint());
     m_wordmark->setTextFormat(Qt::RichText);
     m_legal->setTextFormat(Qt::RichText);
     m_legal->setWordWrap(true);
@@ -43,7 +62,7 @@ InstallerRail::InstallerRail(QWidget *parent)
     auto *block = new QVBoxLayout;
     block->setContentsMargins({});
     block->setSpacing(0);
-    block->addWidget(m_mark, 0, Qt::AlignHCenter);
+    block->addItem(new MarkItem(m_mark));
     block->addSpacing(14);
     block->addWidget(m_wordmark);
     block->addSpacing(5);

@@ -1,6 +1,6 @@
 #include "widgets/paintwatch.h"
 
-#include <QEvent>
+#include <QPaintEvent>
 #include <QTest>
 #include <QWidget>
 
@@ -32,7 +32,9 @@ int PaintWatch::settled()
 
 bool PaintWatch::eventFilter(QObject *, QEvent *event)
 {
-    if (event->type() == QEvent::Paint)
+    if (event->type() == QEvent::Paint) {
         ++m_paints;
+        m_lastRegion = static_cast<QPaintEvent *>(event)->region();
+    }
     return false;
 }

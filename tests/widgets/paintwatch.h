@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QRegion>
 
 class QWidget;
 
@@ -16,6 +17,8 @@ public:
     [[nodiscard]] bool seesRepaint();
     /// How often it has been painted once the event loop has nothing left to do.
     [[nodiscard]] int settled();
+    /// What was painted of it the last time.
+    [[nodiscard]] QRegion lastRegion() const { return m_lastRegion; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -23,4 +26,5 @@ protected:
 private:
     int m_paints = 0;
     int m_seen = 0;
+    QRegion m_lastRegion;
 };

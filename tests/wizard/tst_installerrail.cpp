@@ -5,6 +5,7 @@
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/animatedmark.h"
+#include "widgets/paintwatch.h"
 #include "wizard/installerrail.h"
 #include "wizard/onscreen.h"
 
@@ -42,6 +43,20 @@ QString wordmarkText()
                     { u"@INS_ACCENT"_s, u"@INS_TX"_s });
 }
 
+/// Where the mark stands in the rail, which its widget reaches beyond.
+QRect placeOfMark(const InstallerRail &rail)
+{
+    return rail.mark()->contentsRect().translated(rail.mark()->pos());
+}
+
+void bringIn(AnimatedMark &mark, double progress)
+{
+    mark.setA1Progress(progress);
+    mark.setA2Progress(progress);
+    mark.setA3Progress(progress);
+    mark.setA4Progress(progress);
+}
+
 } // namespace
 
 class TestInstallerRail : public QObject
@@ -56,6 +71,11 @@ private Q_SLOTS:
     void fonts();
     void followsTheTheme();
     void markIsInTheMiddle();
+    void markRestsAsItWouldAlone_data();
+    void markRestsAsItWouldAlone();
+    void partsComeInFromTheEdges_data();
+    void partsComeInFromTheEdges();
+    void onlyThePlaceOfTheMarkIsDrawnAnew();
     void everythingFits();
     void painting_data();
     void painting();
@@ -135,8 +155,104 @@ void TestInstallerRail::markIsInTheMiddle()
     QCOMPARE(rail.findChild<AnimatedMark *>(), rail.mark());
     rail.resize(kSize);
     rail.layout()->activate();
-    QCOMPARE(rail.mark()->size(), QSize(136, 110));
-    QCOMPARE(rail.mark()->x(), 30);
+    QCOMPARE(placeOfMark(rail).size(), QSize(136, 110));
+    QCOMPARE(placeOfMark(rail).x(), 30);
+    QCOMPARE(rail.mark()->geometry(), QRect(0, placeOfMark(rail).y(), 195, 110));
+}
+
+void TestInstallerRail::markRestsAsItWouldAlone_data()
+{
+    QTest::addColumn<double>("ratio");
+    for (double ratio : { 1.0, 1.25, 1.5, 2.0 })
+        QTest::addRow("ratio %g", ratio) << ratio;
+}
+
+// Its picture is that of a mark which is no wider than its place.
+void TestInstallerRail::markRestsAsItWouldAlone()
+{
+    QFETCH(double, ratio);
+    InstallerRail rail;
+    rail.resize(kSize);
+    rail.layout()->activate();
+    QWidget ground;
+    ground.resize(kSize);
+    ground.setPalette(themedColor(u"@INS_RAIL"_s));
+    ground.setAutoFillBackground(true);
+    auto *alone = new AnimatedMark(&ground);
+    alone->setGeometry(placeOfMark(rail));
+    const QRect band(0, int(alone->y() * ratio), int(195 * ratio), int(110 * ratio));
+    for (double fill : { 1.0, 0.4, 0.0 }) {
+        for (double drift : { 0.0, -1.3 }) {
+            for (AnimatedMark *mark : { rail.mark(), alone }) {
+                bringIn(*mark, 1.0);
+                mark->setFill(fill);
+                mark->setDriftOffset(drift);
+            }
+            const QImage expected = grabWidget(ground, ratio).copy(band);
+            QVERIFY(pixelsUnlike(expected, themedColor(u"@INS_RAIL"_s)) > 1000);
+            QVERIFY(grabWidget(rail, ratio).copy(band) == expected);
+        }
+    }
+}
+
+void TestInstallerRail::partsComeInFromTheEdges_data()
+{
+    QTest::addColumn<double>("progress");
+    QTest::addColumn<int>("left");
+    QTest::addColumn<int>("right");
+    // The chevrons are 37 px wide, rest 32 px from the edges and have 90 px to go.
+    QTest::newRow("at the edges") << 0.3 << 5 << 191;
+    QTest::newRow("half inside the place of the mark") << 0.6 << 29 << 166;
+}
+
+void TestInstallerRail::partsComeInFromTheEdges()
+{
+    QFETCH(double, progress);
+    QFETCH(int, left);
+    QFETCH(int, right);
+    for (bool dark : { false, true }) {
+        ThemeManager::instance().setDarkMode(dark);
+        InstallerRail rail;
+        rail.resize(kSize);
+        rail.layout()->activate();
+        bringIn(*rail.mark(), 0.0);
+        const QImage empty = grabWidget(rail);
+        rail.mark()->setA1Progress(progress);
+        rail.mark()->setA2Progress(progress);
+        const QImage picture = grabWidget(rail);
+        for (int x = 0; x < kSize.width(); ++x) {
+            const QRect column(x, 0, 1, kSize.height());
+            const bool isDrawn = picture.copy(column) != empty.copy(column);
+            const bool mayBeDrawn = x < left + 6 || (x > right - 6 && x < 195);
+            const bool mustBeDrawn = x <= left || (x >= right && x < 195);
+            QVERIFY2(isDrawn ? mayBeDrawn : !mustBeDrawn, qPrintable(QString::number(x)));
+        }
+    }
+}
+
+// All of the mark's width only while something is on its way there.
+void TestInstallerRail::onlyThePlaceOfTheMarkIsDrawnAnew()
+{
+    InstallerRail rail;
+    rail.show();
+    bringIn(*rail.mark(), 1.0);
+    PaintWatch watch(*rail.mark());
+    const QRect place = rail.mark()->contentsRect();
+    rail.mark()->setFill(0.5);
+    QVERIFY(watch.seesRepaint());
+    QCOMPARE(watch.lastRegion(), QRegion(place));
+    rail.mark()->setDriftOffset(-2.0);
+    QVERIFY(watch.seesRepaint());
+    QCOMPARE(watch.lastRegion(), QRegion(place));
+    rail.mark()->setA1Progress(0.5);
+    QVERIFY(watch.seesRepaint());
+    QCOMPARE(watch.lastRegion(), QRegion(rail.mark()->rect()));
+    rail.mark()->setDriftOffset(-1.0);
+    QVERIFY(watch.seesRepaint());
+    QCOMPARE(watch.lastRegion(), QRegion(rail.mark()->rect()));
+    rail.mark()->setA1Progress(1.0);
+    QVERIFY(watch.seesRepaint());
+    QCOMPARE(watch.lastRegion(), QRegion(rail.mark()->rect()));
 }
 
 // No word of the labels is cut off at the rail's edges.
