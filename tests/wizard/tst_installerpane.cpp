@@ -238,9 +238,9 @@ void TestInstallerPane::endOfTransition()
     Pane pane;
     pane.setCurrentPage(pane.a, true);
     pane.setCurrentPage(pane.b, true);
-    clock.pass(310);
+    clock.pass(280);
     QVERIFY(!pane.restsOn(pane.b));
-    clock.pass(10);
+    clock.pass(40);
     QVERIFY(pane.restsOn(pane.b));
     QTRY_VERIFY(!pane.findChild<QParallelAnimationGroup *>());
 
