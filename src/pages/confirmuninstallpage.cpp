@@ -15,9 +15,6 @@ ConfirmUninstallPage::ConfirmUninstallPage(QWidget *parent) : QWidget(parent)
     QLabel *warning = pageCallout(
         tr("This cannot be undone. Your project files (.sch, .pcb) will not be deleted."),
         u"color:@INS_TX2;border-left:2px solid @INS_RED;padding-left:11px;"_s, this);
-    QFont warningFont = warning->font();
-    warningFont.setPixelSize(12);
-    warning->setFont(warningFont);
     layout->addWidget(warning);
     layout->addSpacing(14);
 

@@ -71,7 +71,10 @@ QLabel *pageCaptionLabel(const QString &text, QWidget *page)
 
 QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *page)
 {
-    QLabel *label = themedLabel(text, page->font(), styleSheet, page);
+    // Here and not in the style sheet, where Qt ignores a size with a fraction.
+    QFont font = page->font();
+    font.setPixelSize(12);
+    QLabel *label = themedLabel(text, font, styleSheet, page);
     label->setWordWrap(true);
     // A style sheet that speaks of the left border alone leaves the upper one to the native style,
     // and with it the drawing of all four. So somebody has to say that there is none.

@@ -46,6 +46,11 @@ InstallerFooterBar::InstallerFooterBar(QWidget *parent)
 {
     setFixedHeight(kHeight);
     m_status->setTextFormat(Qt::PlainText);
+    // Qt ignores fractions of a pixel in a style sheet, and the text would be as large as the
+    // desktop's. 12 px is how it draws 11.5.
+    QFont font = m_status->font();
+    font.setPixelSize(12);
+    m_status->setFont(font);
     setThemedStyleSheet(m_status, u"color:@INS_TX3;font-size:11.5px;"_s);
 
     auto *layout = new QHBoxLayout(this);

@@ -90,6 +90,19 @@ QStringList shownLines(QWidget &widget)
     return lines;
 }
 
+bool isWholeAt(const QLabel *label, int pixelSize)
+{
+    QFont font = label->parentWidget()->font();
+    font.setPixelSize(pixelSize);
+    const QFontMetrics expected(font);
+    const int height = label->hasHeightForWidth() ? label->heightForWidth(label->width())
+                                                  : label->sizeHint().height();
+    return label->fontMetrics().height() == expected.height()
+        && label->fontMetrics().horizontalAdvance(label->text())
+        == expected.horizontalAdvance(label->text())
+        && label->minimumSizeHint().width() <= label->width() && height <= label->height();
+}
+
 bool fitsWindow(QWidget *page)
 {
     QWidget window;

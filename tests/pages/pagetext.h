@@ -30,5 +30,8 @@ inline const QString kLiteral = QStringLiteral("a&b <i>%2 %1</i>");
 /// What is to be read of `widget`, line by line.
 [[nodiscard]] QStringList shownLines(QWidget &widget);
 
+/// True if `label` shows all of its text, as it does at `pixelSize` whatever the default font is.
+[[nodiscard]] bool isWholeAt(const QLabel *label, int pixelSize);
+
 /// True if `page`, in the room that the window has for it, keeps every widget inside its margins.
 [[nodiscard]] bool fitsWindow(QWidget *page);

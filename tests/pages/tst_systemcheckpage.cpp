@@ -1,5 +1,6 @@
 #include "app/applicationfonts.h"
 #include "pages/checkrow.h"
+#include "pages/desktopfonts.h"
 #include "pages/layoutoutline.h"
 #include "pages/manualclock.h"
 #include "pages/pagetext.h"
@@ -86,6 +87,7 @@ private Q_SLOTS:
     void smartAppControlCanBeSet();
     void smartAppControlSwitchedOffTakesTheWarningAway();
     void smartAppControlWithoutRows();
+    void fits_data() { addDesktopFonts(); }
     void fits();
 
 private:
@@ -418,6 +420,8 @@ void TestSystemCheckPage::smartAppControlWithoutRows()
 
 void TestSystemCheckPage::fits()
 {
+    QFETCH(const QFont, font);
+    const DesktopFont desktop(font);
     qputenv("VARNEL_REDUCED_MOTION", "1"); // all of it is there at once
     const auto restore = qScopeGuard([] { qunsetenv("VARNEL_REDUCED_MOTION"); });
     recordSmartAppControl(1);
@@ -426,6 +430,7 @@ void TestSystemCheckPage::fits()
     page.startReveal();
     QVERIFY(!warningOf(page)->isHidden());
     QVERIFY(fitsWindow(&page));
+    QVERIFY(isWholeAt(warningOf(page), 12));
     // Nothing has been squeezed for it either.
     const int height = page.heightForWidth(kPageSize.width());
     QVERIFY(height > 0 && height <= kPageSize.height());

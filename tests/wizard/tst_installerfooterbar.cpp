@@ -1,4 +1,5 @@
 #include "app/applicationfonts.h"
+#include "pages/desktopfonts.h"
 #include "pages/layoutoutline.h"
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
@@ -65,6 +66,8 @@ private Q_SLOTS:
     void init();
     void layout();
     void statusLabel();
+    void statusHasASizeOfItsOwn_data() { addDesktopFonts(); }
+    void statusHasASizeOfItsOwn();
     void statusIsLiteral();
     void variants_data();
     void variants();
@@ -112,6 +115,24 @@ void TestInstallerFooterBar::statusLabel()
     for (bool dark : { false, true }) {
         ThemeManager::instance().setDarkMode(dark);
         QCOMPARE(label->styleSheet(), coloured(u"color:%1;font-size:11.5px;"_s, { u"@INS_TX3"_s }));
+    }
+}
+
+// Of fractions of a pixel, as in its style sheet, the style sheet makes nothing.
+void TestInstallerFooterBar::statusHasASizeOfItsOwn()
+{
+    QFETCH(const QFont, font);
+    InstallerFooterBar before;
+    const DesktopFont desktop(font);
+    InstallerFooterBar after;
+    for (InstallerFooterBar *bar : { &before, &after }) {
+        bar->resize(kWidth, 48);
+        bar->setStatusText(u"Recommended — includes performance fixes"_s);
+        bar->addButton(u"Close"_s, false, false);
+        bar->addButton(u"Open Varnel Schematics"_s, true, false);
+        bar->show();
+        QVERIFY(QTest::qWaitForWindowExposed(bar));
+        QVERIFY(isWholeAt(bar->findChild<QLabel *>(), 12));
     }
 }
 
