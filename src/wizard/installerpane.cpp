@@ -2,6 +2,7 @@
 
 #include "theme/themed.h"
 #include "widgets/animation.h"
+#include "widgets/devicepixels.h"
 
 #include <QGraphicsOpacityEffect>
 #include <QLayout>
@@ -37,14 +38,53 @@ void setLaidOut(QWidget *page, bool on)
         layout->setEnabled(on);
 }
 
-/// Fades `page` with an effect that the page owns from here on.
-void addFade(QParallelAnimationGroup *group, QWidget *page, int duration, double from, double to)
+/// What `widget` and its children paint, one pixel for each device pixel. Painted where the widget
+/// stands in its window: at a fractional ratio it looks a little different elsewhere.
+QPixmap pictureOf(QWidget *widget)
 {
-    auto *effect = new QGraphicsOpacityEffect(page);
-    effect->setOpacity(from);
-    page->setGraphicsEffect(effect);
-    addAnimation(group, effect, "opacity", duration, from, to);
+    const QPoint offset = widget->mapTo(widget->window(), QPoint());
+    const double ratio = widget->devicePixelRatioF();
+    const QRectF place = widget->rect().translated(offset);
+    const QRect pixels = QRectF(place.topLeft() * ratio, place.size() * ratio).toAlignedRect();
+    QPixmap window(pixels.right() + 1, pixels.bottom() + 1);
+    window.setDevicePixelRatio(ratio);
+    window.fill(Qt::transparent);
+    widget->render(&window, offset, {}, QWidget::DrawChildren);
+    QPixmap picture = window.copy(pixels);
+    picture.setDevicePixelRatio(1.0);
+    return picture;
 }
+
+/// Fades a page out as it and its background looked when this was made, whatever becomes of the
+/// page meanwhile.
+class LastLook : public QGraphicsOpacityEffect
+{
+public:
+    explicit LastLook(QWidget *page)
+        : QGraphicsOpacityEffect(page),
+          m_picture(pictureOf(page->parentWidget())),
+          m_ratio(page->devicePixelRatioF())
+    {
+        setOpacity(1.0);
+    }
+
+protected:
+    void draw(QPainter *painter) override
+    {
+        const QRect page = sourceBoundingRect().toRect();
+        painter->save();
+        painter->setOpacity(opacity());
+        if (pixelRatio(*painter) == m_ratio)
+            drawDevicePixels(*painter, devicePixels(*painter, page).place.topLeft(), m_picture);
+        else
+            painter->drawPixmap(page, m_picture);
+        painter->restore();
+    }
+
+private:
+    QPixmap m_picture;
+    double m_ratio;
+};
 
 } // namespace
 
@@ -66,9 +106,17 @@ void InstallerPane::addPage(QWidget *page)
     m_pages.append(page);
 }
 
-void InstallerPane::setCurrentPage(QWidget *page, bool animate)
+void InstallerPane::prepareToShow(const QWidget *page)
 {
     endTransition();
+    const bool goesOut = m_current && m_current != page && showsMotion(this);
+    if (goesOut && !m_current->graphicsEffect())
+        m_current->setGraphicsEffect(new LastLook(m_current));
+}
+
+void InstallerPane::setCurrentPage(QWidget *page, bool animate)
+{
+    prepareToShow(page);
     setLaidOut(page, true);
     QWidget *previous = std::exchange(m_current, page);
     if (!animate || !previous || !showsMotion(this)) {
@@ -92,7 +140,10 @@ void InstallerPane::setCurrentPage(QWidget *page, bool animate)
 void InstallerPane::bringIn(QWidget *page, QParallelAnimationGroup *transition)
 {
     const QRect away = rect().translated(kSlide, 0);
-    addFade(transition, page, kIncomingDuration, 0.0, 1.0);
+    auto *effect = new QGraphicsOpacityEffect(page);
+    effect->setOpacity(0.0);
+    page->setGraphicsEffect(effect);
+    addAnimation(transition, effect, "opacity", kIncomingDuration, 0.0, 1.0);
     page->setGeometry(away);
     page->show();
     page->raise();
@@ -102,7 +153,7 @@ void InstallerPane::bringIn(QWidget *page, QParallelAnimationGroup *transition)
 void InstallerPane::takeOut(QWidget *page, QParallelAnimationGroup *transition)
 {
     const QRect place = page->geometry();
-    addFade(transition, page, kOutgoingDuration, 1.0, 0.0);
+    addAnimation(transition, page->graphicsEffect(), "opacity", kOutgoingDuration, 1.0, 0.0);
     addAnimation(transition, page, "geometry", kOutgoingDuration, place,
                  place.translated(-kSlide, 0));
 }

@@ -17,6 +17,10 @@ public:
     /// Takes the page over, hidden.
     void addPage(QWidget *page);
 
+    /// Comes before setCurrentPage() if the current page is to be reset in between: what leaves the
+    /// screen keeps the look that it has now until it is out of sight.
+    void prepareToShow(const QWidget *page);
+
     /// Shows `page`; ends a transition that is still running first. The page that is shown already
     /// comes in once more, without going out.
     void setCurrentPage(QWidget *page, bool animate);

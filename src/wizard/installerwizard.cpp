@@ -111,7 +111,8 @@ void InstallerWizard::setUninstallerPath(const QString &path)
 
 void InstallerWizard::setRunMode(RunMode mode)
 {
-    leavePage(); // while it is still known which run may be under way
+    // While it is still known which run may be under way.
+    leavePage(m_pages->page(firstPage(mode)));
     m_runMode = mode;
     const QString title = mode == RunMode::Uninstall ? tr("Varnel Schematics uninstall")
                                                      : tr("Varnel Schematics setup");
@@ -176,8 +177,9 @@ void InstallerWizard::keyPressEvent(QKeyEvent *event)
     }
 }
 
-void InstallerWizard::leavePage()
+void InstallerWizard::leavePage(const QWidget *next)
 {
+    m_pane->prepareToShow(next); // before anything that it shows is reset
     m_simulation.stop();
     m_finishDelay.stop();
     m_idleDelay.stop();
@@ -194,11 +196,12 @@ void InstallerWizard::leavePage()
 
 void InstallerWizard::enterPage(PageId id)
 {
-    leavePage();
+    QWidget *page = m_pages->page(id);
+    leavePage(page);
     if (id == PageId::ConfirmUninstall && m_uninstallerPath.isEmpty())
         m_uninstallerPath = uninstallerPath();
     m_pages->prepare(id);
-    m_pane->setCurrentPage(m_pages->page(id), true);
+    m_pane->setCurrentPage(page, true);
     showFooter(pageStop(id));
     if (id == PageId::SystemCheck)
         m_pages->systemCheck()->startReveal();
@@ -263,7 +266,7 @@ ProgressPage *InstallerWizard::progressPage() const
 
 void InstallerWizard::startRun()
 {
-    leavePage();
+    leavePage(progressPage());
     // A run has nothing to press. When its page is hidden, a focused control would pass the focus
     // on, and that to the title bar's buttons.
     if (QWidget *focused = focusWidget())

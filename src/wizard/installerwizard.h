@@ -51,7 +51,7 @@ private:
     void buildChrome();
 
     void enterPage(PageId page);
-    void leavePage();
+    void leavePage(const QWidget *next);
     void showFooter(const PageStop &stop);
     void addFooterButton(const FooterButton &button);
     void focusWayOn();

@@ -1,22 +1,27 @@
 #include "app/applicationfonts.h"
 #include "pages/destinationpage.h"
 #include "pages/finishedpage.h"
+#include "pages/manualclock.h"
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
 #include "pages/uninstallcompletepage.h"
 #include "pages/updatefinishedpage.h"
 #include "pages/welcomepage.h"
 #include "support/grab.h"
-#include "theme/thememanager.h"
+#include "theme/themed.h"
 #include "widgets/animatedmark.h"
 #include "widgets/confettioverlay.h"
 #include "widgets/gifbadge.h"
+#include "widgets/look.h"
+#include "widgets/progresstrack.h"
 #include "widgets/sealcheck.h"
+#include "wizard/installerpane.h"
 #include "wizard/wizarddriver.h"
 
 #include <QDir>
 #include <QEvent>
 #include <QProperty>
+#include <QGraphicsOpacityEffect>
 #include <QTimer>
 
 #include <cmath>
@@ -63,10 +68,9 @@ private:
     ConfettiOverlay *m_overlay;
 };
 
-/// A simulated run that has just ended; the finish page is yet to come.
-bool finishRun(WizardDriver &driver, RunMode mode)
+/// From the first page to a simulated run that has just ended; the finish page is yet to come.
+bool goOnToTheEnd(WizardDriver &driver, RunMode mode)
 {
-    driver.show(mode);
     const bool started = mode == RunMode::Install
         ? driver.goToReadyPage() && driver.press(u"Install"_s)
         : mode == RunMode::Update ? driver.pressAll({ u"Update Now"_s, u"Update"_s })
@@ -104,6 +108,12 @@ private:
     std::function<void()> m_look;
 };
 
+bool finishRun(WizardDriver &driver, RunMode mode)
+{
+    driver.show(mode);
+    return goOnToTheEnd(driver, mode);
+}
+
 QRect inkOf(const QImage &picture)
 {
     QRect ink;
@@ -135,6 +145,7 @@ private Q_SLOTS:
     void uninstallSaysGoodbye();
     void preferencesGoBetweenTheCaptionAndTheDelay();
     void leavingVoidsTheDelay();
+    void barIsSeenFullUntilItIsGone();
     void leavingVoidsTheCelebration();
 };
 
@@ -166,14 +177,18 @@ void TestInstallerWizardFinish::pages()
     QFETCH(RunMode, mode);
     QFETCH(QByteArray, page);
     WizardDriver driver { QString() };
-    QVERIFY(finishRun(driver, mode));
-    driver.mark->setA1Progress(0.77);
+    driver.show(mode);
+    QTRY_COMPARE_WITH_TIMEOUT(driver.mark->a4Progress(), 1.0, kPatience);
+    QVERIFY(goOnToTheEnd(driver, mode));
+    driver.watch.clear();
     QTRY_COMPARE_WITH_TIMEOUT(QByteArray(driver.currentPage()->metaObject()->className()), page,
                               kPatience);
     QTEST(driver.status(), "status");
     QTEST(driver.buttons(), "buttons");
     QTEST(driver.mark->fill(), "fill");
-    QVERIFY(driver.mark->a1Progress() != 0.77); // its entrance is played again
+    // Its entrance is played again, part by part.
+    for (int delay : { 80, 200, 440, 620 })
+        QTRY_COMPARE_WITH_TIMEOUT(driver.watch.shots().count(delay), 1, kPatience);
     QTRY_COMPARE_WITH_TIMEOUT(driver.mark->a4Progress(), 1.0, kPatience);
     QTEST(driver.mark->fill(), "fill");
 }
@@ -292,6 +307,7 @@ void TestInstallerWizardFinish::uninstallSaysGoodbye()
     badge->setPopProgress(0.5);
     driver.watch.clear();
     QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UninstallCompletePage>(), kPatience);
+    QVERIFY(driver.mark->isIdle()); // what is left of it, the ghost, floats like on any page
     QTRY_COMPARE_WITH_TIMEOUT(badge->popProgress(), 1.0, kPatience);
     QVERIFY(labelOf(driver.currentPage(),
                     u"Varnel Schematics has been removed from your computer.\n"
@@ -299,6 +315,40 @@ void TestInstallerWizardFinish::uninstallSaysGoodbye()
     QTRY_COMPARE_WITH_TIMEOUT(driver.mark->a4Progress(), 1.0, kPatience);
     QVERIFY(!driver.watch.shots().contains(kConfettiDelay));
     QVERIFY(!driver.find<ConfettiOverlay>()->isVisible());
+    QVERIFY(driver.mark->isIdle());
+    QCOMPARE(driver.watch.shots().count(kIdleDelay), 0);
+}
+
+// It is emptied at once, which the picture of the page that goes out does not show.
+void TestInstallerWizardFinish::barIsSeenFullUntilItIsGone()
+{
+    ManualClock clock;
+    WizardDriver driver { QString() };
+    driver.show(RunMode::Install);
+    QVERIFY(driver.goToReadyPage());
+    QVERIFY(driver.press(u"Install"_s));
+    clock.pass(320);
+    QVERIFY(driver.finishSimulation());
+    const QWidget *page = driver.currentPage();
+    ProgressTrack *track = driver.track();
+    track->setValue(1.0); // where it glides to
+    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<FinishedPage>(), kPatience);
+    QCOMPARE(track->value(), 0.0);
+    QCOMPARE(track->target(), 0.0);
+
+    clock.pass(60);
+    const auto *effect = qobject_cast<QGraphicsOpacityEffect *>(page->graphicsEffect());
+    QVERIFY(effect && effect->opacity() > 0.2 && effect->opacity() < 0.8);
+    const QColor faded =
+        blended(themedColor(u"@INS_ACCENT"_s), effect->opacity(), themedColor(u"@INS_BG"_s));
+    const QImage picture = grabWidget(*driver.pane);
+    for (double fraction : { 0.02, 0.5, 0.98 }) {
+        const QPointF place =
+            track->mapTo(driver.pane, QPointF(fraction * track->width(), track->height() / 2.0));
+        QCOMPARE(difference(colourAt(picture, place), faded, 3), QString());
+    }
+    clock.pass(320);
+    QVERIFY(!page->isVisible());
 }
 
 // A large folder takes its time, in which nothing is painted.

@@ -2,19 +2,22 @@
 #include "pages/checkrow.h"
 #include "pages/destinationpage.h"
 #include "pages/licensepage.h"
+#include "pages/manualclock.h"
 #include "pages/pagetext.h"
 #include "pages/readytoupdatepage.h"
 #include "pages/strictwarnings.h"
 #include "pages/taskspage.h"
 #include "pages/updatefinishedpage.h"
-#include "theme/thememanager.h"
+#include "support/grab.h"
+#include "theme/themed.h"
+#include "widgets/look.h"
 #include "wizard/installerfooterbar.h"
 #include "wizard/installerpane.h"
 #include "wizard/updatingpage.h"
 #include "wizard/wizarddriver.h"
 
 #include <QDir>
-#include <QGraphicsEffect>
+#include <QGraphicsOpacityEffect>
 #include <QTimer>
 
 #include <algorithm>
@@ -47,6 +50,7 @@ private Q_SLOTS:
     void licenseAnswerIsKept();
     void systemCheckRunsOnEntering();
     void systemCheckIsStoppedOnLeaving();
+    void findingsAreSeenUntilTheyAreGone();
     void choicesAreKept();
     void updateOfferTellsTheVersions_data();
     void updateOfferTellsTheVersions();
@@ -213,6 +217,48 @@ void TestInstallerWizardPages::systemCheckIsStoppedOnLeaving()
     QTRY_VERIFY_WITH_TIMEOUT(!later.isActive(), kPatience);
     for (int delay : { 230, 560, 1000 })
         QVERIFY(!driver.watch.shots().contains(delay));
+}
+
+// They are hidden at once, which the picture of the page that goes out does not show.
+void TestInstallerWizardPages::findingsAreSeenUntilTheyAreGone()
+{
+    ManualClock clock;
+    for (const QString &way : { u"Next"_s, u"Back"_s }) {
+        WizardDriver driver;
+        driver.show(RunMode::Install);
+        QVERIFY(driver.press(u"Next"_s));
+        QVERIFY(driver.click(kAccept));
+        QVERIFY(driver.press(u"Next"_s));
+        auto *page = driver.find<SystemCheckPage>();
+        clock.pass(320);
+        const auto rows = page->findChildren<SystemCheckPage::CheckRow *>();
+        QCOMPARE(rows.size(), 9);
+        QTRY_VERIFY_WITH_TIMEOUT(rows.last()->isRevealed(), kPatience);
+        clock.pass(300);
+        QCOMPARE(rows.last()->reveal(), 1.0);
+
+        const QImage before = grabWidget(*driver.pane);
+        QVERIFY(driver.press(way));
+        for (const auto *row : rows)
+            QCOMPARE(row->reveal(), 0.0);
+        QVERIFY(grabWidget(*driver.pane) == before);
+        clock.pass(60);
+        QVERIFY(page->x() < 0 && page->isVisible());
+        // Of each badge, eight pixels from the left, there is as much as of the whole page.
+        const auto *effect = qobject_cast<QGraphicsOpacityEffect *>(page->graphicsEffect());
+        QVERIFY(effect && effect->opacity() > 0.2 && effect->opacity() < 0.8);
+        const QImage picture = grabWidget(*driver.pane);
+        for (const auto *row : rows) {
+            const QPointF badge = row->mapTo(driver.pane, QPoint(1, row->height() / 2));
+            const QColor full = colourAt(before, badge - page->pos());
+            QVERIFY(full != themedColor(u"@INS_BG"_s));
+            QCOMPARE(difference(colourAt(picture, badge),
+                                blended(full, effect->opacity(), themedColor(u"@INS_BG"_s)), 3),
+                     QString());
+        }
+        clock.pass(320);
+        QVERIFY(!page->isVisible());
+    }
 }
 
 void TestInstallerWizardPages::choicesAreKept()
