@@ -23,6 +23,20 @@
 
 #include <QDir>
 
+namespace {
+
+/// The recorded folder, unless the engine is given another one for it, as it is for the root of a
+/// drive.
+QString updateFolder()
+{
+    const QString recorded = installLocation();
+    const QString given = installFolder(recorded);
+    return QString(recorded).replace(u'\\', u'/') == given ? recorded
+                                                           : QDir::toNativeSeparators(given);
+}
+
+} // namespace
+
 WizardPages::WizardPages(InstallerPane &pane)
 {
     m_all = {
@@ -68,8 +82,7 @@ void WizardPages::prepare(PageId page)
         break;
     case PageId::UpdateAvailable: {
         const QString version = Product::kVersion.toString();
-        // As the engine is given it, which is not told to install into the root of a drive.
-        const QString folder = QDir::toNativeSeparators(installFolder(installLocation()));
+        const QString folder = updateFolder();
         m_updateAvailable->setVersions(installedVersion(), version);
         m_readyToUpdate->setDetails(version, folder);
         m_updateFinished->setVersion(version);

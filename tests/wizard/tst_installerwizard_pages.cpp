@@ -296,6 +296,8 @@ void TestInstallerWizardPages::updateOfferTellsTheVersions_data()
     // The engine makes the product's folder there.
     QTest::newRow("root of a drive")
         << u"1.6.8"_s << uR"(D:\\)"_s << u"Installed 1.6.8"_s << u"D:/Varnel Schematics"_s;
+    QTest::newRow("root of a drive, roundabout")
+        << u"1.6.8"_s << uR"(D:\Tools\..\)"_s << u"Installed 1.6.8"_s << u"D:/Varnel Schematics"_s;
     QTest::newRow("markup") << kLiteral << u"/opt/a&b <i>%2"_s << u"Installed "_s + kLiteral
                             << u"/opt/a&b <i>%2"_s;
     QTest::newRow("nothing recorded")
