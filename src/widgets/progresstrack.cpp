@@ -55,6 +55,12 @@ void ProgressTrack::setTarget(double fraction)
     announceTarget();
 }
 
+void ProgressTrack::settle()
+{
+    m_valueAnimation.stop();
+    setValue(m_target);
+}
+
 void ProgressTrack::reset()
 {
     m_valueAnimation.stop();

@@ -29,6 +29,8 @@ public:
     void setTarget(double fraction);
     /// The same in percent, clamped to 0 to 100.
     void setTargetPercent(int percent) { setTarget(percent / 100.0); }
+    /// Ends a glide that is under way: the bar stands at its target.
+    void settle();
     /// Empties the bar at once.
     void reset();
 

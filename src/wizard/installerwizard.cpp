@@ -332,7 +332,7 @@ void InstallerWizard::onEngineFinished(bool ok, const QString &error)
     if (m_runMode == RunMode::Uninstall && m_pages->confirmUninstall()->deletePreferences()) {
         // They may take a while to go, in which nothing is painted.
         m_pane->endTransition();
-        progressPage()->repaint();
+        progressPage()->settle();
         removeUserData();
     }
     m_finishDelay.start();

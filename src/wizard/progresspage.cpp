@@ -134,6 +134,13 @@ void ProgressPage::showError(const QString &message)
     setStatus(message);
 }
 
+void ProgressPage::settle()
+{
+    m_track->settle();
+    layout()->activate(); // the percentage may just have become wider
+    repaint();
+}
+
 void ProgressPage::resetBar()
 {
     setWaiting(false);

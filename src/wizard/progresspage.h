@@ -30,6 +30,8 @@ public:
     void completeSteps();
     /// Shows in the caption's place why the run ended early.
     void showError(const QString &message);
+    /// Paints the figures as they are to stay, for work during which nothing is painted.
+    void settle();
     /// Empties the bar at once, when the page is left.
     void resetBar();
 

@@ -366,7 +366,13 @@ void TestInstallerWizardFinish::preferencesGoBetweenTheCaptionAndTheDelay()
     bool wasAnnounced = false;
     const QLabel *caption = driver.caption();
     const PaintingWatch watch(driver.caption(), [&] {
-        wasAnnounced |= caption->text() == u"Finishing up…" && arePreferencesThere();
+        if (caption->text() != u"Finishing up…" || !arePreferencesThere())
+            return;
+        wasAnnounced = true;
+        // This is what is seen for as long as it takes.
+        QCOMPARE(driver.track()->value(), 1.0);
+        const QLabel *percentage = labelOf(driver.currentPage(), u"100%"_s);
+        QVERIFY(percentage->width() >= percentage->sizeHint().width());
     });
     QTimer *delay = finishDelay(driver);
     QVERIFY(delay);
@@ -376,6 +382,7 @@ void TestInstallerWizardFinish::preferencesGoBetweenTheCaptionAndTheDelay()
             preferencesAtStart << arePreferencesThere();
     });
     QVERIFY(arePreferencesThere());
+    Q_EMIT driver.engine.progress(1.0);
     Q_EMIT driver.engine.finished(true, QString());
     QVERIFY(wasAnnounced);
     QCOMPARE(preferencesAtStart, QList<bool> { false });
