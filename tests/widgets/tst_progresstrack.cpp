@@ -33,6 +33,7 @@ private Q_SLOTS:
     void percent_data();
     void percent();
     void glidesOnFromWhereItIs();
+    void settle();
     void reset();
     void sweepStartsWithIndeterminate();
     void sweepStartsOnce();
@@ -179,6 +180,18 @@ void TestProgressTrack::glidesOnFromWhereItIs()
     QCOMPARE(departure(clock, { turn, 1.0, kGlide, QEasingCurve::Linear },
                        [&] { return track.value(); }),
              QString());
+}
+
+void TestProgressTrack::settle()
+{
+    ManualClock clock;
+    ProgressTrack track;
+    track.setTarget(0.8);
+    clock.pass(kGlide / 2);
+    track.settle();
+    QCOMPARE(track.value(), 0.8);
+    clock.pass(kGlide / 4);
+    QCOMPARE(track.value(), 0.8);
 }
 
 void TestProgressTrack::reset()
