@@ -5,7 +5,7 @@ import re
 import unittest
 
 from testcase import ENGINE, WindowsTestCase
-from world import UNINSTALL
+from world import UNINSTALL, wait_until
 
 VIEW_32 = UNINSTALL.replace("SOFTWARE", "SOFTWARE\\Wow6432Node")
 PLACES = {
@@ -66,6 +66,23 @@ class Registry(WindowsTestCase):
             self.assertEqual(changed, set(), root)
         for word in ("Varnel", "4F1C2A77"):
             self.assertNotIn(word, "".join(after.values()))
+
+    def test_choosing_a_folder_leaves_nothing_of_qt(self):
+        wizard = self.wizard("--install")
+        wizard.wait_page("Welcome to the Varnel Schematics Setup Wizard")
+        wizard.next("License Agreement")
+        wizard.click("I accept the license agreement")
+        wizard.next("requirement(s) checked")
+        wizard.next("Select Destination Location")
+        wizard.choose_folder("C:\\Tools")
+        wizard.click("Change")
+        wait_until(lambda: wizard.search("--name", "^Select "), "the folder dialog")
+        wizard.press("Escape")
+        wait_until(lambda: not wizard.search("--name", "^Select "), "the end of the folder dialog")
+        self.assertEqual(wizard.close(), 0)
+        # What Windows itself remembers of its dialogs is not ours.
+        self.assertEqual([key for key in self.world.keys("HKEY_CURRENT_USER")
+                          if "qtproject" in key], [])
 
 
 if __name__ == "__main__":
