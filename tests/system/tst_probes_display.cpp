@@ -1,5 +1,6 @@
 // Apart from the other probes, because this one needs screens, one for each case.
 #include "system/probes.h"
+#include "system/screenpixels.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,6 +15,10 @@
 
 #include <memory>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -21,6 +26,14 @@ namespace {
 constexpr double kBaseDpi = 96;
 // Relative, as a colon in a platform's argument begins the next one.
 const QString kScreenFile = u"screens.json"_s;
+
+std::unique_ptr<QGuiApplication> makeProgram()
+{
+    static int argc = 1;
+    static char name[] = "tst_probes_display";
+    static char *argv[] = { name, nullptr };
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
 
 /// A program that is shown on screens of these sizes, scaled to `percent`.
 std::unique_ptr<QGuiApplication> programOnScreens(const QList<QSize> &sizes, int percent)
@@ -45,10 +58,7 @@ std::unique_ptr<QGuiApplication> programOnScreens(const QList<QSize> &sizes, int
     file.close();
 
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + kScreenFile.toLatin1());
-    static int argc = 1;
-    static char name[] = "tst_probes_display";
-    static char *argv[] = { name, nullptr };
-    return std::make_unique<QGuiApplication>(argc, argv);
+    return makeProgram();
 }
 
 QString shownSize()
@@ -75,6 +85,7 @@ private Q_SLOTS:
     void sizeIsInRealPixels_data();
     void sizeIsInRealPixels();
     void sizeIsThatOfThePrimaryScreen();
+    void sizeIsThatOfTheSystem();
 
 private:
     QTemporaryDir m_folder;
@@ -152,6 +163,21 @@ void TestProbesDisplay::sizeIsThatOfThePrimaryScreen()
     QVERIFY(program);
     QCOMPARE(QGuiApplication::screens().size(), 2);
     QCOMPARE(shownSize(), shown({ 2560, 1600 }));
+}
+
+void TestProbesDisplay::sizeIsThatOfTheSystem()
+{
+#ifdef Q_OS_WIN
+    qputenv("QT_QPA_PLATFORM", "windows");
+    qputenv("QT_SCALE_FACTOR", "1.37");
+    const auto restore = qScopeGuard([] { qunsetenv("QT_SCALE_FACTOR"); });
+    const auto program = makeProgram();
+    QCOMPARE(shownSize(), shown({ GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN) }));
+    QCOMPARE(primaryScreenPixels(),
+             QSize(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)));
+#else
+    QSKIP("The test of a scaled desktop is for this.");
+#endif
 }
 
 QTEST_APPLESS_MAIN(TestProbesDisplay)
