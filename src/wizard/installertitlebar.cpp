@@ -36,7 +36,8 @@ const QString kCloseButtonStyle = kButtonStyle
 ThemedButton *titleButton(const QString &sign, const QString &name, const QString &style,
                           QWidget *bar)
 {
-    auto *button = new ThemedButton(sign, 0.0, bar);
+    // The focus ring of the last one keeps inside the window's corner; the others look like it.
+    auto *button = new ThemedButton(sign, kCornerRadius, bar);
     button->setAccessibleName(name);
     button->setFixedSize(kButtonSize);
     setThemedStyleSheet(button, style);

@@ -6,6 +6,7 @@
 #include "theme/themed.h"
 #include "wizard/installertitlebar.h"
 #include "wizard/onscreen.h"
+#include "wizard/windowshape.h"
 
 #include <QLabel>
 #include <QMouseEvent>
@@ -13,6 +14,8 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
+
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -77,6 +80,8 @@ private Q_SLOTS:
     void signalsInTheirOrder();
     void painting_data();
     void painting();
+    void focusRingKeepsInsideTheCorner_data() { painting_data(); }
+    void focusRingKeepsInsideTheCorner();
     void themeChangeRepaints();
     void hairlineIsNotCovered();
     void dragsTheWindow();
@@ -227,6 +232,37 @@ void TestInstallerTitleBar::painting()
         QCOMPARE(colourAt(picture, { x, 34.5 }), panel);
     for (double anyRatio : kRatios)
         QVERIFY(hasHairline(grabWidget(bar, anyRatio), Qt::BottomEdge, line));
+}
+
+void TestInstallerTitleBar::focusRingKeepsInsideTheCorner()
+{
+    QFETCH(bool, dark);
+    QFETCH(double, ratio);
+    ThemeManager::instance().setDarkMode(dark);
+    InstallerTitleBar bar(kTitle);
+    bar.resize(kWidth, 36);
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowActive(&bar));
+    minimizeButton(bar)->setFocus(Qt::OtherFocusReason);
+    const QImage before = grabWidget(bar, ratio);
+    closeButton(bar)->setFocus(Qt::TabFocusReason);
+    const QImage after = grabWidget(bar, ratio);
+
+    const QPointF centre(kWidth - kCornerRadius, kCornerRadius); // of the corner's arc
+    for (int y = 0; y < after.height(); ++y) {
+        for (int x = 0; x < after.width(); ++x) {
+            const QPointF out = (QPointF(x, y) + QPointF(0.5, 0.5)) / ratio - centre;
+            const bool isInCorner = out.x() > 0.0 && out.y() < 0.0;
+            if (isInCorner && std::hypot(out.x(), out.y()) > kCornerRadius)
+                QCOMPARE(after.pixelColor(x, y), before.pixelColor(x, y));
+        }
+    }
+    const QRectF button = closeButton(bar)->geometry();
+    for (const QPointF &place : { QPointF(button.center().x(), button.top() + 2.75),
+                                  QPointF(button.center().x(), button.bottom() - 2.75),
+                                  QPointF(button.left() + 2.75, button.center().y()),
+                                  QPointF(button.right() - 2.75, button.center().y()) })
+        QCOMPARE(colourAt(after, place), themedColor(u"@INS_ACCENT"_s));
 }
 
 void TestInstallerTitleBar::themeChangeRepaints()
