@@ -266,7 +266,7 @@ void TestCheckRow::hairline()
     showAtRest(row);
     for (bool dark : { false, true }) {
         ThemeManager::instance().setDarkMode(dark);
-        for (double ratio : kRatios) {
+        for (double ratio : kScreenRatios) {
             const QImage picture = grabWidget(row, ratio);
             QVERIFY(hasHairline(picture, Qt::BottomEdge, themedColor(u"@INS_LINE"_s)));
             QCOMPARE(colourAt(picture, { kWidth / 2.0, row.height() - 1.5 }).alpha(), 0);

@@ -11,7 +11,7 @@
 [[nodiscard]] QColor colourAt(const QImage &picture, const QPointF &point);
 
 /// The ratios that Windows offers.
-inline constexpr double kRatios[] = { 1.0, 1.25, 1.5, 1.75, 2.0, 2.25, 2.5, 3.0 };
+inline constexpr double kScreenRatios[] = { 1.0, 1.25, 1.5, 1.75, 2.0, 2.25, 2.5, 3.0 };
 
 /// True if a line of `colour` runs along the whole of that edge of `picture`, with no device pixel
 /// beyond it and as many of its own as the ratio has wholes.

@@ -304,7 +304,7 @@ void TestInstallerFooterBar::painting()
     // The hairline goes all the way, and the upper corners are square.
     for (double x : { 0.3, kWidth / 2.0, kWidth - 0.3 })
         QCOMPARE(colourAt(picture, { x, 1.2 }), panel);
-    for (double anyRatio : kRatios)
+    for (double anyRatio : kScreenRatios)
         QVERIFY(hasHairline(grabWidget(bar, anyRatio), Qt::TopEdge, line));
     // Both lower corners are rounded by 11 px.
     for (double x : { 0.3, 2.0 }) {

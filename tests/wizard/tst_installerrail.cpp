@@ -292,7 +292,7 @@ void TestInstallerRail::painting()
         QCOMPARE(colourAt(picture, { 0.3, y }), themedColor(u"@INS_RAIL"_s));
         QCOMPARE(colourAt(picture, { 194.6, y }), themedColor(u"@INS_RAIL"_s));
     }
-    for (double anyRatio : kRatios)
+    for (double anyRatio : kScreenRatios)
         QVERIFY(
             hasHairline(grabWidget(rail, anyRatio), Qt::RightEdge, themedColor(u"@INS_LINE"_s)));
 }

@@ -230,7 +230,7 @@ void TestInstallerTitleBar::painting()
     // The lower corners are not, and the hairline goes all the way.
     for (double x : { 0.3, kWidth / 2.0, kWidth - 0.3 })
         QCOMPARE(colourAt(picture, { x, 34.5 }), panel);
-    for (double anyRatio : kRatios)
+    for (double anyRatio : kScreenRatios)
         QVERIFY(hasHairline(grabWidget(bar, anyRatio), Qt::BottomEdge, line));
 }
 

@@ -72,7 +72,7 @@ void TestInstallerWizardScreens::initTestCase()
     QList<double> ratios;
     for (const QScreen *screen : QGuiApplication::screens())
         ratios.append(screen->devicePixelRatio());
-    QCOMPARE(ratios, QList<double>(std::begin(kRatios), std::end(kRatios)));
+    QCOMPARE(ratios, QList<double>(std::begin(kScreenRatios), std::end(kScreenRatios)));
 }
 
 void TestInstallerWizardScreens::init()
