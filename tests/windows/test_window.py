@@ -51,6 +51,41 @@ class Window(WindowsTestCase):
         wizard.click("I accept the license agreement")
         wizard.next("requirement(s) checked")
 
+    def place(self, window):
+        told = subprocess.run(["xdotool", "getwindowgeometry", "--shell", window], check=True,
+                              capture_output=True, text=True).stdout
+        values = dict(line.split("=") for line in told.splitlines())
+        return int(values["X"]), int(values["Y"])
+
+    def drag(self, wizard, grip, way):
+        """Drags by a place of the window; in small steps, as a hand does."""
+        left, top = self.place(wizard.window)
+        x, y = left + grip[0], top + grip[1]
+        words = ["mousemove", x, y, "mousedown", 1]
+        for step in range(1, 41):
+            words += ["sleep", 0.02, "mousemove", x + way[0] * step // 40, y + way[1] * step // 40]
+        words += ["sleep", 0.3, "mouseup", 1]
+        subprocess.run(["xdotool", *map(str, words)], check=True)
+
+    def test_is_moved_by_its_bar(self):
+        wizard = self.wizard("--install")
+        wizard.settle()
+        bar = (300, 18)
+        for way in ((80, 60), (-60, -40)):
+            left, top = self.place(wizard.window)
+            self.drag(wizard, bar, way)
+            wait_until(lambda: abs(self.place(wizard.window)[0] - left - way[0]) <= 3
+                       and abs(self.place(wizard.window)[1] - top - way[1]) <= 3, "the drag")
+            before = self.place(wizard.window)
+            # The pointer alone takes nothing along, nor does a press on a button.
+            subprocess.run(["xdotool", "mousemove", str(before[0] + 200), str(before[1] + 18),
+                            "mousemove", str(before[0] + 100), str(before[1] + 300)], check=True)
+            for button in TITLE_BUTTONS.values():
+                self.drag(wizard, button, (-200, 150))
+            wizard.settle()
+            self.assertEqual(self.place(wizard.window), before)
+        wizard.close()
+
 
 if __name__ == "__main__":
     unittest.main()
