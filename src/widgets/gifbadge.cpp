@@ -32,12 +32,21 @@ GifBadge::GifBadge(const QString &fileName, int side, QWidget *parent)
     m_popAnimation.setStartValue(0.0);
     m_popAnimation.setEndValue(1.0);
     m_movie.setCacheMode(QMovie::CacheAll);
-    connect(&m_movie, &QMovie::frameChanged, this, qOverload<>(&QWidget::update));
+    connect(&m_movie, &QMovie::frameChanged, this, &GifBadge::showFrame);
     repaintOnThemeChange(this);
     connect(&m_onScreen, &OnScreenWatcher::changed, this, [this] {
         if (m_movie.state() != QMovie::NotRunning)
             updatePlayback();
     });
+}
+
+void GifBadge::showFrame(int number)
+{
+    // A movie of one frame that repeats itself for ever is a still picture.
+    if (std::exchange(m_shownFrame, number) == number)
+        m_movie.stop();
+    else
+        update();
 }
 
 void GifBadge::updatePlayback()
@@ -61,8 +70,9 @@ void GifBadge::paintEvent(QPaintEvent *)
     if (m_popProgress <= kInvisible)
         return;
     // Nobody misses it before it is painted, and reading it is work that the program's start need
-    // not wait for.
-    if (m_movie.state() == QMovie::NotRunning) {
+    // not wait for. Only once: one that cannot play, or has played to its end, would ask for the
+    // next paint each time.
+    if (!std::exchange(m_wasStarted, true)) {
         m_movie.start();
         updatePlayback();
     }

@@ -34,6 +34,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void showFrame(int number);
     void updatePlayback();
     void paintPopping(QPainter &painter);
     void paintAtRest(QPainter &painter);
@@ -48,6 +49,8 @@ private:
 
     int m_side;
     QMovie m_movie;
+    bool m_wasStarted = false;
+    int m_shownFrame = -1;
     QPixmap m_scaled; ///< the last one
     qint64 m_scaledFrom = 0; ///< its frame's cache key
     /// By frame: a movie plays for ever, and clipping and scaling are dear.
