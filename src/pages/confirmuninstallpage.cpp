@@ -6,7 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-ConfirmUninstallPage::ConfirmUninstallPage(QWidget *parent) : QWidget(parent)
+ConfirmUninstallPage::ConfirmUninstallPage(QWidget *parent) : WizardPage(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     m_body = addPageHead(layout, tr("Uninstall %1").arg(Product::kName), {});

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class QLabel;
 class ToggleCheckbox;
 
 /// Names what will be removed, warns that it is final, and offers to remove the preferences too.
-class ConfirmUninstallPage : public QWidget
+class ConfirmUninstallPage : public WizardPage
 {
     Q_OBJECT
 

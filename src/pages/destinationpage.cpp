@@ -24,7 +24,7 @@ constexpr double kCaptionSpacing = 110.0; // percent
 
 } // namespace
 
-DestinationPage::DestinationPage(QWidget *parent) : QWidget(parent)
+DestinationPage::DestinationPage(QWidget *parent) : WizardPage(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("Select Destination Location"),

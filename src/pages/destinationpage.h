@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class QLabel;
 
 /// Shows and changes the folder to install into. Judges nothing: the caption only tells how much
 /// room there is.
-class DestinationPage : public QWidget
+class DestinationPage : public WizardPage
 {
     Q_OBJECT
 

@@ -3,7 +3,7 @@
 #include "pages/pagelabels.h"
 #include "widgets/sealcheck.h"
 
-FinishedPage::FinishedPage(QWidget *parent) : QWidget(parent)
+FinishedPage::FinishedPage(QWidget *parent) : WizardPage(parent)
 {
     m_seal = new SealCheck(this);
     m_body = layOutFinishPage(this, m_seal, tr("Varnel Schematics is installed"));

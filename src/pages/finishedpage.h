@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class QLabel;
 class SealCheck;
 
 /// Last page of a successful installation.
-class FinishedPage : public QWidget
+class FinishedPage : public WizardPage
 {
     Q_OBJECT
 

@@ -5,6 +5,7 @@
 #include "theme/themed.h"
 #include "widgets/focusring.h"
 #include "widgets/radiooption.h"
+#include "widgets/spokentext.h"
 
 #include <QButtonGroup>
 #include <QCoreApplication>
@@ -84,7 +85,7 @@ QPlainTextEdit *licenseView(QWidget *page)
 
 } // namespace
 
-LicensePage::LicensePage(QWidget *parent) : QWidget(parent)
+LicensePage::LicensePage(QWidget *parent) : WizardPage(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("License Agreement"),
@@ -105,9 +106,14 @@ LicensePage::LicensePage(QWidget *parent) : QWidget(parent)
     layout->addStretch();
 }
 
-void LicensePage::focusAnswer()
+QWidget *LicensePage::answer() const
 {
-    m_answers->checkedButton()->setFocus(Qt::OtherFocusReason);
+    return m_answers->checkedButton();
+}
+
+QString LicensePage::spokenSummary() const
+{
+    return spokenText({ WizardPage::spokenSummary(), tr("Do you accept the license agreement?") });
 }
 
 bool LicensePage::isAccepted() const

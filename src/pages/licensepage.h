@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class QButtonGroup;
 class RadioOption;
 
 /// Shows the licence and asks whether it is accepted; it is not until the user says so.
-class LicensePage : public QWidget
+class LicensePage : public WizardPage
 {
     Q_OBJECT
 
@@ -14,8 +14,10 @@ public:
     explicit LicensePage(QWidget *parent = nullptr);
 
     [[nodiscard]] bool isAccepted() const;
-    /// Gives the keyboard to the answer that is chosen now.
-    void focusAnswer();
+    /// The answer that is chosen now, for the keyboard to start from.
+    [[nodiscard]] QWidget *answer() const;
+
+    [[nodiscard]] QString spokenSummary() const override;
 
 Q_SIGNALS:
     /// Each time the answer changes, and only then.

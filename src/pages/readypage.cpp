@@ -6,7 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-ReadyPage::ReadyPage(QWidget *parent) : QWidget(parent)
+ReadyPage::ReadyPage(QWidget *parent) : WizardPage(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("Ready to Install"),

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class SummaryBox;
 
 /// Shows what is about to be done, before it is.
-class ReadyPage : public QWidget
+class ReadyPage : public WizardPage
 {
     Q_OBJECT
 

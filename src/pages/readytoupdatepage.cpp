@@ -8,7 +8,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 ReadyToUpdatePage::ReadyToUpdatePage(QWidget *parent)
-    : QWidget(parent),
+    : WizardPage(parent),
       m_version(Product::kVersion.toString()),
       m_folder(uR"(C:\Program Files\)" + Product::kName)
 {

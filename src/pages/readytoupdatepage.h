@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class QLabel;
 class SummaryBox;
 
 /// Shows what an update is about to do, before it does.
-class ReadyToUpdatePage : public QWidget
+class ReadyToUpdatePage : public WizardPage
 {
     Q_OBJECT
 

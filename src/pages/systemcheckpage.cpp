@@ -4,6 +4,7 @@
 #include "pages/pagelabels.h"
 #include "system/probes.h"
 #include "widgets/animation.h"
+#include "widgets/spokentext.h"
 
 #include <chrono>
 #include <utility>
@@ -20,11 +21,11 @@ constexpr int kWarningDuration = 400; // ms
 
 } // namespace
 
-SystemCheckPage::SystemCheckPage(QWidget *parent) : QWidget(parent), m_warningDelay(this)
+SystemCheckPage::SystemCheckPage(QWidget *parent)
+    : WizardPage(parent), m_title(tr("Checking your system")), m_warningDelay(this)
 {
     QVBoxLayout *layout = pageLayout(this);
-    addPageHead(layout, tr("Checking your system"),
-                tr("Verifying the requirements so you don't have to read them."));
+    addPageHead(layout, m_title, tr("Verifying the requirements so you don't have to read them."));
     layout->addSpacing(12);
     m_rowContainer = new QWidget(this);
     m_rowLayout = new QVBoxLayout(m_rowContainer);
@@ -106,6 +107,21 @@ void SystemCheckPage::setSmartAppControlOn(bool on)
         hideWarning();
     if (m_smartAppControlRow)
         m_smartAppControlRow->setResult(judgeSmartAppControl(on ? kSmartAppControlOn : 0));
+}
+
+QString SystemCheckPage::spokenSummary() const
+{
+    QStringList shortcomings;
+    for (const CheckRow *row : m_rows) {
+        if (!row->result().ok)
+            shortcomings += row->accessibleName();
+    }
+    if (m_warningNeeded)
+        shortcomings += m_warning->text();
+    // The findings that are as they should be are told by their number.
+    return spokenText({ m_title, tr("Requirements checked: %1").arg(checkCount()),
+                        shortcomings.isEmpty() ? tr("All are met") : tr("Need attention:"),
+                        shortcomings.join(u'\n') });
 }
 
 void SystemCheckPage::followWarningOpacity(double opacity)

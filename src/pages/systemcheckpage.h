@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pages/wizardpage.h"
 #include "widgets/delayedstart.h"
 
 #include <QGraphicsOpacityEffect>
@@ -7,10 +8,9 @@
 #include <QList>
 #include <QPropertyAnimation>
 #include <QVBoxLayout>
-#include <QWidget>
 
 /// Tells what the machine is like, row by row. It informs and never blocks the way on.
-class SystemCheckPage : public QWidget
+class SystemCheckPage : public WizardPage
 {
     Q_OBJECT
 
@@ -30,6 +30,8 @@ public:
     /// Says that Smart App Control is on or off, in its row and for the warning.
     void setSmartAppControlOn(bool on);
 
+    [[nodiscard]] QString spokenSummary() const override;
+
     /// Number of rows of the last run.
     [[nodiscard]] int checkCount() const { return int(m_rows.size()); }
 
@@ -37,6 +39,7 @@ private:
     void hideWarning();
     void followWarningOpacity(double opacity);
 
+    QString m_title;
     QWidget *m_rowContainer;
     QVBoxLayout *m_rowLayout;
     QList<CheckRow *> m_rows;

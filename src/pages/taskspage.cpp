@@ -3,7 +3,7 @@
 #include "pages/pagelabels.h"
 #include "widgets/togglecheckbox.h"
 
-TasksPage::TasksPage(QWidget *parent) : QWidget(parent)
+TasksPage::TasksPage(QWidget *parent) : WizardPage(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(

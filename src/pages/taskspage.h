@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class ToggleCheckbox;
 
 /// Asks for the tasks beside copying files.
-class TasksPage : public QWidget
+class TasksPage : public WizardPage
 {
     Q_OBJECT
 

@@ -11,7 +11,7 @@ constexpr int kBadgeSize = 64;
 
 } // namespace
 
-UninstallCompletePage::UninstallCompletePage(QWidget *parent) : QWidget(parent)
+UninstallCompletePage::UninstallCompletePage(QWidget *parent) : WizardPage(parent)
 {
     m_badge = new GifBadge(u":/assets/bye.gif"_s, kBadgeSize, this);
     m_body = layOutFinishPage(this, m_badge, tr("See You Later!"));

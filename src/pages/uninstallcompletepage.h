@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class GifBadge;
 class QLabel;
 
 /// The farewell after a removal.
-class UninstallCompletePage : public QWidget
+class UninstallCompletePage : public WizardPage
 {
     Q_OBJECT
 

@@ -44,7 +44,7 @@ FittedLabel *versionChip(const QString &prefix, QWidget *page)
 
 } // namespace
 
-UpdateAvailablePage::UpdateAvailablePage(QWidget *parent) : QWidget(parent)
+UpdateAvailablePage::UpdateAvailablePage(QWidget *parent) : WizardPage(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("Update Available for Varnel Schematics"),
@@ -73,6 +73,10 @@ UpdateAvailablePage::UpdateAvailablePage(QWidget *parent) : QWidget(parent)
 
 void UpdateAvailablePage::setVersions(const QString &installed, const QString &available)
 {
-    setChipVersion(m_installed, installed.isEmpty() ? tr("not found") : installed);
+    const QString present = installed.isEmpty() ? tr("not found") : installed;
+    setChipVersion(m_installed, present);
     setChipVersion(m_available, available);
+    // When a window opens, a screen reader reads out its texts, but none of only two words.
+    m_installed->setAccessibleName(tr("Installed version: %1").arg(present));
+    m_available->setAccessibleName(tr("Available version: %1").arg(available));
 }

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class FittedLabel;
 
 /// Offers the version that this wizard carries, beside the installed one.
-class UpdateAvailablePage : public QWidget
+class UpdateAvailablePage : public WizardPage
 {
     Q_OBJECT
 

@@ -4,7 +4,7 @@
 #include "product/product.h"
 #include "widgets/sealcheck.h"
 
-UpdateFinishedPage::UpdateFinishedPage(QWidget *parent) : QWidget(parent)
+UpdateFinishedPage::UpdateFinishedPage(QWidget *parent) : WizardPage(parent)
 {
     m_seal = new SealCheck(this);
     m_body = layOutFinishPage(this, m_seal, tr("Varnel Schematics has been updated"));

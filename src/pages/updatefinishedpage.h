@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class QLabel;
 class SealCheck;
 
 /// Last page of a successful update.
-class UpdateFinishedPage : public QWidget
+class UpdateFinishedPage : public WizardPage
 {
     Q_OBJECT
 

@@ -3,7 +3,7 @@
 #include "pages/pagelabels.h"
 #include "product/product.h"
 
-WelcomePage::WelcomePage(QWidget *parent) : QWidget(parent)
+WelcomePage::WelcomePage(QWidget *parent) : WizardPage(parent)
 {
     QVBoxLayout *layout = pageLayout(this);
     addPageHead(layout, tr("Welcome to the %1 Setup Wizard").arg(Product::kName),

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 /// First page of an installation: what will be installed, and by whom.
-class WelcomePage : public QWidget
+class WelcomePage : public WizardPage
 {
     Q_OBJECT
 

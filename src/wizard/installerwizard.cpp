@@ -186,6 +186,9 @@ void InstallerWizard::leavePage(const QWidget *next)
     m_celebration->stop();
     for (const QMetaObject::Connection &connection : m_engineConnections)
         disconnect(connection);
+    // Whatever is hidden with the focus passes it on, and that to the title bar's buttons.
+    if (QWidget *focused = focusWidget())
+        focused->clearFocus();
     m_footer->clear();
     m_pages->systemCheck()->resetReveal();
     progressPage()->setWaiting(false);
@@ -196,13 +199,16 @@ void InstallerWizard::leavePage(const QWidget *next)
 
 void InstallerWizard::enterPage(PageId id)
 {
-    QWidget *page = m_pages->page(id);
+    WizardPage *page = m_pages->page(id);
     leavePage(page);
     if (id == PageId::ConfirmUninstall && m_uninstallerPath.isEmpty())
         m_uninstallerPath = uninstallerPath();
     m_pages->prepare(id);
+    // A window that opens is read out as a whole, with the page that is on it.
+    const bool isNews = isVisible() && m_pane->currentPage() != page;
     m_pane->setCurrentPage(page, true);
     showFooter(pageStop(id));
+    focusWayOn(isNews ? page->spokenSummary() : QString());
     if (id == PageId::SystemCheck)
         m_pages->systemCheck()->startReveal();
 }
@@ -219,7 +225,6 @@ void InstallerWizard::showFooter(const PageStop &stop)
         next->setEnabled(m_pages->license()->isAccepted());
         connect(m_pages->license(), &LicensePage::acceptedChanged, next, &QWidget::setEnabled);
     }
-    focusWayOn();
 }
 
 void InstallerWizard::addFooterButton(const FooterButton &button)
@@ -228,17 +233,16 @@ void InstallerWizard::addFooterButton(const FooterButton &button)
     connect(widget, &QPushButton::clicked, this, [this, button] { obey(button); });
 }
 
-void InstallerWizard::focusWayOn()
+void InstallerWizard::focusWayOn(const QString &spoken)
 {
     // The way on, so that the keyboard has a place to start from; on a page that destroys
     // something, the way back; where there is no way on yet, what has to be answered first.
     const QList<QPushButton *> buttons = m_footer->buttons();
     QWidget *place =
         InstallerFooterBar::isDanger(buttons.last()) ? buttons.first() : buttons.last();
-    if (place->isEnabled())
-        place->setFocus(Qt::OtherFocusReason);
-    else
-        m_pages->license()->focusAnswer();
+    if (!place->isEnabled())
+        place = m_pages->license()->answer();
+    m_focus.give(place, spoken);
 }
 
 void InstallerWizard::obey(const FooterButton &button)
@@ -267,16 +271,14 @@ ProgressPage *InstallerWizard::progressPage() const
 void InstallerWizard::startRun()
 {
     leavePage(progressPage());
-    // A run has nothing to press. When its page is hidden, a focused control would pass the focus
-    // on, and that to the title bar's buttons.
-    if (QWidget *focused = focusWidget())
-        focused->clearFocus();
     m_pane->setCurrentPage(progressPage(), true);
     m_footer->setStatusText(tr("Do not turn off your PC"));
     m_footer->addButton(tr("Cancel"), false, false)->setEnabled(false);
     m_rail->mark()->stopIdle();
     m_rail->mark()->setFill(runPlan(m_runMode).fillsMark ? 0.0 : 1.0);
     progressPage()->begin(runSteps(m_runMode, m_pages->confirmUninstall()->deletePreferences()));
+    // A run has nothing to press; the focus is where it can be heard what is being done.
+    m_focus.give(progressPage(), progressPage()->spokenSummary());
     if (usesEngine())
         startEngine();
     else
@@ -346,17 +348,14 @@ void InstallerWizard::completeRun()
 
 void InstallerWizard::failRun(const QString &error)
 {
-    const QString message = error.isEmpty() ? tr("Setup did not complete.") : error;
-    progressPage()->showError(message);
+    progressPage()->showError(error.isEmpty() ? tr("Setup did not complete.") : error);
     m_footer->setStatusText(tr("Setup could not finish"));
     m_footer->clear();
     addFooterButton({ .text = QT_TR_NOOP("Close"),
                       .primary = true,
                       .danger = true,
                       .command = Command::Close });
-    // Who cannot see the page hears the button that takes the focus, and so why it is there.
-    m_footer->buttons().first()->setAccessibleDescription(message);
-    focusWayOn();
+    focusWayOn(progressPage()->spokenSummary());
 }
 
 void InstallerWizard::enterFinish()

@@ -3,6 +3,7 @@
 #include "widgets/delayedstart.h"
 #include "wizard/pageflow.h"
 #include "wizard/simulatedrun.h"
+#include "wizard/spokenfocus.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -54,7 +55,7 @@ private:
     void leavePage(const QWidget *next);
     void showFooter(const PageStop &stop);
     void addFooterButton(const FooterButton &button);
-    void focusWayOn();
+    void focusWayOn(const QString &spoken);
     void obey(const FooterButton &button);
 
     void startRun();
@@ -82,6 +83,7 @@ private:
     SimulatedRun m_simulation;
     QTimer m_finishDelay { this }; ///< the last look at a completed run
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating
+    SpokenFocus m_focus { this };
     bool m_wasShown = false;
     bool m_isClosing = false;
 };

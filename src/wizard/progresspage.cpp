@@ -4,6 +4,7 @@
 #include "pages/pagelabels.h"
 #include "theme/themed.h"
 #include "widgets/progresstrack.h"
+#include "widgets/spokentext.h"
 #include "wizard/steplist.h"
 
 #include <QHBoxLayout>
@@ -25,7 +26,7 @@ constexpr int kHighestCaption = 135;
 } // namespace
 
 ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
-    : QWidget(parent), m_caption(texts.caption)
+    : WizardPage(parent), m_texts(texts)
 {
     QVBoxLayout *layout = pageLayout(this);
     if (badge) {
@@ -90,7 +91,7 @@ void ProgressPage::begin(const QStringList &steps)
     m_fileLabel->clear();
     m_percentLabel->setText(u"0%"_s);
     resetBar();
-    setStatus(m_caption);
+    setStatus(m_texts.caption);
 }
 
 void ProgressPage::setWaiting(bool waiting)
@@ -145,6 +146,11 @@ void ProgressPage::resetBar()
 {
     setWaiting(false);
     m_track->reset();
+}
+
+QString ProgressPage::spokenSummary() const
+{
+    return m_hasError ? m_captionLabel->text() : spokenText({ m_texts.title, m_texts.body });
 }
 
 void ProgressPage::styleCaption()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include "pages/wizardpage.h"
 
 class FittedLabel;
 class ProgressTrack;
@@ -9,7 +9,7 @@ class StepList;
 
 /// A run as the user sees it. What the three progress pages share, which is all but their texts
 /// and, on one of them, a badge beside the head.
-class ProgressPage : public QWidget
+class ProgressPage : public WizardPage
 {
     Q_OBJECT
 
@@ -35,6 +35,9 @@ public:
     /// Empties the bar at once, when the page is left.
     void resetBar();
 
+    /// What is being done or, after an error, why it ended.
+    [[nodiscard]] QString spokenSummary() const override;
+
 protected:
     struct Texts
     {
@@ -48,7 +51,7 @@ protected:
 private:
     void styleCaption();
 
-    QString m_caption;
+    Texts m_texts;
     bool m_hasError = false;
     StepList *m_steps;
     FittedLabel *m_fileLabel;

@@ -56,7 +56,7 @@ WizardPages::WizardPages(InstallerPane &pane)
         new UninstallingPage,
         m_uninstallComplete = new UninstallCompletePage,
     };
-    for (QWidget *page : m_all)
+    for (WizardPage *page : m_all)
         pane.addPage(page);
 }
 

@@ -11,7 +11,6 @@ class InstallerPane;
 class InstallingPage;
 class LicensePage;
 class ProgressPage;
-class QWidget;
 class ReadyPage;
 class ReadyToUpdatePage;
 class SystemCheckPage;
@@ -19,6 +18,7 @@ class TasksPage;
 class UninstallCompletePage;
 class UpdateAvailablePage;
 class UpdateFinishedPage;
+class WizardPage;
 
 /// The pages of all three flows: they are built once, with the window, and each is told what it is
 /// to show when it is entered. What a page has to know of another goes through here.
@@ -28,7 +28,7 @@ public:
     /// `pane` owns the pages from here on.
     explicit WizardPages(InstallerPane &pane);
 
-    [[nodiscard]] QWidget *page(PageId page) const { return m_all[size_t(page)]; }
+    [[nodiscard]] WizardPage *page(PageId page) const { return m_all[size_t(page)]; }
     /// The one on which the run of `mode` is followed.
     [[nodiscard]] ProgressPage *progressPage(RunMode mode) const;
 
@@ -46,7 +46,7 @@ public:
     [[nodiscard]] UninstallCompletePage *uninstallComplete() const { return m_uninstallComplete; }
 
 private:
-    std::array<QWidget *, kPageCount> m_all {};
+    std::array<WizardPage *, kPageCount> m_all {};
     LicensePage *m_license;
     SystemCheckPage *m_systemCheck;
     DestinationPage *m_destination;

@@ -235,10 +235,10 @@ void TestLicensePage::answerTakesTheFocus()
     page.resize(kPageSize);
     page.show();
     QVERIFY(QTest::qWaitForWindowActive(&page));
-    page.focusAnswer();
+    page.answer()->setFocus();
     QCOMPARE(page.focusWidget(), option(page, kDecline));
     option(page, kAccept)->setChecked(true);
-    page.focusAnswer();
+    page.answer()->setFocus();
     QCOMPARE(page.focusWidget(), option(page, kAccept));
 }
 
