@@ -1,12 +1,14 @@
 #include "widgets/paintedaccessibility.h"
 
 #include "widgets/animatedmark.h"
+#include "widgets/announcer.h"
 #include "widgets/gifbadge.h"
 #include "widgets/progresstrack.h"
 #include "widgets/revealrow.h"
 #include "widgets/sealcheck.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
 
 namespace {
 
@@ -27,6 +29,39 @@ public:
 
 private:
     RevealRow *m_row;
+};
+
+/// Has its place beside the windows, not in one: a screen reader says with a notification in which
+/// dialog it lies, and reads that out as a whole.
+class AnnouncerInterface : public QAccessibleObject
+{
+public:
+    explicit AnnouncerInterface(Announcer *announcer)
+        : QAccessibleObject(announcer), m_announcer(announcer)
+    {}
+
+    QAccessible::Role role() const override { return QAccessible::Notification; }
+    QAccessible::State state() const override
+    {
+        QAccessible::State state;
+        state.invisible = !m_announcer->isRunning();
+        state.readOnly = true;
+        return state;
+    }
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Name ? m_announcer->text() : QString();
+    }
+    QAccessibleInterface *parent() const override
+    {
+        return QAccessible::queryAccessibleInterface(qApp);
+    }
+    QAccessibleInterface *child(int) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
+
+private:
+    Announcer *m_announcer;
 };
 
 class ProgressTrackInterface : public QAccessibleWidget, public QAccessibleValueInterface
@@ -64,6 +99,8 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
         return new RevealRowInterface(row);
     if (auto *track = qobject_cast<ProgressTrack *>(object))
         return new ProgressTrackInterface(track);
+    if (auto *announcer = qobject_cast<Announcer *>(object))
+        return new AnnouncerInterface(announcer);
     if (qobject_cast<AnimatedMark *>(object) || qobject_cast<GifBadge *>(object)
         || qobject_cast<SealCheck *>(object))
         return new QAccessibleWidget(qobject_cast<QWidget *>(object), QAccessible::Graphic);

@@ -184,6 +184,7 @@ void InstallerWizard::leavePage(const QWidget *next)
     m_finishDelay.stop();
     m_idleDelay.stop();
     m_celebration->stop();
+    m_announcer.stop();
     for (const QMetaObject::Connection &connection : m_engineConnections)
         disconnect(connection);
     // Whatever is hidden with the focus passes it on, and that to the title bar's buttons.
@@ -278,7 +279,9 @@ void InstallerWizard::startRun()
     m_rail->mark()->setFill(runPlan(m_runMode).fillsMark ? 0.0 : 1.0);
     progressPage()->begin(runSteps(m_runMode, m_pages->confirmUninstall()->deletePreferences()));
     // A run has nothing to press; the focus is where it can be heard what is being done.
-    m_focus.give(progressPage(), progressPage()->spokenSummary());
+    const QString spoken = progressPage()->spokenSummary();
+    m_focus.give(progressPage(), spoken);
+    m_announcer.start(spoken);
     if (usesEngine())
         startEngine();
     else
@@ -299,7 +302,7 @@ void InstallerWizard::startEngine()
     m_engineConnections = {
         connect(m_engine, &InstallerEngine::progress, this, &InstallerWizard::showProgress),
         connect(m_engine, &InstallerEngine::currentFile, page, &ProgressPage::setCurrentFile),
-        connect(m_engine, &InstallerEngine::statusChanged, page, &ProgressPage::setStatus),
+        connect(m_engine, &InstallerEngine::statusChanged, this, &InstallerWizard::showStatus),
         connect(m_engine, &InstallerEngine::finished, this, &InstallerWizard::onEngineFinished),
     };
     page->setWaiting(true);
@@ -321,7 +324,14 @@ void InstallerWizard::startEngine()
 void InstallerWizard::showProgress(double fraction)
 {
     progressPage()->setProgress(fraction);
+    m_announcer.tellStep(progressPage()->currentStep());
     m_rail->mark()->setFill(runPlan(m_runMode).fillsMark ? fraction : 1.0 - fraction);
+}
+
+void InstallerWizard::showStatus(const QString &status)
+{
+    progressPage()->setStatus(status);
+    m_announcer.tellStatus(status);
 }
 
 void InstallerWizard::onEngineFinished(bool ok, const QString &error)
@@ -342,12 +352,14 @@ void InstallerWizard::onEngineFinished(bool ok, const QString &error)
 
 void InstallerWizard::completeRun()
 {
+    m_announcer.stop(); // the page that comes is told, which would cut this short
     progressPage()->completeSteps();
     progressPage()->setStatus(tr("Finishing up…"));
 }
 
 void InstallerWizard::failRun(const QString &error)
 {
+    m_announcer.stop();
     progressPage()->showError(error.isEmpty() ? tr("Setup did not complete.") : error);
     m_footer->setStatusText(tr("Setup could not finish"));
     m_footer->clear();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "widgets/announcer.h"
 #include "widgets/delayedstart.h"
 #include "wizard/pageflow.h"
 #include "wizard/simulatedrun.h"
@@ -62,6 +63,7 @@ private:
     void startEngine();
     [[nodiscard]] bool usesEngine() const;
     void showProgress(double fraction);
+    void showStatus(const QString &status);
     void completeRun();
     void onEngineFinished(bool ok, const QString &error);
     void failRun(const QString &error);
@@ -84,6 +86,7 @@ private:
     QTimer m_finishDelay { this }; ///< the last look at a completed run
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating
     SpokenFocus m_focus { this };
+    Announcer m_announcer { this }; ///< of a run
     bool m_wasShown = false;
     bool m_isClosing = false;
 };

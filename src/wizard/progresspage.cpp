@@ -148,6 +148,11 @@ void ProgressPage::resetBar()
     m_track->reset();
 }
 
+QString ProgressPage::currentStep() const
+{
+    return m_steps->currentStep();
+}
+
 QString ProgressPage::spokenSummary() const
 {
     return m_hasError ? m_captionLabel->text() : spokenText({ m_texts.title, m_texts.body });

@@ -35,6 +35,8 @@ public:
     /// Empties the bar at once, when the page is left.
     void resetBar();
 
+    /// The step that is being worked on; empty before the first figure.
+    [[nodiscard]] QString currentStep() const;
     /// What is being done or, after an error, why it ended.
     [[nodiscard]] QString spokenSummary() const override;
 

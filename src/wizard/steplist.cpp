@@ -39,3 +39,13 @@ void StepList::complete()
 {
     setProgress(1.0);
 }
+
+QString StepList::currentStep() const
+{
+    QString step;
+    for (const StepRow *row : m_rows) {
+        if (row->isRevealed())
+            step = row->text();
+    }
+    return step;
+}

@@ -24,6 +24,9 @@ public:
     /// Shows the rows that are still missing.
     void complete();
 
+    /// Text of the last step that is shown; empty if none is.
+    [[nodiscard]] QString currentStep() const;
+
     [[nodiscard]] QList<StepRow *> rows() const { return m_rows; }
 
 private:

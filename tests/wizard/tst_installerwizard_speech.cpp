@@ -33,6 +33,13 @@ struct Listener : Keyboard
         sandbox.setScenario("stall = forever\nstatus-path = never\nlog-none = yes\n");
         return open(mode) && pressAll({ u"Update Now"_s, u"Update"_s });
     }
+    [[nodiscard]] Announcer *announcer() const { return wizard.findChild<Announcer *>(); }
+    /// The notification that follows once all that was said has been heard.
+    [[nodiscard]] QString next() const
+    {
+        TimerWatch::fire(announcer()->findChild<QTimer *>(), 1);
+        return announcer()->text();
+    }
 };
 
 } // namespace
@@ -55,6 +62,10 @@ private Q_SLOTS:
     void pathsLiterally();
     void saidOnce();
     void runIsSaidAsItBegins();
+    void runIsToldAsItGoes();
+    void simulationIsToldToo();
+    void failureIsSaidAlone();
+    void endOfARunIsSaidAlone();
 };
 
 void TestInstallerWizardSpeech::initTestCase()
@@ -239,6 +250,61 @@ void TestInstallerWizardSpeech::runIsSaidAsItBegins()
     Listener driver;
     QVERIFY(driver.startRun(RunMode::Update));
     QCOMPARE(Listener::heard(), u"Updating. Roughly a minute. You can keep using your PC."_s);
+    // There is time to hear it.
+    Q_EMIT driver.engine.progress(0.1);
+    QCOMPARE(driver.announcer()->text(), QString());
+}
+
+void TestInstallerWizardSpeech::runIsToldAsItGoes()
+{
+    Listener driver;
+    QVERIFY(driver.startRun(RunMode::Update));
+    Q_EMIT driver.engine.statusChanged(u"Extracting files…"_s);
+    Q_EMIT driver.engine.progress(0.1);
+    QCOMPARE(driver.next(), u"Backing up your settings. Extracting files…"_s);
+    Q_EMIT driver.engine.currentFile(u"a.dll"_s); // too many to be told
+    Q_EMIT driver.engine.progress(0.2);
+    QCOMPARE(driver.next(), u"Backing up your settings. Extracting files…"_s);
+    Q_EMIT driver.engine.progress(0.5);
+    QCOMPARE(driver.announcer()->text(), u"Migrating configuration."_s);
+}
+
+void TestInstallerWizardSpeech::simulationIsToldToo()
+{
+    Listener driver { QString() };
+    QVERIFY(driver.open(RunMode::Uninstall));
+    QVERIFY(driver.press(u"Uninstall"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(driver.shownSteps() > 0, kPatience);
+    QVERIFY2(driver.next().startsWith(driver.steps()[driver.shownSteps() - 1]),
+             qPrintable(driver.announcer()->text()));
+}
+
+// The focus comes with the message, and cuts short what was said just before.
+void TestInstallerWizardSpeech::failureIsSaidAlone()
+{
+    Listener driver;
+    QVERIFY(driver.startRun(RunMode::Update));
+    Q_EMIT driver.engine.progress(0.1);
+    QCOMPARE(driver.next(), u"Backing up your settings."_s);
+    Q_EMIT driver.engine.progress(0.6); // is still to be told
+    Q_EMIT driver.engine.finished(false, u"A <b>fatal</b> error.  The disk is full."_s);
+    QCOMPARE(driver.focus(), u"Close"_s);
+    QCOMPARE(Listener::heard(), u"A <b>fatal</b> error.  The disk is full."_s);
+    QVERIFY(!driver.announcer()->isRunning());
+    QCOMPARE(driver.next(), u"Backing up your settings."_s);
+}
+
+void TestInstallerWizardSpeech::endOfARunIsSaidAlone()
+{
+    Listener driver;
+    QVERIFY(driver.startRun(RunMode::Update));
+    QCOMPARE(driver.next(), QString());
+    Q_EMIT driver.engine.finished(true, {});
+    QCOMPARE(driver.shownSteps(), 4);
+    QVERIFY(!driver.announcer()->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(driver.button(u"Open Varnel Schematics"_s), kPatience);
+    QVERIFY(Listener::heard().startsWith(u"Varnel Schematics has been updated. "_s));
+    QCOMPARE(driver.announcer()->text(), QString());
 }
 
 QTEST_MAIN(TestInstallerWizardSpeech)

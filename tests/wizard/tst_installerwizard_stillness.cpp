@@ -30,12 +30,13 @@ struct Still : WizardDriver
 {
     Still() : WizardDriver(QString()) { qApp->installEventFilter(&m_ticks); }
 
-    /// Intervals of the timers that run in the window; engines and simulations are no part of it.
+    /// Intervals of the timers that run in the window; engines and simulations are no part of it,
+    /// nor is what is told to those who see nothing anyway.
     [[nodiscard]] QList<int> timers() const
     {
         QList<int> running;
         for (const QTimer *timer : wizard.findChildren<QTimer *>()) {
-            if (timer->isActive())
+            if (timer->isActive() && !qobject_cast<Announcer *>(timer->parent()))
                 running << timer->interval();
         }
         return running;
