@@ -368,6 +368,7 @@ void InstallerWizard::failRun(const QString &error)
                       .danger = true,
                       .command = Command::Close });
     focusWayOn(progressPage()->spokenSummary());
+    m_keyGuard.start();
 }
 
 void InstallerWizard::enterFinish()

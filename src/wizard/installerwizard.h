@@ -2,6 +2,7 @@
 
 #include "widgets/announcer.h"
 #include "widgets/delayedstart.h"
+#include "wizard/keyguard.h"
 #include "wizard/pageflow.h"
 #include "wizard/simulatedrun.h"
 #include "wizard/spokenfocus.h"
@@ -87,6 +88,7 @@ private:
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating
     SpokenFocus m_focus { this };
     Announcer m_announcer { this }; ///< of a run
+    KeyGuard m_keyGuard { this }; ///< of a failure
     bool m_wasShown = false;
     bool m_isClosing = false;
 };

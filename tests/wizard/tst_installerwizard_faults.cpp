@@ -202,18 +202,18 @@ void TestInstallerWizardFaults::failureIsFinal()
     driver.sandbox.setScenario("stall = forever\n");
     QVERIFY(startInstall(driver));
     Q_EMIT driver.engine.progress(0.3);
+    driver.watch.clear();
     Q_EMIT driver.engine.finished(false, u"No"_s);
     QVERIFY(showsFailure(driver, u"No"_s));
     Q_EMIT driver.engine.progress(0.9);
     Q_EMIT driver.engine.currentFile(u"late.dll"_s);
     Q_EMIT driver.engine.statusChanged(u"Late"_s);
     Q_EMIT driver.engine.finished(true, QString());
-    driver.watch.clear();
     QTimer later;
     later.setSingleShot(true);
     later.start(kFinishDelay + 200);
     QTRY_VERIFY_WITH_TIMEOUT(!later.isActive(), kPatience);
-    QVERIFY(!driver.watch.shots().contains(kFinishDelay));
+    QCOMPARE(driver.watch.shots().count(kFinishDelay), 1); // as long as keys are held back
     QVERIFY(driver.shows<InstallingPage>());
     QVERIFY(showsFailure(driver, u"No"_s));
     QCOMPARE(driver.percent(), u"30%"_s);
