@@ -12,7 +12,7 @@ packages="
     fonts-dejavu-core
 "
 # What some of the tests take beyond that.
-analysis_packages="clang clang-format libclang-rt-dev"
+analysis_packages="clang clang-format libclang-rt-dev orca"
 windows_test_packages="tesseract-ocr tesseract-ocr-eng osslsigncode openssl"
 
 started=$(date +%s)
