@@ -61,6 +61,7 @@ private Q_SLOTS:
     void boxesAsTheyAre();
     void pathsLiterally();
     void saidOnce();
+    void focusTakesNoDetour();
     void runIsSaidAsItBegins();
     void runIsToldAsItGoes();
     void simulationIsToldToo();
@@ -243,6 +244,30 @@ void TestInstallerWizardSpeech::saidOnce()
     driver.key(Qt::Key_Backtab, Qt::ShiftModifier);
     QCOMPARE(driver.focus(), u"Next"_s);
     QCOMPARE(Listener::heard(), QString());
+}
+
+// Every stop would be said. Without motion, a page goes the moment the next one comes.
+void TestInstallerWizardSpeech::focusTakesNoDetour()
+{
+    qputenv("VARNEL_REDUCED_MOTION", "1");
+    const auto cleanup = qScopeGuard([] { qunsetenv("VARNEL_REDUCED_MOTION"); });
+    Listener driver { QString() };
+    QVERIFY(driver.open(RunMode::Install));
+    QList<QWidget *> stops;
+    connect(qApp, &QApplication::focusChanged, &driver.wizard, [&](QWidget *, QWidget *now) {
+        if (driver.titleBar->isAncestorOf(now))
+            stops += now;
+    });
+    driver.key(Qt::Key_Return);
+    driver.key(Qt::Key_Escape); // with the focus on an answer
+    driver.key(Qt::Key_Return);
+    driver.key(Qt::Key_Down);
+    for (int i = 0; i < 5; ++i)
+        driver.key(Qt::Key_Return);
+    QVERIFY(driver.finishSimulation());
+    QTRY_VERIFY_WITH_TIMEOUT(driver.button(u"Open Varnel Schematics"_s), kPatience);
+    QCOMPARE(driver.focus(), u"Open Varnel Schematics"_s);
+    QCOMPARE(stops, QList<QWidget *>());
 }
 
 void TestInstallerWizardSpeech::runIsSaidAsItBegins()
