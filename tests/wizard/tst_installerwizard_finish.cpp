@@ -20,8 +20,8 @@
 
 #include <QDir>
 #include <QEvent>
-#include <QProperty>
 #include <QGraphicsOpacityEffect>
+#include <QProperty>
 #include <QTimer>
 
 #include <cmath>
