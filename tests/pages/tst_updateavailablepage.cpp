@@ -181,7 +181,7 @@ void TestUpdateAvailablePage::longVersionLosesItsMiddle()
     QCOMPARE(lines[0].count(u'…'), 1);
     QCOMPARE(toolTipOf(*installed), version);
     QCOMPARE(QAccessible::queryAccessibleInterface(installed)->text(QAccessible::Name),
-             u"Installed "_s + version);
+             u"Installed version: "_s + version);
     QCOMPARE(QAccessible::queryAccessibleInterface(installed)->text(QAccessible::Description),
              QString());
 
