@@ -110,7 +110,7 @@ void InstallerPane::prepareToShow(const QWidget *page)
 {
     endTransition();
     const bool goesOut = m_current && m_current != page && showsMotion(this);
-    if (goesOut && !m_current->graphicsEffect())
+    if (goesOut && !m_current->graphicsEffect()) // else its picture is taken already
         m_current->setGraphicsEffect(new LastLook(m_current));
 }
 
