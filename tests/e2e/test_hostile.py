@@ -118,8 +118,8 @@ class Hostile(WizardTestCase):
         folder = self.sandbox.root / "installed"
         folder.mkdir()
         long = "9." * 5000
-        for version, shown in ((7, "Installed not found"), ("   ", "Installed not found"),
-                               ({"a": 1}, "Installed not found"), (["1"], "Installed not found"),
+        for version, shown in ((7, "Installed version: not found"), ("   ", "Installed version: not found"),
+                               ({"a": 1}, "Installed version: not found"), (["1"], "Installed version: not found"),
                                (long, f"Installed {long}"), ("<b>1</b>&", "Installed <b>1</b>&")):
             with self.subTest(version=str(version)[:20]):
                 self.sandbox.record_installation(DisplayVersion=version,

@@ -16,8 +16,8 @@ class Update(WizardTestCase):
     def test_recorded_copy_is_found_updated_and_opened(self):
         wizard = self.start("--setup-exe", ENGINE)
         wizard.wait_text("Update Available for Varnel Schematics")
-        wizard.wait_text("Installed 1.6.8")
-        wizard.wait_text("Available 1.6.9")
+        wizard.wait_text("Installed version: 1.6.8")
+        wizard.wait_text("Available version: 1.6.9")
         wizard.wait_text("Recommended — includes performance fixes")
         wizard.go("Update Now", "Ready to Update")
         self.assertIn(str(self.installed), wizard.wait_text("Destination location:"))
@@ -66,7 +66,7 @@ class Update(WizardTestCase):
     def test_nothing_recorded_still_offers_an_update_when_told_to(self):
         (self.sandbox.root / "registry.json").unlink()
         wizard = self.start("--update")
-        wizard.wait_text("Installed not found")
+        wizard.wait_text("Installed version: not found")
         wizard.go("Update Now", "Ready to Update")
         wizard.wait_text(r"C:\Program Files\Varnel Schematics")
         wizard.click("Update")
