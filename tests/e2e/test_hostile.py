@@ -118,15 +118,14 @@ class Hostile(WizardTestCase):
         folder = self.sandbox.root / "installed"
         folder.mkdir()
         long = "9." * 5000
-        for version, shown in ((7, "Installed version: not found"), ("   ", "Installed version: not found"),
-                               ({"a": 1}, "Installed version: not found"), (["1"], "Installed version: not found"),
-                               (long, f"Installed {long}"), ("<b>1</b>&", "Installed <b>1</b>&")):
+        for version, shown in ((7, "not found"), ("   ", "not found"), ({"a": 1}, "not found"),
+                               (["1"], "not found"), (long, long), ("<b>1</b>&", "<b>1</b>&")):
             with self.subTest(version=str(version)[:20]):
                 self.sandbox.record_installation(DisplayVersion=version,
                                                  InstallLocation=f"{folder}//")
                 wizard = self.start()
                 wizard.wait_text("Update Available for Varnel Schematics")
-                wizard.wait_text(shown)
+                wizard.wait_text(f"Installed version: {shown}")
                 self.end(wizard, "Skip")
         for location in (str(folder / "gone"), "", "   ", 5, {"x": "y"}, "\\\\", long):
             with self.subTest(location=str(location)[:20]):

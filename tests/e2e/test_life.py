@@ -27,7 +27,7 @@ class Life(WizardTestCase):
         library.write_bytes(b"damaged")
 
         wizard = self.start("--setup-exe", ENGINE)
-        wizard.wait_text("Installed 1.5.0")
+        wizard.wait_text("Installed version: 1.5.0")
         wizard.go("Update Now", "Ready to Update")
         wizard.click("Update")
         wizard.wait_text("Varnel Schematics has been updated")
