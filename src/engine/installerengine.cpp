@@ -3,11 +3,11 @@
 #include "engine/argumenttext.h"
 #include "engine/enginearguments.h"
 #include "engine/exitcode.h"
-#include "engine/installpath.h"
 #include "engine/logsummary.h"
 #include "engine/processtree.h"
-#include "engine/regularfile.h"
 #include "engine/statusfile.h"
+#include "files/installpath.h"
+#include "files/regularfile.h"
 
 #include <QDir>
 #include <QFileInfo>

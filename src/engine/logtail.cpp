@@ -1,6 +1,6 @@
 #include "engine/logtail.h"
 
-#include "engine/regularfile.h"
+#include "files/regularfile.h"
 
 #include <QByteArray>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "pages/destinationpage.h"
 
-#include "engine/installpath.h"
+#include "files/installpath.h"
 #include "pages/fittedlabel.h"
 #include "pages/pagelabels.h"
 #include "system/dialogsettings.h"

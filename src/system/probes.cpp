@@ -1,6 +1,6 @@
 #include "system/probes.h"
 
-#include "engine/installpath.h"
+#include "files/installpath.h"
 #include "system/machine.h"
 #include "system/registry.h"
 #include "system/screenpixels.h"

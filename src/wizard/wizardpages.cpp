@@ -1,6 +1,6 @@
 #include "wizard/wizardpages.h"
 
-#include "engine/installpath.h"
+#include "files/installpath.h"
 #include "pages/confirmuninstallpage.h"
 #include "pages/destinationpage.h"
 #include "pages/finishedpage.h"

@@ -1,6 +1,6 @@
 // Where an installation goes, part by part of the path.
 
-#include "engine/installpath.h"
+#include "files/installpath.h"
 #include "fuzz/fuzz.h"
 
 #include <QRegularExpression>

@@ -1,4 +1,4 @@
-#include "engine/regularfile.h"
+#include "files/regularfile.h"
 
 #include <QFileInfo>
 

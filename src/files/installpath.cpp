@@ -1,4 +1,4 @@
-#include "engine/installpath.h"
+#include "files/installpath.h"
 
 #include "product/product.h"
 

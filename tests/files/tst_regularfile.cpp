@@ -1,5 +1,5 @@
 #include "engine/process.h"
-#include "engine/regularfile.h"
+#include "files/regularfile.h"
 #include "support/sandbox.h"
 
 #include <QFileInfo>
