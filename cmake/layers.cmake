@@ -6,14 +6,21 @@ target_include_directories(varnel_build_options INTERFACE
 
 # One static library per folder of src/.
 #
-#   varnel_layer(<name> SOURCES <file>... LINKS <library>...)
+#   varnel_layer(<name> SOURCES <file>... PUBLIC <library>... PRIVATE <library>...)
+#
+# PUBLIC are the libraries that the layer's headers show, PRIVATE those that only its sources use.
 function(varnel_layer name)
-    cmake_parse_arguments(PARSE_ARGV 1 LAYER "" "" "SOURCES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 LAYER "" "" "SOURCES;PUBLIC;PRIVATE")
+    foreach(library IN LISTS LAYER_PUBLIC LAYER_PRIVATE)
+        if(NOT TARGET ${library})
+            message(FATAL_ERROR "${name} links ${library}, which src/CMakeLists.txt adds later or never.")
+        endif()
+    endforeach()
     add_library(varnel_${name} STATIC ${LAYER_SOURCES})
     set_target_properties(varnel_${name} PROPERTIES AUTOMOC ON)
     target_link_libraries(varnel_${name}
-        PUBLIC ${LAYER_LINKS}
-        PRIVATE varnel_build_options)
+        PUBLIC ${LAYER_PUBLIC}
+        PRIVATE ${LAYER_PRIVATE} varnel_build_options)
 endfunction()
 
 # Suffix of the sources that are written once per platform.
