@@ -8,7 +8,8 @@ target_include_directories(varnel_build_options INTERFACE
 #
 #   varnel_layer(<name> SOURCES <file>... PUBLIC <library>... PRIVATE <library>...)
 #
-# PUBLIC are the libraries that the layer's headers show, PRIVATE those that only its sources use.
+# PUBLIC are the libraries that the layer's headers show, PRIVATE those that only its sources use. The
+# layers among them are also collected for tools/check-includes.
 function(varnel_layer name)
     cmake_parse_arguments(PARSE_ARGV 1 LAYER "" "" "SOURCES;PUBLIC;PRIVATE")
     foreach(library IN LISTS LAYER_PUBLIC LAYER_PRIVATE)
@@ -21,6 +22,13 @@ function(varnel_layer name)
     target_link_libraries(varnel_${name}
         PUBLIC ${LAYER_PUBLIC}
         PRIVATE ${LAYER_PRIVATE} varnel_build_options)
+
+    foreach(libraries LAYER_PUBLIC LAYER_PRIVATE)
+        list(FILTER ${libraries} INCLUDE REGEX "^varnel_")
+        list(TRANSFORM ${libraries} REPLACE "^varnel_" "")
+        list(JOIN ${libraries} "," ${libraries})
+    endforeach()
+    set_property(GLOBAL APPEND PROPERTY VARNEL_LAYERS "${name}:${LAYER_PUBLIC}:${LAYER_PRIVATE}")
 endfunction()
 
 # Suffix of the sources that are written once per platform.
