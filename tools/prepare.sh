@@ -1,3 +1,5 @@
+# shellcheck shell=sh disable=SC2034,SC2154 # the scripts that source this set $root and use the lists
+#
 # Sourced by ./run and ./test: gets a machine from nothing to a built program. What is done already
 # costs a moment.
 #
@@ -13,6 +15,7 @@ packages="
 "
 # What some of the tests take beyond that.
 analysis_packages="clang clang-format libclang-rt-dev orca"
+gates_packages="clang clang-tidy libclang-rt-dev shellcheck"
 windows_test_packages="tesseract-ocr tesseract-ocr-eng osslsigncode openssl"
 
 started=$(date +%s)
@@ -107,12 +110,12 @@ build() (
     cd "$root" || exit 1
     if [ ! -f "build/$preset/build.ninja" ]; then
         say "Configuring build/$preset"
-        log=$(mktemp)
-        if ! cmake --preset "$preset" >"$log" 2>&1; then
-            tail -n 20 "$log" >&2
-            give_up "CMake could not configure the project; see above, and the whole story in $log."
+        output=$(mktemp)
+        if ! cmake --preset "$preset" >"$output" 2>&1; then
+            tail -n 20 "$output" >&2
+            give_up "CMake could not configure the project; see above, and the whole story in $output."
         fi
-        rm -f "$log"
+        rm -f "$output"
     fi
     say "Building build/$preset"
     [ $# -eq 0 ] || set -- --target "$@"

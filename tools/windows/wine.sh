@@ -1,3 +1,5 @@
+# shellcheck shell=sh disable=SC2034,SC2154 # the scripts that source this set $root and use the rest
+#
 # Sourced by the scripts that need Wine: where it lies and how a command gets to see it. Expects
 # $root, the project's folder.
 #
