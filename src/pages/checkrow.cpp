@@ -2,6 +2,7 @@
 
 #include "pages/fittedtext.h"
 #include "pages/pagelabels.h"
+#include "theme/fonts.h"
 #include "theme/themed.h"
 #include "widgets/hairline.h"
 

@@ -6,6 +6,8 @@
 #include "system/dialogsettings.h"
 #include "system/installation.h"
 #include "system/probes.h"
+#include "theme/fonts.h"
+#include "theme/stylesheets.h"
 #include "theme/themed.h"
 #include "widgets/themedbutton.h"
 
@@ -19,7 +21,6 @@ namespace {
 
 constexpr int kPathHeight = 34;
 constexpr int kButtonHeight = 30;
-constexpr double kButtonRadius = 8.0;
 constexpr double kCaptionSpacing = 110.0; // percent
 
 } // namespace
@@ -45,16 +46,11 @@ DestinationPage::DestinationPage(QWidget *parent) : WizardPage(parent)
     m_pathLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     m_pathLabel->setAccessibleDescription(caption->text());
     m_pathLabel->setFixedHeight(kPathHeight);
-    setThemedStyleSheet(m_pathLabel,
-                        u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
-                        "padding:0 11px;color:@INS_TX;"_s);
+    setThemedStyleSheet(m_pathLabel, panelStyle(u"0 11px"_s, u"@INS_TX"_s));
 
-    auto *change = new ThemedButton(tr("Change"), kButtonRadius, this);
+    auto *change = new ThemedButton(tr("Change"), kFrameRadius, this);
     change->setFixedHeight(kButtonHeight);
-    setThemedStyleSheet(change,
-                        u"QPushButton{padding:0 14px;border-radius:8px;background:@INS_BG;"
-                        "border:1px solid @INS_LINE2;color:@INS_TX;}"
-                        "QPushButton:hover{background:@INS_PANEL;border-color:@INS_TX3;}"_s);
+    setThemedStyleSheet(change, ghostButtonStyle());
     connect(change, &QPushButton::clicked, this, &DestinationPage::chooseFolder);
 
     auto *row = new QHBoxLayout;

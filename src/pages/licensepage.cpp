@@ -2,6 +2,8 @@
 
 #include "pages/licensetext.h"
 #include "pages/pagelabels.h"
+#include "theme/fonts.h"
+#include "theme/stylesheets.h"
 #include "theme/themed.h"
 #include "widgets/focusring.h"
 #include "widgets/radiooption.h"
@@ -18,9 +20,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int kViewHeight = 150;
-constexpr double kViewRadius = 8.0;
 
-/// The text takes the focus for its page keys, which its style sheet says nothing of.
+/// The text takes the focus, for the keys that scroll it, and so needs a focus ring.
 class LicenseView : public QPlainTextEdit
 {
 public:
@@ -33,7 +34,7 @@ protected:
         if (event->type() == QEvent::Paint) {
             QPainter painter(this);
             painter.setRenderHint(QPainter::Antialiasing);
-            m_focusRing.paint(painter, rect(), kViewRadius, u"@INS_ACCENT"_s);
+            m_focusRing.paint(painter, rect(), kFrameRadius, u"@INS_ACCENT"_s);
         }
         return handled;
     }
@@ -68,13 +69,13 @@ QPlainTextEdit *licenseView(QWidget *page)
     view->setAccessibleName(LicensePage::tr("License Agreement"));
     setThemedStyleSheet(
         view,
-        uR"(QPlainTextEdit{background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;padding:12px 13px;color:@INS_TX2;})"
-        uR"(QScrollBar:vertical{background:transparent;width:10px;margin:6px 4px 6px 0;border:none;})"
-        uR"(QScrollBar::handle:vertical{background:@INS_LINE2;border-radius:3px;min-height:28px;})"
-        uR"(QScrollBar::handle:vertical:hover{background:@INS_TX3;})"
-        uR"(QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height:0;border:none;background:none;})"
-        uR"(QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background:none;})"
-        uR"(QScrollBar:horizontal{height:0;background:transparent;})"_s);
+        u"QPlainTextEdit{%1}"_s.arg(panelStyle(u"12px 13px"_s, u"@INS_TX2"_s))
+            + uR"(QScrollBar:vertical{background:transparent;width:10px;margin:6px 4px 6px 0;border:none;})"
+              uR"(QScrollBar::handle:vertical{background:@INS_LINE2;border-radius:3px;min-height:28px;})"
+              uR"(QScrollBar::handle:vertical:hover{background:@INS_TX3;})"
+              uR"(QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height:0;border:none;background:none;})"
+              uR"(QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background:none;})"
+              uR"(QScrollBar:horizontal{height:0;background:transparent;})"_s);
 
     // With the bar off while it loads, a long text is laid out once and not once more for the bar.
     view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

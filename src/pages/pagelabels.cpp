@@ -1,6 +1,7 @@
 #include "pages/pagelabels.h"
 
 #include "pages/fittedlabel.h"
+#include "theme/fonts.h"
 #include "theme/themed.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -92,19 +93,4 @@ QString literalHtml(const QString &text)
 QString textToolTip(const QString &text)
 {
     return u"<p>%1</p>"_s.arg(literalHtml(withPathBreaks(text)));
-}
-
-QFont monospacedFont(int pixelSize)
-{
-    QFont font(u"JetBrains Mono"_s);
-    font.setPixelSize(pixelSize);
-    return font;
-}
-
-QFont displayFont(int pixelSize, QFont::Weight weight)
-{
-    QFont font(u"Space Grotesk"_s);
-    font.setPixelSize(pixelSize);
-    font.setWeight(weight);
-    return font;
 }

@@ -31,8 +31,3 @@ QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *pag
 /// A tool tip that shows `text` literally. It breaks its lines at the separators of paths too, as
 /// what it does not break runs off the screen.
 [[nodiscard]] QString textToolTip(const QString &text);
-
-/// The monospaced face for paths, versions and figures.
-[[nodiscard]] QFont monospacedFont(int pixelSize);
-/// The display face of headlines.
-[[nodiscard]] QFont displayFont(int pixelSize, QFont::Weight weight);

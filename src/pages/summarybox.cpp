@@ -1,6 +1,7 @@
 #include "pages/summarybox.h"
 
-#include "pages/pagelabels.h"
+#include "theme/fonts.h"
+#include "theme/stylesheets.h"
 #include "theme/themed.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -19,7 +20,5 @@ SummaryBox::SummaryBox(QWidget *parent) : FittedLabel(shortenMiddle, parent)
     setFont(monospacedFont(11));
     setFixedHeight(kHeight);
     setAccessibleDescription(tr("Summary"));
-    setThemedStyleSheet(this,
-                        u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
-                        "padding:12px 13px;color:@INS_TX2;"_s);
+    setThemedStyleSheet(this, panelStyle(u"12px 13px"_s, u"@INS_TX2"_s));
 }

@@ -2,6 +2,8 @@
 
 #include "pages/fittedlabel.h"
 #include "pages/pagelabels.h"
+#include "theme/fonts.h"
+#include "theme/stylesheets.h"
 #include "theme/themed.h"
 
 #include <QHBoxLayout>
@@ -20,9 +22,7 @@ void restyleChip(FittedLabel *chip)
         u"%1 <span style=\"color:%2;font-weight:600;\">%3</span>"_s.arg(
             chip->property(kPrefixProperty).toString(), themed(u"@INS_TX"_s), u"%1"_s),
         chip->property(kVersionProperty).toString());
-    chip->setStyleSheet(
-        themed(u"background:@INS_PANEL;border:1px solid @INS_LINE;border-radius:8px;"
-               "padding:0 12px;color:@INS_TX2;"_s));
+    chip->setStyleSheet(themed(panelStyle(u"0 12px"_s, u"@INS_TX2"_s)));
 }
 
 void setChipVersion(FittedLabel *chip, const QString &version)

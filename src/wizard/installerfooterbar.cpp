@@ -1,5 +1,6 @@
 #include "wizard/installerfooterbar.h"
 
+#include "theme/stylesheets.h"
 #include "theme/themed.h"
 #include "widgets/themedbutton.h"
 #include "wizard/windowshape.h"
@@ -16,7 +17,6 @@ namespace {
 
 constexpr int kHeight = 48;
 constexpr int kButtonHeight = 30;
-constexpr double kButtonRadius = 8.0;
 constexpr char kVariantProperty[] = "insVariant";
 
 QString buttonStyle(const QString &variant)
@@ -33,10 +33,7 @@ QString buttonStyle(const QString &variant)
                "QPushButton:hover{background:@INS_ACCENT_HOVER;border-color:@INS_ACCENT_HOVER;}"
                "QPushButton:disabled{background:@INS_LINE2;border-color:@INS_LINE2;color:@INS_TX3;}"_s;
     }
-    return u"QPushButton{padding:0 14px;border-radius:8px;background:@INS_BG;"
-           "border:1px solid @INS_LINE2;color:@INS_TX;}"
-           "QPushButton:hover{background:@INS_PANEL;border-color:@INS_TX3;}"
-           "QPushButton:disabled{color:@INS_TX3;}"_s;
+    return ghostButtonStyle() + u"QPushButton:disabled{color:@INS_TX3;}"_s;
 }
 
 } // namespace
@@ -74,7 +71,7 @@ void InstallerFooterBar::setStatusText(const QString &text)
 
 QPushButton *InstallerFooterBar::addButton(const QString &text, bool primary, bool danger)
 {
-    auto *button = new ThemedButton(text, kButtonRadius, this);
+    auto *button = new ThemedButton(text, kFrameRadius, this);
     button->setFixedHeight(kButtonHeight);
     button->setProperty(kVariantProperty,
                         danger        ? u"danger"_s

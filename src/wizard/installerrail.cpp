@@ -1,12 +1,14 @@
 #include "wizard/installerrail.h"
 
-#include "pages/pagelabels.h"
 #include "product/product.h"
+#include "theme/fonts.h"
 #include "theme/themed.h"
 #include "widgets/animatedmark.h"
 #include "widgets/hairline.h"
 
+#include <QLabel>
 #include <QPainter>
+#include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -2,6 +2,7 @@
 
 #include "pages/fittedlabel.h"
 #include "pages/pagelabels.h"
+#include "theme/fonts.h"
 #include "theme/themed.h"
 #include "widgets/progresstrack.h"
 #include "widgets/spokentext.h"

@@ -1,6 +1,6 @@
 #include "wizard/steprow.h"
 
-#include "pages/pagelabels.h"
+#include "theme/fonts.h"
 #include "theme/themed.h"
 
 #include <QPainter>

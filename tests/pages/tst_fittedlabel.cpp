@@ -5,6 +5,7 @@
 #include "pages/strictwarnings.h"
 #include "support/drawing.h"
 #include "support/grab.h"
+#include "theme/fonts.h"
 
 #include <QAccessible>
 #include <QApplication>

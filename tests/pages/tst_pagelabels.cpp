@@ -3,6 +3,7 @@
 #include "pages/pagelabels.h"
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
+#include "theme/fonts.h"
 #include "theme/thememanager.h"
 
 #include <QFontInfo>
