@@ -11,7 +11,6 @@
 
 #include <QButtonGroup>
 #include <QCoreApplication>
-#include <QFocusEvent>
 #include <QPainter>
 #include <QPlainTextEdit>
 
@@ -39,22 +38,8 @@ protected:
         return handled;
     }
 
-    void focusInEvent(QFocusEvent *event) override
-    {
-        m_focusRing.update(*event);
-        QPlainTextEdit::focusInEvent(event);
-        update();
-    }
-
-    void focusOutEvent(QFocusEvent *event) override
-    {
-        m_focusRing.update(*event);
-        QPlainTextEdit::focusOutEvent(event);
-        update();
-    }
-
 private:
-    FocusRing m_focusRing;
+    FocusRing m_focusRing { this };
 };
 
 QPlainTextEdit *licenseView(QWidget *page)

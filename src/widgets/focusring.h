@@ -1,21 +1,28 @@
 #pragma once
 
-#include <QRectF>
-#include <QString>
+#include <QObject>
 
 class QFocusEvent;
 class QPainter;
+class QRectF;
+class QWidget;
 
-/// Shows where the keyboard is, and only while it is the keyboard that moves the focus: a click
-/// needs no pointer to itself. A member of the control that draws it.
-class FocusRing
+/// Shows that a control has the focus, if it got it by the keyboard; after a click no ring is
+/// needed. A member of the control, which calls paint() at the end of its own painting.
+class FocusRing : public QObject
 {
 public:
-    /// Takes note of how the focus came or that it went.
-    void update(const QFocusEvent &event);
+    explicit FocusRing(QWidget *control);
+
     /// Paints the ring just inside `rect`, if it is to be seen, in a colour token of the theme.
     void paint(QPainter &painter, const QRectF &rect, double radius, const QString &token) const;
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
-    bool m_visible = false;
+    void update(const QFocusEvent &event);
+
+    QWidget *m_control;
+    bool m_byKeyboard = false;
 };

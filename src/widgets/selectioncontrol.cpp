@@ -4,7 +4,6 @@
 #include "widgets/animation.h"
 
 #include <QEnterEvent>
-#include <QFocusEvent>
 #include <QPainter>
 
 using namespace Qt::Literals::StringLiterals;
@@ -73,8 +72,7 @@ void SelectionControl::paintEvent(QPaintEvent *)
     painter.drawText(QRect(kTextLeft, 0, width() - kTextMargins, height()),
                      Qt::AlignLeft | Qt::AlignVCenter, text());
 
-    if (hasFocus()) // it may have gone while the window was not looking
-        m_focusRing.paint(painter, rect(), kPlateRadius, u"@INS_ACCENT"_s);
+    m_focusRing.paint(painter, rect(), kPlateRadius, u"@INS_ACCENT"_s);
 }
 
 void SelectionControl::enterEvent(QEnterEvent *event)
@@ -87,16 +85,4 @@ void SelectionControl::leaveEvent(QEvent *event)
 {
     glideTo(m_hoverAnimation, 0.0);
     QAbstractButton::leaveEvent(event);
-}
-
-void SelectionControl::focusInEvent(QFocusEvent *event)
-{
-    m_focusRing.update(*event);
-    QAbstractButton::focusInEvent(event);
-}
-
-void SelectionControl::focusOutEvent(QFocusEvent *event)
-{
-    m_focusRing.update(*event);
-    QAbstractButton::focusOutEvent(event);
 }

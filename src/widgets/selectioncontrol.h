@@ -29,12 +29,10 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     int m_verticalRoom;
     double m_hoverProgress = 0.0;
     QPropertyAnimation m_hoverAnimation;
-    FocusRing m_focusRing;
+    FocusRing m_focusRing { this };
 };

@@ -1,6 +1,5 @@
 #include "widgets/themedbutton.h"
 
-#include <QFocusEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
@@ -35,18 +34,6 @@ void ThemedButton::initStyleOption(QStyleOptionButton *option) const
     option->state &= ~QStyle::State_HasFocus;
 }
 
-void ThemedButton::focusInEvent(QFocusEvent *event)
-{
-    m_focusRing.update(*event);
-    QPushButton::focusInEvent(event);
-}
-
-void ThemedButton::focusOutEvent(QFocusEvent *event)
-{
-    m_focusRing.update(*event);
-    QPushButton::focusOutEvent(event);
-}
-
 void ThemedButton::mouseDoubleClickEvent(QMouseEvent *event)
 {
     // The second click was meant for what was here at the first: a new page's button must not take
@@ -57,8 +44,6 @@ void ThemedButton::mouseDoubleClickEvent(QMouseEvent *event)
 void ThemedButton::paintEvent(QPaintEvent *event)
 {
     QPushButton::paintEvent(event);
-    if (!hasFocus())
-        return; // it may have gone while the window was not looking
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF ring = QRectF(rect()).adjusted(kRingGap, kRingGap, -kRingGap, -kRingGap);

@@ -18,13 +18,11 @@ public:
 
 protected:
     void initStyleOption(QStyleOptionButton *option) const override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     double m_radius;
     QString m_focusToken;
-    FocusRing m_focusRing;
+    FocusRing m_focusRing { this };
 };
