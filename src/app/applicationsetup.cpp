@@ -3,7 +3,9 @@
 #include "app/applicationfonts.h"
 #include "app/applicationicon.h"
 #include "product/product.h"
+#include "system/machine.h"
 #include "theme/thememanager.h"
+#include "widgets/animation.h"
 #include "widgets/paintedaccessibility.h"
 
 #include <QApplication>
@@ -20,5 +22,6 @@ void setUpApplication()
         QApplication::setWindowIcon(icon);
     registerApplicationFonts();
     installPaintedAccessibility();
+    setDesktopMotionQuery(desktopPrefersReducedMotion);
     ThemeManager::instance().setDarkMode(false);
 }

@@ -15,6 +15,5 @@
 /// Folder of the system's own libraries; empty where there is none.
 [[nodiscard]] QString systemFolder();
 
-/// True if the user asked the desktop not to move things about, or, as not every desktop has such a
-/// setting, if the environment variable VARNEL_REDUCED_MOTION is 1.
-[[nodiscard]] bool prefersReducedMotion();
+/// True if the user has turned off the desktop's animations; false where there is no such setting.
+[[nodiscard]] bool desktopPrefersReducedMotion();

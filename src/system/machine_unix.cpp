@@ -30,7 +30,8 @@ QString systemFolder()
     return {};
 }
 
-bool prefersReducedMotion()
+// Each desktop here has a setting of its own, if it has one.
+bool desktopPrefersReducedMotion()
 {
-    return qEnvironmentVariableIntValue("VARNEL_REDUCED_MOTION") == 1;
+    return false;
 }

@@ -25,10 +25,8 @@ QString systemFolder()
     return length < folder.size() ? QString::fromWCharArray(folder.data(), int(length)) : QString();
 }
 
-bool prefersReducedMotion()
+bool desktopPrefersReducedMotion()
 {
-    if (qEnvironmentVariableIntValue("VARNEL_REDUCED_MOTION") == 1)
-        return true;
     BOOL animated = TRUE;
     return SystemParametersInfoW(SPI_GETCLIENTAREAANIMATION, 0, &animated, 0) && !animated;
 }

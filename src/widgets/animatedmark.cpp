@@ -1,6 +1,5 @@
 #include "widgets/animatedmark.h"
 
-#include "system/machine.h"
 #include "widgets/animation.h"
 #include "widgets/devicepixels.h"
 

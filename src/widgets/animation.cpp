@@ -1,12 +1,13 @@
 #include "widgets/animation.h"
 
-#include "system/machine.h"
 #include "widgets/onscreenwatcher.h"
 
 #include <QPropertyAnimation>
 #include <QWidget>
 
 namespace {
+
+bool (*g_askDesktop)() = [] { return false; };
 
 /// The widget that the animation moves, or that has the effect that it moves.
 QWidget *widgetOf(const QPropertyAnimation &animation)
@@ -33,6 +34,16 @@ void endOutOfSight(QPropertyAnimation &animation, QWidget *widget)
 }
 
 } // namespace
+
+void setDesktopMotionQuery(bool (*query)())
+{
+    g_askDesktop = query;
+}
+
+bool prefersReducedMotion()
+{
+    return qEnvironmentVariableIntValue("VARNEL_REDUCED_MOTION") == 1 || g_askDesktop();
+}
 
 bool showsMotion(const QWidget *widget)
 {

@@ -1,6 +1,6 @@
 #include "widgets/confettioverlay.h"
 
-#include "system/machine.h"
+#include "widgets/animation.h"
 
 #include <QEvent>
 #include <QPainter>

@@ -1,6 +1,5 @@
 #include "widgets/gifbadge.h"
 
-#include "system/machine.h"
 #include "theme/themed.h"
 #include "widgets/animation.h"
 #include "widgets/devicepixels.h"

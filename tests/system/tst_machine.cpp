@@ -23,8 +23,6 @@ private Q_SLOTS:
     void memoryIsThatOfTheKernel();
     void processorIsThatOfTheKernel();
     void systemFolderHoldsLibraries();
-    void reducedMotion_data();
-    void reducedMotion();
     void reducedMotionOfTheDesktop();
 };
 
@@ -83,29 +81,6 @@ void TestMachine::systemFolderHoldsLibraries()
 #endif
 }
 
-void TestMachine::reducedMotion_data()
-{
-    QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<bool>("reduced");
-    QTest::newRow("unset") << QByteArray() << false;
-    QTest::newRow("empty") << ""_ba << false;
-    QTest::newRow("0") << "0"_ba << false;
-    QTest::newRow("1") << "1"_ba << true;
-    QTest::newRow("2") << "2"_ba << false;
-    QTest::newRow("a word") << "yes"_ba << false;
-}
-
-void TestMachine::reducedMotion()
-{
-    QFETCH(const QByteArray, value);
-    QFETCH(const bool, reduced);
-    const auto restore = qScopeGuard([] { qunsetenv("VARNEL_REDUCED_MOTION"); });
-    qunsetenv("VARNEL_REDUCED_MOTION");
-    if (!value.isNull())
-        qputenv("VARNEL_REDUCED_MOTION", value);
-    QCOMPARE(prefersReducedMotion(), reduced);
-}
-
 void TestMachine::reducedMotionOfTheDesktop()
 {
 #ifdef Q_OS_WIN
@@ -119,7 +94,7 @@ void TestMachine::reducedMotionOfTheDesktop()
     const auto restore = qScopeGuard([&] { set(before); });
     for (const bool animated : { false, true }) {
         QVERIFY(set(animated));
-        QCOMPARE(prefersReducedMotion(), !animated);
+        QCOMPARE(desktopPrefersReducedMotion(), !animated);
     }
 #else
     QSKIP("There is no one setting for all desktops here.");

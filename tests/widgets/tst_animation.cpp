@@ -49,6 +49,7 @@ private Q_SLOTS:
     void reducedMotionEndsAtOnce();
     void reducedMotionGlidesAtOnce();
     void reducedMotionIsAskedEachTime();
+    void reducedMotionOfTheDesktop();
     void runsInAWindowThatIsYetToBeShown();
     void endsWithTheSight_data();
     void endsWithTheSight();
@@ -240,6 +241,16 @@ void TestAnimation::reducedMotionIsAskedEachTime()
     QCOMPARE(subject.level(), 1.0);
     clock.pass(kDuration);
     QCOMPARE(subject.level(), 0.0);
+}
+
+void TestAnimation::reducedMotionOfTheDesktop()
+{
+    static bool reduced = true;
+    setDesktopMotionQuery([] { return reduced; });
+    const auto restore = qScopeGuard([] { setDesktopMotionQuery([] { return false; }); });
+    QVERIFY(prefersReducedMotion());
+    reduced = false;
+    QVERIFY(!prefersReducedMotion());
 }
 
 void TestAnimation::runsInAWindowThatIsYetToBeShown()
