@@ -6,6 +6,11 @@
 
 /// Knows which theme is current and what colour every token has in it. One object for the process;
 /// widgets ask it when they paint or build their style sheets, and again on themeChanged().
+///
+/// The main application shares this class, its tokens and base_theme.qss; switching the theme,
+/// choosing a primary colour and styling the whole application are there for it. The wizard itself
+/// only calls setDarkMode(false) at start-up and reads the "@INS_" tokens. Its widgets follow the
+/// dark theme all the same, which tools/gallery shows.
 class ThemeManager : public QObject
 {
     Q_OBJECT
@@ -20,8 +25,8 @@ public:
 
     /// Switches the theme and styles the application anew.
     void setTheme(Theme theme);
-    /// Switches the theme for those who ask for colours; the application's style sheet and palette
-    /// stay as they are.
+    /// Switches the theme without styling the application: only widgets that ask for their colours
+    /// change.
     void setDarkMode(bool dark);
     /// Gives the three primary tokens the colour text `hex`, until the theme is switched.
     void setPrimaryColor(const QString &hex);
@@ -36,9 +41,10 @@ public:
     void applyStyleSheet();
 
 Q_SIGNALS:
-    /// Each time a theme is chosen, be it the same; the colours are its own by then.
+    /// Each time a theme is set, also if it is the current one. color() gives the new colours by
+    /// then.
     void themeChanged(ThemeManager::Theme newTheme);
-    /// Each time the accent colour is set.
+    /// Each time the primary colour is set.
     void primaryColorChanged(const QString &hexColor);
 
 private:

@@ -8,9 +8,9 @@ namespace {
 
 constexpr std::size_t kTokenCount = 209;
 
-// The rows of a family stand together, and both themes of a token share a row, because they are
-// chosen together: the dark value answers the light one in hue and in role. The wizard's widgets
-// read only the @INS_ family; the others are the main application's, which carries this table too.
+// The rows of a family stand together. Both themes of a token share a row, because one value is
+// seldom changed without the other. The wizard's widgets read only the @INS_ family; the others
+// belong to the main application, which has this table too (see ThemeManager).
 // clang-format off
 constexpr ThemeToken kTokens[] = {
     // Base: the application's palette, form controls, states, and the copper and brass accents.

@@ -18,14 +18,14 @@ namespace {
 constexpr QSizeF kViewBox(735, 540);
 
 constexpr double kGhostOpacity = 0.13;
-/// From this level on the mark counts as full and is drawn without a clip.
+/// From this level on the mark is drawn full, without a clip.
 constexpr double kFull = 0.999;
 
 constexpr auto kDriftDuration = 2600ms;
 constexpr double kDriftHeight = -4.0; // px
 
-/// How one part comes in. At progress a it stands (1 - a) times its offset away from its place and
-/// is (1 - a) times its shrinking smaller, about the middle of the mark.
+/// How a part comes in. At progress a it is (1 - a) * offset away from its place and scaled by
+/// 1 - (1 - a) * shrinking about the middle of the mark.
 struct Entrance
 {
     const char *property;
@@ -51,7 +51,7 @@ const std::array<Entrance, 4> &entrances()
     return table;
 }
 
-/// The smallest rectangle that holds all of `picture` that is not transparent.
+/// The bounding rectangle of all pixels of `picture` that are not transparent.
 QRect visibleRect(const QImage &picture)
 {
     QRect visible;
@@ -157,19 +157,18 @@ void AnimatedMark::setDriftOffset(double offset)
 {
     const int before = driftSteps();
     m_driftOffset = offset;
-    // It moves slower than a step per frame most of the time, and what nobody could see is not
-    // drawn.
+    // Most frames move the mark by less than a step, which would look the same: do not repaint.
     if (driftSteps() != before)
         updatePicture();
 }
 
 void AnimatedMark::updatePicture()
 {
-    // Only a part on its way is to be seen beside the place of the mark.
-    update(hasComeIn() ? contentsRect() : rect());
+    // Only parts that are still coming in are painted in the margins.
+    update(isAssembled() ? contentsRect() : rect());
 }
 
-bool AnimatedMark::hasComeIn() const
+bool AnimatedMark::isAssembled() const
 {
     return m_entrance == std::array { 1.0, 1.0, 1.0, 1.0 };
 }
@@ -200,9 +199,9 @@ AnimatedMark::Picture AnimatedMark::rasterized(size_t first, size_t count, doubl
     for (size_t i = first; i < first + count; ++i)
         QSvgRenderer(entrances()[i].picture).render(&painter, targetRect());
     painter.end();
-    // Every frame of an animation pays for each pixel of the pictures, the empty ones too. But with
-    // one of these all around, a scaled picture has soft edges without any antialiasing, which
-    // would make it twice as dear.
+    // Drawing a transparent pixel takes as long as any other, so cut the picture to what is
+    // visible. Leave one transparent pixel on each side: it gives a scaled picture smooth edges
+    // without antialiasing, which would take twice as long.
     const QRect visible = visibleRect(picture).adjusted(-1, -1, 1, 1);
     QImage cut = picture.copy(visible);
     cut.setDevicePixelRatio(1.0);
@@ -224,7 +223,7 @@ void AnimatedMark::paintEvent(QPaintEvent *)
     QPainter painter(this);
     rasterizeFor(pixelRatio(painter));
     if (m_fill >= kFull) {
-        // The colour lies on the ghost everywhere, so both go down in one.
+        // The colour covers the whole ghost, so both are painted in one pass.
         paintMark(painter, kGhostOpacity, 1.0);
         return;
     }
@@ -237,12 +236,12 @@ void AnimatedMark::paintEvent(QPaintEvent *)
 
 void AnimatedMark::paintMark(QPainter &painter, double ghost, double colour)
 {
-    if (!hasComeIn()) {
+    if (!isAssembled()) {
         paintParts(painter, ghost, colour);
         return;
     }
-    // It floats by less than a pixel at a time. A picture of its own for each step is sharper than
-    // one that is smoothed into its place, and much faster to draw.
+    // The mark floats by less than a pixel at a time. One picture for each step is sharper than one
+    // that is interpolated between pixels, and much faster to draw.
     const int steps = driftSteps();
     const int step = steps & (kStepsPerPixel - 1);
     Picture &whole = m_wholes[size_t(step)];
@@ -281,8 +280,8 @@ void AnimatedMark::paintPicture(QPainter &painter, const Picture &picture) const
 {
     painter.translate(picture.topLeft);
     painter.scale(1.0 / m_rasterRatio, 1.0 / m_rasterRatio);
-    // One that is only translated is put on whole pixels, where smoothing would change nothing but
-    // take three times as long.
+    // A picture that is only moved lies on whole pixels: smoothing would change nothing and take
+    // three times as long.
     painter.setRenderHint(QPainter::SmoothPixmapTransform,
                           painter.deviceTransform().type() > QTransform::TxTranslate);
     painter.drawPixmap(QPointF(), picture.pixmap);

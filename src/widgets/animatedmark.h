@@ -9,12 +9,13 @@
 #include <array>
 #include <memory>
 
-/// The product's mark, drawn live: it assembles itself from four parts, fills with a run's progress
-/// over a faint ghost of itself, and floats while there is nothing to do. Its place is the contents
-/// rectangle; the parts that come in from the sides are to be seen in the margins around it too.
+/// The product's mark. It assembles itself from four parts, fills with a run's progress over a
+/// faint ghost of itself, and floats while nothing runs. It lies in the contents rectangle; the
+/// margins around that are room for the parts that slide in from the sides.
 ///
 /// The parts are rasterised once per size and pixel ratio; every frame only moves, scales and fades
-/// those pictures. So is the mark as a whole, once for each fraction of a pixel at which it floats.
+/// those pictures. The assembled mark is rasterised too, once for each fraction of a pixel by which
+/// it floats.
 class AnimatedMark : public QWidget
 {
     Q_OBJECT
@@ -27,19 +28,20 @@ class AnimatedMark : public QWidget
 public:
     explicit AnimatedMark(QWidget *parent = nullptr);
 
-    /// Plays the entrance from an empty widget, also in the middle of another.
+    /// Empties the widget and plays the entrance, also while one is playing.
     void replay();
 
     /// Height of the coloured part, 0 to 1 from the bottom; clamped.
     [[nodiscard]] double fill() const { return m_fill; }
     void setFill(double level);
 
-    /// The idle floating. Starting it twice does not start it over; stopping it puts the mark back.
+    /// Starts and stops the floating. Starting it twice does not restart it; stopping it puts the
+    /// mark back in its place.
     void startIdle();
     void stopIdle();
     [[nodiscard]] bool isIdle() const { return m_idle; }
 
-    /// Entrance of each part: 0 gone, 1 in place, beyond 1 while it overshoots.
+    /// Entrance of each part: 0 invisible, 1 in place, above 1 while it overshoots.
     [[nodiscard]] double a1Progress() const { return m_entrance[0]; }
     [[nodiscard]] double a2Progress() const { return m_entrance[1]; }
     [[nodiscard]] double a3Progress() const { return m_entrance[2]; }
@@ -65,24 +67,25 @@ private:
     /// Steps of the floating mark from one device pixel to the next, a power of two.
     static constexpr int kStepsPerPixel = 8;
 
-    /// Parts as they look in their place.
+    /// One part or all of them, in their place.
     struct Picture
     {
-        QPixmap pixmap; ///< in device pixels; hardly larger than what there is to see
+        QPixmap pixmap; ///< in device pixels, cut to what is visible
         QPointF topLeft; ///< in the widget
     };
 
     void setEntrance(size_t part, double progress);
     void updateDrift();
     void updatePicture();
-    [[nodiscard]] bool hasComeIn() const;
-    /// The present drift, counted in steps at the ratio that was last painted with.
+    /// Whether the entrance is over: all parts are in place.
+    [[nodiscard]] bool isAssembled() const;
+    /// The drift in steps, at the pixel ratio that was last painted with.
     [[nodiscard]] int driftSteps() const;
     [[nodiscard]] QRectF targetRect() const;
-    /// The parts from `first` on, `down` device pixels below their place.
+    /// `count` parts from `first` on, `down` device pixels below their place.
     [[nodiscard]] Picture rasterized(size_t first, size_t count, double down) const;
     void rasterizeFor(double ratio);
-    /// Paints what has come in as one layer of each opacity on the other would look.
+    /// Paints the mark once in the opacity that a layer of `colour` on a layer of `ghost` has.
     void paintMark(QPainter &painter, double ghost, double colour);
     void paintParts(QPainter &painter, double ghost, double colour);
     void paintPicture(QPainter &painter, const Picture &picture) const;
@@ -95,7 +98,7 @@ private:
     std::array<std::unique_ptr<DelayedStart>, kParts> m_entranceDelays;
     QPropertyAnimation m_driftAnimation;
     OnScreenWatcher m_onScreen;
-    // Made when they are first needed, so that the first frame need not wait for all of them.
+    // Rasterised when they are first painted, so that the first frame does not wait for all.
     std::array<Picture, kParts> m_parts;
     std::array<Picture, kStepsPerPixel> m_wholes; ///< by step
     double m_rasterRatio = 0.0; ///< pixel ratio of the pictures; 0 before they are made

@@ -21,11 +21,11 @@ void end(QPropertyAnimation &animation)
     animation.setCurrentTime(animation.totalDuration());
 }
 
-/// Brings `animation` to its end as soon as `widget` can be seen no longer.
+/// Ends `animation` as soon as `widget` goes out of sight.
 void endOutOfSight(QPropertyAnimation &animation, QWidget *widget)
 {
     if (animation.findChild<OnScreenWatcher *>())
-        return; // it is seen to already
+        return; // done before
     auto *watcher = new OnScreenWatcher(widget, &animation);
     QObject::connect(watcher, &OnScreenWatcher::changed, &animation, [&animation](bool onScreen) {
         if (!onScreen && animation.state() == QAbstractAnimation::Running)

@@ -3,7 +3,7 @@
 class QPropertyAnimation;
 class QWidget;
 
-/// Animated quantities at or below this are not drawn: no faint ghost of what is meant to be gone.
+/// Painted widgets draw nothing while an animated opacity or size is at or below this.
 inline constexpr double kInvisible = 0.001;
 
 /// Sets the function that asks the desktop whether its user wants no motion. Start-up does so,
@@ -17,9 +17,10 @@ void setDesktopMotionQuery(bool (*query)());
 /// Whether to animate in `widget`: the user wants motion and can see the widget.
 [[nodiscard]] bool showsMotion(const QWidget *widget);
 
-/// Starts the animation of a widget's property from its beginning. Where no motion is shown, or no
-/// longer, it is at its end at once.
+/// Starts the animation of a widget's property from its beginning. It jumps to its end where
+/// showsMotion() is false, and as soon as the widget goes out of sight.
 void playOnce(QPropertyAnimation &animation);
 
-/// Runs `animation` from its property's present value to `target`, wherever it is just now.
+/// Animates the property of `animation` from its present value to `target`, also in the middle of
+/// another run.
 void glideTo(QPropertyAnimation &animation, double target);

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long a voice takes that reads neither fast nor slowly.
+/// How long a screen reader at its normal speed takes.
 constexpr std::chrono::milliseconds kPerCharacter = 75ms;
 constexpr std::chrono::milliseconds kShortestPause = 2s;
 

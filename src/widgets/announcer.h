@@ -2,9 +2,9 @@
 
 #include <QTimer>
 
-/// Tells assistive technology how a run goes, which has no control that could take the focus: each
-/// of its texts is a notification of the application, and is spoken. Nothing comes faster than it
-/// can be spoken; what changes meanwhile is told in its latest state.
+/// Tells screen readers how a run goes. No control that could have the focus shows that, so each
+/// text is a notification of the application. The next one waits until the last one has been
+/// spoken; of several changes in the meantime only the latest is announced.
 class Announcer : public QObject
 {
     Q_OBJECT
@@ -12,18 +12,18 @@ class Announcer : public QObject
 public:
     explicit Announcer(QObject *parent);
 
-    /// Says from now on what it is told. Waits as long as it takes to speak `spoken`, which is said
-    /// otherwise.
+    /// Starts announcing. The first text waits as long as it takes to speak `spoken`, which the
+    /// screen reader says on its own.
     void start(const QString &spoken);
-    /// Has nothing more to say, nor what was still to come.
+    /// Stops announcing and drops the texts that wait.
     void stop();
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
 
-    /// Each says its text if it is another than before; the step first when both have changed.
+    /// Announce a text if it has changed; the step comes first if both have.
     void tellStep(const QString &step);
     void tellStatus(const QString &status);
 
-    /// What was said last.
+    /// The last announcement.
     [[nodiscard]] QString text() const { return m_text; }
 
 private:
@@ -40,5 +40,5 @@ private:
     Topic m_step;
     Topic m_status;
     QString m_text;
-    QTimer m_speaking { this }; ///< as long as somebody is still listening to what came before
+    QTimer m_speaking { this }; ///< runs while the last text is being spoken
 };

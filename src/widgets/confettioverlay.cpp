@@ -21,7 +21,7 @@ constexpr int kLifetime = 130; // ticks
 constexpr double kAirDrag = 0.995; // of the sideways speed, per tick
 constexpr double kGravity = 0.2; // px per tick, per tick
 
-/// This far below the overlay a piece is out of sight for good, in px.
+/// A piece that is this far below the overlay, in px, has gone.
 constexpr double kFallOut = 40.0;
 
 double uniform()
@@ -122,7 +122,7 @@ void ConfettiOverlay::paintEvent(QPaintEvent *)
         const double opacity = 1.0 - double(piece.age) / kLifetime;
         if (opacity <= 0.0 || piece.y > floor())
             continue;
-        // Setting both anew is a third of the price of saving and restoring the whole painter.
+        // Setting both is three times as fast as saving and restoring the painter.
         QTransform place = origin;
         place.translate(piece.x, piece.y);
         place.rotateRadians(piece.rotation);

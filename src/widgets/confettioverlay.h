@@ -10,8 +10,8 @@
 #include <vector>
 
 /// Lies over a whole window, lets one burst of paper pieces fly and fade, and hides itself when the
-/// last one is gone. Takes no mouse input, so the page beneath stays usable. Out of sight the
-/// pieces wait where they are.
+/// last one is gone. Takes no mouse input, so the page beneath stays usable. The pieces
+/// stand still while the window is hidden or minimised.
 class ConfettiOverlay : public QWidget
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ public:
     /// flying. Without colours, or where the user wants no motion, nothing happens.
     void burst(const QPointF &origin, const QList<QColor> &colours);
 
-    /// Number of pieces in the air, dead ones included until the last one has died.
+    /// Number of pieces of the burst; 0 when the last one has gone.
     [[nodiscard]] qsizetype pieceCount() const { return qsizetype(m_pieces.size()); }
 
 protected:

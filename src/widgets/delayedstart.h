@@ -4,22 +4,23 @@
 
 #include <QTimer>
 
-/// The moment between two parts of an entrance: a single shot that can be started anew and called
-/// off. It keeps nobody waiting: where no motion is shown, or no longer, it is due at once.
+/// A single-shot timer for an animation that begins later. It is due at once where showsMotion() is
+/// false, and as soon as the widget goes out of sight.
 class DelayedStart : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Belongs to `widget`, in which something is to start.
+    /// A child of `widget`, in which the animation is to start.
     explicit DelayedStart(QWidget *widget);
 
-    /// Counts `delay` from now on, also if it is being counted already.
+    /// Starts the timer, or starts it again.
     void start(std::chrono::milliseconds delay);
     void stop();
 
 Q_SIGNALS:
-    /// Once for each start() that is not stopped or followed by another; perhaps from within it.
+    /// Once for each start() that is not followed by stop() or another start() before. Emitted from
+    /// within start() if it is due at once.
     void due();
 
 private:

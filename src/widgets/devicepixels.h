@@ -2,26 +2,26 @@
 
 #include <QPainter>
 
-/// Device pixels per pixel of what `painter` draws on, before it has transformed anything. The
-/// widget's own ratio is that of its screen, which is another one when it is drawn into a picture.
+/// Device pixel ratio of what `painter` draws on; to be asked before the painter is transformed.
+/// The ratio of the widget is that of its screen, even if it is being rendered into a picture.
 [[nodiscard]] inline double pixelRatio(const QPainter &painter)
 {
     return painter.deviceTransform().m11();
 }
 
-/// The device pixels that a rectangle covers, for a picture of them that looks exactly like what is
-/// painted in its place, wherever between two of them the rectangle begins.
+/// The device pixels that a rectangle covers, also in part. A picture of this size that is painted
+/// with `transform` and drawn at `place` looks exactly like painting directly.
 struct DevicePixels
 {
-    QRect place; ///< on what is painted on
-    QTransform transform; ///< from the rectangle's coordinates to those of a picture of that size
+    QRect place; ///< in the coordinates of the paint device
+    QTransform transform; ///< from the painter's coordinates to those of the picture
 };
 
-/// What `rect` covers with the present transformation of `painter`, which may move and scale.
+/// What `rect` covers in the present coordinates of `painter`, which may be moved and scaled.
 [[nodiscard]] DevicePixels devicePixels(const QPainter &painter, const QRect &rect);
 
-/// The device pixels nearest to `rect`, each edge rounded by itself, so that what lies side by side
-/// has neither a gap nor a pixel in common.
+/// `rect` in whole device pixels, each edge rounded on its own, so that neighbouring rectangles
+/// neither overlap nor leave a gap.
 [[nodiscard]] QRect nearestDevicePixels(const QPainter &painter, const QRect &rect);
 
 /// Draws `picture`, one pixel of it for each device pixel, with its top left at `corner`.

@@ -41,7 +41,7 @@ GifBadge::GifBadge(const QString &fileName, int side, QWidget *parent)
 
 void GifBadge::showFrame(int number)
 {
-    // A movie of one frame that repeats itself for ever is a still picture.
+    // A movie that repeats its only frame is a still picture and need not run.
     if (std::exchange(m_shownFrame, number) == number)
         m_movie.stop();
     else
@@ -68,9 +68,9 @@ void GifBadge::paintEvent(QPaintEvent *)
 {
     if (m_popProgress <= kInvisible)
         return;
-    // Nobody misses it before it is painted, and reading it is work that the program's start need
-    // not wait for. Only once: one that cannot play, or has played to its end, would ask for the
-    // next paint each time.
+    // The movie is read when it is first painted, so that the program's start does not wait for it.
+    // Start it only once: a movie that cannot play, or has ended, would cause the next repaint each
+    // time.
     if (!std::exchange(m_wasStarted, true)) {
         m_movie.start();
         updatePlayback();
@@ -127,7 +127,7 @@ QPixmap GifBadge::discAtRest(double ratio)
     paintPicture(picturePainter, ratio);
     picturePainter.end();
 
-    // Cut out in one go: two layers with one soft edge each would make a harder one.
+    // Cut white and frame out together: two layers with a smooth edge each make a rough one.
     QBrush brush(picture);
     brush.setTransform(m_discTransform.inverted());
     QPixmap disc(m_discSize);
@@ -145,13 +145,14 @@ QPixmap GifBadge::discAtRest(double ratio)
 void GifBadge::paintPicture(QPainter &painter, double ratio)
 {
     const QRectF square = rect();
-    painter.fillRect(square.adjusted(-1, -1, 1, 1), Qt::white); // only the disc has a soft edge
+    painter.fillRect(square.adjusted(-1, -1, 1, 1),
+                     Qt::white); // so that its edges are not smoothed
     const QPixmap frame = scaledFrame(ratio);
     if (frame.isNull())
         return;
     const QSizeF size = frame.deviceIndependentSize();
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    // Multiplying lets a white picture background melt into the disc.
+    // Multiplying makes a white background of the picture disappear in the disc.
     painter.setCompositionMode(QPainter::CompositionMode_Multiply);
     painter.drawPixmap(square.center() - QPointF(size.width(), size.height()) / 2, frame);
 }

@@ -9,8 +9,8 @@
 #include <QTransform>
 #include <QWidget>
 
-/// A round badge that plays an animated GIF on a white disc and can pop in. A picture that cannot
-/// be read leaves the disc and its ring.
+/// A round badge that plays an animated GIF on a white disc and can pop in. If the picture cannot
+/// be read, there is only the disc with its ring.
 class GifBadge : public QWidget
 {
     Q_OBJECT
@@ -20,8 +20,8 @@ public:
     /// Plays `fileName` from its first frame as soon as it is painted; `side` in pixels.
     GifBadge(const QString &fileName, int side, QWidget *parent = nullptr);
 
-    /// Opacity and scale, 0 to 1, beyond 1 while it overshoots. Starts at 1: a badge that is never
-    /// popped is simply there.
+    /// Opacity and scale, 0 to 1, above 1 while it overshoots. 1 at first: a badge is visible
+    /// without pop().
     [[nodiscard]] double popProgress() const { return m_popProgress; }
     void setPopProgress(double progress);
 
@@ -40,20 +40,19 @@ private:
     void paintAtRest(QPainter &painter);
     /// The disc with the movie's current frame, for m_discSize and m_discTransform.
     [[nodiscard]] QPixmap discAtRest(double ratio);
-    /// The movie's current frame on white, not yet cut to the disc. `ratio` is the screen's,
-    /// however much smaller the painter makes it.
+    /// Paints the movie's current frame on white, not yet cut to the disc. `ratio` is the screen's,
+    /// also while the painter is scaled.
     void paintPicture(QPainter &painter, double ratio);
-    /// The movie's current frame, which covers the badge at so many device pixels per pixel; null
-    /// without one.
+    /// The movie's current frame, scaled to cover the badge; null without a frame.
     [[nodiscard]] QPixmap scaledFrame(double ratio);
 
     int m_side;
     QMovie m_movie;
     bool m_wasStarted = false;
     int m_shownFrame = -1;
-    QPixmap m_scaled; ///< the last one
-    qint64 m_scaledFrom = 0; ///< its frame's cache key
-    /// By frame: a movie plays for ever, and clipping and scaling are dear.
+    QPixmap m_scaled; ///< the last result of scaledFrame()
+    qint64 m_scaledFrom = 0; ///< cache key of its frame
+    /// By frame number: the movie loops, and clipping and scaling a frame takes long.
     QHash<int, QPixmap> m_discs;
     QSize m_discSize;
     QTransform m_discTransform;

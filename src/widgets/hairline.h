@@ -5,7 +5,7 @@
 
 class QPainter;
 
-/// Draws a line along the inside of one edge of `rect`, of whole device pixels: as many as the
-/// pixel ratio has wholes, so that all lines of a window are equally thick at fractional ratios
-/// too, and with none between the line and the edge.
+/// Draws a line of 1 px along the inside of one edge of `rect`. Its thickness is rounded down to
+/// whole device pixels and it touches the edge, so that at fractional pixel ratios too all lines of
+/// a window are equally thick.
 void paintHairline(QPainter &painter, const QRect &rect, Qt::Edge edge, const QColor &colour);

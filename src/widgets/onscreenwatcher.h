@@ -5,24 +5,24 @@
 
 class QWidget;
 
-/// Whether the window of `widget` is minimised or has been hidden. One that is yet to be shown is
-/// not out of sight: what starts in it is meant for its first moment on screen.
+/// Whether the window of `widget` is minimised or has been hidden. False before it is first shown:
+/// animations that start then are to be seen when it comes.
 [[nodiscard]] bool isOutOfSight(const QWidget *widget);
 
-/// Tells when a widget can be seen at all: shown, and its window not minimised. What moves rests
-/// meanwhile.
+/// Tells whether a widget can be seen: it is shown, and its window is not minimised. Animations
+/// need not run otherwise.
 class OnScreenWatcher : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Belongs to `widget` unless it is given another parent.
+    /// A child of `widget` unless `parent` is given.
     explicit OnScreenWatcher(QWidget *widget, QObject *parent = nullptr);
 
     [[nodiscard]] bool isOnScreen() const { return m_onScreen; }
 
 Q_SIGNALS:
-    /// Each time the answer changes.
+    /// Each time isOnScreen() changes.
     void changed(bool onScreen);
 
 protected:
@@ -32,6 +32,6 @@ private:
     void update(bool shown);
 
     QPointer<QWidget> m_widget;
-    QPointer<QWidget> m_window; ///< the one that is watched for being minimised
+    QPointer<QWidget> m_window; ///< the one whose state is watched
     bool m_onScreen = false;
 };

@@ -31,8 +31,8 @@ private:
     RevealRow *m_row;
 };
 
-/// Has its place beside the windows, not in one: a screen reader says with a notification in which
-/// dialog it lies, and reads that out as a whole.
+/// A child of the application, not of a window: for a notification within a dialog, a screen reader
+/// would also read out the whole dialog.
 class AnnouncerInterface : public QAccessibleObject
 {
 public:
@@ -104,8 +104,8 @@ QAccessibleInterface *createInterface(const QString &, QObject *object)
     if (qobject_cast<AnimatedMark *>(object) || qobject_cast<GifBadge *>(object)
         || qobject_cast<SealCheck *>(object))
         return new QAccessibleWidget(qobject_cast<QWidget *>(object), QAccessible::Graphic);
-    // A plain widget as a window is told about as one more box. Dialogs, menus and the like are
-    // windows of other types, and have an interface that knows what they are.
+    // By default the role of a plain widget says nothing, even if it is a window. Dialogs, menus
+    // and the like are windows of other types, whose default interface has the right role.
     if (auto *widget = qobject_cast<QWidget *>(object); widget && isPlainWindow(*widget))
         return new QAccessibleWidget(widget, QAccessible::Dialog);
     return nullptr;

@@ -5,7 +5,8 @@
 #include <QPropertyAnimation>
 #include <QWidget>
 
-/// The thin, rounded progress bar. It glides to each new figure and sweeps while there is none.
+/// The thin, rounded progress bar. It glides to each new value; while none is known, a segment
+/// sweeps across it.
 class ProgressTrack : public QWidget
 {
     Q_OBJECT
@@ -15,7 +16,7 @@ class ProgressTrack : public QWidget
 public:
     explicit ProgressTrack(QWidget *parent = nullptr);
 
-    /// Filled fraction as it is shown, 0 to 1; the setter clamps.
+    /// Filled fraction as it is painted, 0 to 1; the setter clamps.
     [[nodiscard]] double value() const { return m_value; }
     void setValue(double value);
 
@@ -23,13 +24,13 @@ public:
     [[nodiscard]] double indeterminatePhase() const { return m_phase; }
     void setIndeterminatePhase(double phase);
 
-    /// Where the bar stands or is gliding to, 0 to 1.
+    /// The value that the bar has or glides to, 0 to 1.
     [[nodiscard]] double target() const { return m_target; }
-    /// Glides to `fraction`, clamped to 0 to 1, from wherever the bar is.
+    /// Glides to `fraction`, clamped to 0 to 1, from the present value.
     void setTarget(double fraction);
     /// The same in percent, clamped to 0 to 100.
     void setTargetPercent(int percent) { setTarget(percent / 100.0); }
-    /// Ends a glide that is under way: the bar stands at its target.
+    /// Jumps to the target if the bar is gliding.
     void settle();
     /// Empties the bar at once.
     void reset();

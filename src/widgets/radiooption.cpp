@@ -19,7 +19,7 @@ constexpr double kDotRadius = 4.0;
 RadioOption::RadioOption(const QString &text, QWidget *parent)
     : SelectionControl(text, kVerticalRoom, parent), m_selectAnimation(this, "selectProgress")
 {
-    // In its group this changes nothing but the role that assistive technology is told.
+    // In a QButtonGroup this only gives it the role of a radio button for assistive technology.
     setAutoExclusive(true);
     m_selectAnimation.setDuration(kSelectDuration);
     m_selectAnimation.setEasingCurve(QEasingCurve::OutCubic);

@@ -11,7 +11,7 @@ class RadioOption : public SelectionControl
 public:
     explicit RadioOption(const QString &text, QWidget *parent = nullptr);
 
-    /// How far the dot has grown, 0 to 1. Follows the checked state; never asked for it.
+    /// How far the dot has grown, 0 to 1. For painting only: isChecked() is the state.
     [[nodiscard]] double selectProgress() const { return m_selectProgress; }
     void setSelectProgress(double progress);
 

@@ -55,7 +55,7 @@ void RevealRow::resetReveal()
         announce();
 }
 
-// Assistive technology knows the row by whether it is there, not by how far it has faded in.
+// For assistive technology the row is visible as soon as it begins to fade in.
 void RevealRow::announce()
 {
     QAccessibleEvent event(this, m_revealed ? QAccessible::ObjectShow : QAccessible::ObjectHide);
@@ -81,9 +81,9 @@ void RevealRow::paintSharp(QPainter &painter)
     paintRow(painter);
 }
 
-// As one layer, so that what lies on another does not show it through. And much faster: of text
-// under an opacity each letter becomes a list of spans, which Qt hands to other threads once it is
-// long.
+// Fades a picture of the row: with an opacity on the painter, shapes that overlap would show
+// through each other. It is also much faster, because Qt draws text with an opacity as a list of
+// spans for each letter, and hands long lists to other threads.
 void RevealRow::paintFaded(QPainter &painter)
 {
     const DevicePixels pixels = devicePixels(painter, rect());

@@ -5,28 +5,28 @@
 #include <QPropertyAnimation>
 #include <QWidget>
 
-/// A painted row that fades in while it slides up into its place. Derived rows paint themselves as
-/// they look at rest.
+/// A painted row that fades in while it slides up into its place. Derived classes paint the row as
+/// it looks at rest.
 class RevealRow : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(double reveal READ reveal WRITE setReveal)
 
 public:
-    /// `slide` is the way up in pixels. `text` is what assistive technology reads.
+    /// `slide` is how far the row moves up, in px. `text` is its name for assistive technology.
     RevealRow(int slide, const QString &text, QWidget *parent = nullptr);
 
-    /// 0 hidden, 1 at rest.
+    /// 0 invisible, 1 at rest.
     [[nodiscard]] double reveal() const { return m_reveal; }
     void setReveal(double reveal);
 
-    /// Whether the row is shown or on its way to be.
+    /// Whether the row is shown or fading in.
     [[nodiscard]] bool isRevealed() const { return m_revealed; }
-    /// Sends the row to its shown or hidden state from wherever it is; does nothing if it is there.
+    /// Fades the row in or out, from the state that it is in.
     void setRevealed(bool revealed);
-    /// Shows the row after `delay`, counted anew by every call.
+    /// Fades the row in after `delay`; another call starts the delay again.
     void revealAfter(std::chrono::milliseconds delay);
-    /// Hides the row at once, and for good if it was only to be shown later.
+    /// Hides the row at once and cancels a delay.
     void resetReveal();
 
 protected:

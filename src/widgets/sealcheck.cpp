@@ -93,7 +93,7 @@ void SealCheck::paintEvent(QPaintEvent *)
     for (const QPointF &point : { kCheckMark[1], kCheckMark[2] })
         mark.lineTo(point.x() * sx, point.y() * sy);
 
-    // Even steps along the mark's own length, so that it grows as a pen would draw it.
+    // Even steps along the mark's length, so that it grows at an even speed.
     QPainterPath drawn(mark.pointAtPercent(0.0));
     for (int i = 1; i <= kCheckSteps; ++i) {
         const double percent = double(i) / kCheckSteps * m_checkProgress;

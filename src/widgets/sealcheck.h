@@ -16,7 +16,7 @@ class SealCheck : public QWidget
 public:
     explicit SealCheck(QWidget *parent = nullptr);
 
-    /// Opacity and scale of the disc, 0 to 1, beyond 1 while it overshoots.
+    /// Opacity and scale of the disc, 0 to 1, above 1 while it overshoots.
     [[nodiscard]] double circleProgress() const { return m_circleProgress; }
     void setCircleProgress(double progress);
 
@@ -24,7 +24,7 @@ public:
     [[nodiscard]] double checkProgress() const { return m_checkProgress; }
     void setCheckProgress(double progress);
 
-    /// Plays the whole entrance, from nothing, also in the middle of another.
+    /// Plays the entrance from its beginning, also while one is playing.
     void play();
 
     [[nodiscard]] QSize sizeHint() const override { return { 46, 46 }; }

@@ -5,7 +5,7 @@
 #include <QAbstractButton>
 #include <QPropertyAnimation>
 
-/// What the painted radio option and check box share: a full-width row with a plate that lights up
+/// Base of the painted radio option and check box: a full-width row with a plate that fades in
 /// under the pointer, a 16 px indicator at the left and the text beside it.
 class SelectionControl : public QAbstractButton
 {
@@ -21,7 +21,7 @@ public:
 protected:
     /// `verticalRoom` is added to the text's height.
     SelectionControl(const QString &text, int verticalRoom, QWidget *parent);
-    /// `selection`, which runs on a property of the derived class, follows the checked state.
+    /// Lets `selection`, which animates a property of the derived class, follow the checked state.
     void followCheckedState(QPropertyAnimation &selection);
 
     virtual void paintIndicator(QPainter &painter, const QRectF &box) = 0;

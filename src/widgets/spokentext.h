@@ -2,7 +2,6 @@
 
 #include <QStringList>
 
-/// What is shown in several places, put together for somebody who hears it: every line is a
-/// sentence, and a line that ends in a colon leads to the next. Plain text, taken literally; a line
-/// of signs only, such as an arrow, says nothing and is left out.
+/// Joins plain texts for a screen reader. Each line becomes a sentence: it gets a full stop unless
+/// it ends in punctuation. Lines without a letter or a digit, such as an arrow, are left out.
 [[nodiscard]] QString spokenText(const QStringList &texts);

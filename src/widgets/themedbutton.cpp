@@ -8,7 +8,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// The ring keeps this far inside the border, so that it shows on a filled button too.
+/// Distance of the ring from the border, so that it can be seen on a filled button too.
 constexpr double kRingGap = 2.0;
 
 } // namespace
@@ -17,7 +17,7 @@ ThemedButton::ThemedButton(const QString &text, double radius, QWidget *parent)
     : QPushButton(text, parent), m_radius(radius), m_focusToken(u"@INS_ACCENT"_s)
 {
     setCursor(Qt::PointingHandCursor);
-    // Return is the page's business, not the first button's in the window.
+    // Return presses the page's primary button, not the first button in the window.
     setAutoDefault(false);
 }
 
@@ -27,7 +27,7 @@ void ThemedButton::setFocusToken(const QString &token)
     update();
 }
 
-// Keeps the native style from adding a focus frame of its own to the ring.
+// Without this, the native style draws its own focus frame beside the ring.
 void ThemedButton::initStyleOption(QStyleOptionButton *option) const
 {
     QPushButton::initStyleOption(option);
@@ -36,8 +36,8 @@ void ThemedButton::initStyleOption(QStyleOptionButton *option) const
 
 void ThemedButton::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    // The second click was meant for what was here at the first: a new page's button must not take
-    // it for its own and start what nobody has read about.
+    // Ignore the second click of a double click: it would press the button of the next page that
+    // has appeared in the same place.
     event->accept();
 }
 

@@ -4,16 +4,18 @@
 
 #include <QPushButton>
 
-/// A push button styled by tokens that also shows keyboard focus, which its style sheet leaves out.
+/// A push button with a focus ring for the keyboard. A style sheet cannot draw that: it does not
+/// know whether the focus came by keyboard or by a click.
 class ThemedButton : public QPushButton
 {
     Q_OBJECT
 
 public:
-    /// `radius` is the corner radius of the button's style, for the focus ring to follow.
+    /// `radius` is the corner radius of the button's style sheet, which the focus ring follows.
     ThemedButton(const QString &text, double radius, QWidget *parent = nullptr);
 
-    /// Colour token of the focus ring; on a button that is filled with the accent it takes another.
+    /// Colour token of the focus ring. The default is the accent colour, which cannot be seen on a
+    /// button that is filled with it.
     void setFocusToken(const QString &token);
 
 protected:

@@ -18,8 +18,8 @@ constexpr double kBoxRadius = 4.0;
 constexpr double kTickWidth = 2.0;
 constexpr QPointF kTick[] = { { 4.0, 8.2 }, { 6.7, 11.2 }, { 12.0, 4.8 } };
 
-/// The tick is there before the animation ends, or it would look late.
-constexpr double kTickHaste = 1.4;
+/// The tick is opaque before the animation ends; at its end it would look late.
+constexpr double kTickSpeed = 1.4;
 
 } // namespace
 
@@ -48,7 +48,7 @@ void ToggleCheckbox::paintIndicator(QPainter &painter, const QRectF &box)
         return;
 
     painter.save();
-    painter.setOpacity(std::clamp(kTickHaste * m_checkProgress, 0.0, 1.0));
+    painter.setOpacity(std::clamp(kTickSpeed * m_checkProgress, 0.0, 1.0));
     painter.translate(box.topLeft());
     painter.setPen(QPen(Qt::white, kTickWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.drawPolyline(kTick, int(std::size(kTick)));

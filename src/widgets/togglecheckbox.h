@@ -11,7 +11,7 @@ class ToggleCheckbox : public SelectionControl
 public:
     explicit ToggleCheckbox(const QString &text, QWidget *parent = nullptr);
 
-    /// How far the tick has come, 0 to 1. Follows the checked state; never asked for it.
+    /// How far the tick has faded in, 0 to 1. For painting only: isChecked() is the state.
     [[nodiscard]] double checkProgress() const { return m_checkProgress; }
     void setCheckProgress(double progress);
 
