@@ -1,7 +1,10 @@
 #include "theme/themed.h"
 
-#include <QEvent>
+#include <QApplication>
+#include <QFile>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -26,97 +29,59 @@ class TestThemed : public QObject
 
 private Q_SLOTS:
     void init();
-    void text();
-    void colour_data();
-    void colour();
-    void restyleRunsNowAndOnEveryChange();
-    void restyleEndsWithItsContext();
+    void textAndColours();
+    void restylingRunsNowAndOnEveryChange();
     void styleSheetFollowsTheTheme();
-    void styleSheetReplacesTheWidgetsOwn();
     void widgetIsRepainted();
+    void baseStyleSheet_data();
+    void baseStyleSheet();
 };
 
 void TestThemed::init()
 {
+    // Qt also warns of a style sheet that it cannot parse.
     QTest::failOnWarning(QRegularExpression(u".*"_s));
     ThemeManager::instance().setDarkMode(false);
 }
 
-void TestThemed::text()
+void TestThemed::textAndColours()
 {
     QCOMPARE(themed(u"color:@INS_TX2;"_s), u"color:#586371;"_s);
+    QCOMPARE(themedColor(u"@INS_TX"_s), QColor(0x13, 0x19, 0x23));
     ThemeManager::instance().setDarkMode(true);
     QCOMPARE(themed(u"color:@INS_TX2;"_s), u"color:#9DAAC6;"_s);
-    QCOMPARE(themed(u"color:@NOWHERE;"_s), u"color:@NOWHERE;"_s);
+    QCOMPARE(themedColor(u"@WN_LINE"_s), QColor(0xFF, 0xFF, 0xFF, 0x1C));
+    QVERIFY(!themedColor(u"@NOWHERE"_s).isValid());
 }
 
-void TestThemed::colour_data()
+void TestThemed::restylingRunsNowAndOnEveryChange()
 {
-    QTest::addColumn<QString>("token");
-    QTest::addColumn<QColor>("light");
-    QTest::addColumn<QColor>("dark");
-    QTest::newRow("opaque") << u"@INS_TX"_s << QColor(0x13, 0x19, 0x23) << QColor(0xED, 0xF1, 0xFA);
-    QTest::newRow("translucent") << u"@WN_LINE"_s << QColor(0x14, 0x19, 0x23, 0x1A)
-                                 << QColor(0xFF, 0xFF, 0xFF, 0x1C);
-    QTest::newRow("unknown") << u"@NOWHERE"_s << QColor() << QColor();
-}
-
-void TestThemed::colour()
-{
-    QFETCH(const QString, token);
-    QFETCH(const QColor, light);
-    QFETCH(const QColor, dark);
-    QCOMPARE(themedColor(token), light);
-    ThemeManager::instance().setDarkMode(true);
-    QCOMPARE(themedColor(token), dark);
-}
-
-void TestThemed::restyleRunsNowAndOnEveryChange()
-{
-    QObject context;
     QStringList seen;
-    onThemeChange(&context, [&seen] { seen << themed(u"@INS_TX"_s); });
-    QCOMPARE(seen, QStringList({ u"#131923"_s }));
-    ThemeManager::instance().setDarkMode(true);
-    ThemeManager::instance().setDarkMode(false);
-    QCOMPARE(seen, QStringList({ u"#131923"_s, u"#EDF1FA"_s, u"#131923"_s }));
-}
-
-void TestThemed::restyleEndsWithItsContext()
-{
-    int runs = 0;
     {
         QObject context;
-        onThemeChange(&context, [&runs] { ++runs; });
+        onThemeChange(&context, [&seen] { seen << themed(u"@INS_TX"_s); });
+        QCOMPARE(seen, QStringList({ u"#131923"_s }));
+        ThemeManager::instance().setDarkMode(true);
+        ThemeManager::instance().setDarkMode(false);
     }
-    ThemeManager::instance().setDarkMode(true);
-    QCOMPARE(runs, 1);
+    ThemeManager::instance().setDarkMode(true); // nobody is left to be restyled
+    QCOMPARE(seen, QStringList({ u"#131923"_s, u"#EDF1FA"_s, u"#131923"_s }));
 }
 
 void TestThemed::styleSheetFollowsTheTheme()
 {
     QLabel label;
+    label.setStyleSheet(u"margin:1px;"_s);
     setThemedStyleSheet(&label, u"color:@INS_TX3;"_s);
     QCOMPARE(label.styleSheet(), u"color:#8A94A2;"_s);
     ThemeManager::instance().setDarkMode(true);
     QCOMPARE(label.styleSheet(), u"color:#6B7890;"_s);
-    ThemeManager::instance().setDarkMode(false);
-    QCOMPARE(label.styleSheet(), u"color:#8A94A2;"_s);
-}
-
-void TestThemed::styleSheetReplacesTheWidgetsOwn()
-{
-    QLabel label;
-    label.setStyleSheet(u"margin:1px;"_s);
-    setThemedStyleSheet(&label, u"color:@INS_TX;"_s);
-    QCOMPARE(label.styleSheet(), u"color:#131923;"_s);
 }
 
 void TestThemed::widgetIsRepainted()
 {
     PaintCounter widget;
     repaintOnThemeChange(&widget);
-    widget.resize(20, 20);
     widget.show();
     QVERIFY(QTest::qWaitForWindowExposed(&widget));
     QTRY_VERIFY_WITH_TIMEOUT(widget.paints > 0, 10000);
@@ -124,6 +89,36 @@ void TestThemed::widgetIsRepainted()
     const int before = widget.paints;
     ThemeManager::instance().setDarkMode(true);
     QTRY_COMPARE_WITH_TIMEOUT(widget.paints, before + 1, 10000);
+}
+
+void TestThemed::baseStyleSheet_data()
+{
+    QTest::addColumn<ThemeManager::Theme>("theme");
+    QTest::newRow("light") << ThemeManager::Light;
+    QTest::newRow("dark") << ThemeManager::Dark;
+}
+
+void TestThemed::baseStyleSheet()
+{
+    QFETCH(const ThemeManager::Theme, theme);
+    const auto restore = qScopeGuard([] { qApp->setStyleSheet({}); });
+    ThemeManager &manager = ThemeManager::instance();
+    manager.setTheme(theme);
+    QFile file(u":/styles/base_theme.qss"_s);
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    // As whole as they are written: a name that only begins like one of the table would be
+    // replaced too.
+    static const QRegularExpression name(u"@\\w*"_s);
+    for (const QRegularExpressionMatch &match : name.globalMatch(QString::fromUtf8(file.readAll())))
+        QVERIFY2(!manager.color(match.captured()).isEmpty(), qPrintable(match.captured()));
+
+    const auto colour = [](QWidget &&widget) {
+        widget.ensurePolished();
+        return widget.palette().color(widget.foregroundRole()).name(QColor::HexRgb).toUpper();
+    };
+    QCOMPARE(colour(QLabel(u"label"_s)), manager.color(u"@TEXT"_s));
+    QCOMPARE(colour(QLineEdit()), manager.color(u"@TEXT_INPUT"_s));
+    QCOMPARE(colour(QPushButton(u"button"_s)), manager.color(u"@TEXT"_s));
 }
 
 QTEST_MAIN(TestThemed)
