@@ -33,7 +33,6 @@ private Q_SLOTS:
     void restylingRunsNowAndOnEveryChange();
     void styleSheetFollowsTheTheme();
     void widgetIsRepainted();
-    void baseStyleSheet_data();
     void baseStyleSheet();
 };
 
@@ -91,34 +90,27 @@ void TestThemed::widgetIsRepainted()
     QTRY_COMPARE_WITH_TIMEOUT(widget.paints, before + 1, 10000);
 }
 
-void TestThemed::baseStyleSheet_data()
-{
-    QTest::addColumn<ThemeManager::Theme>("theme");
-    QTest::newRow("light") << ThemeManager::Light;
-    QTest::newRow("dark") << ThemeManager::Dark;
-}
-
 void TestThemed::baseStyleSheet()
 {
-    QFETCH(const ThemeManager::Theme, theme);
-    const auto restore = qScopeGuard([] { qApp->setStyleSheet({}); });
-    ThemeManager &manager = ThemeManager::instance();
-    manager.setTheme(theme);
     QFile file(u":/styles/base_theme.qss"_s);
     QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
-    // As whole as they are written: a name that only begins like one of the table would be
-    // replaced too.
-    static const QRegularExpression name(u"@\\w*"_s);
-    for (const QRegularExpressionMatch &match : name.globalMatch(QString::fromUtf8(file.readAll())))
-        QVERIFY2(!manager.color(match.captured()).isEmpty(), qPrintable(match.captured()));
-
+    const QString text = QString::fromUtf8(file.readAll());
+    // Whole words: a longer one that begins with a token would be replaced too.
+    static const QRegularExpression word(u"@\\w*"_s);
     const auto colour = [](QWidget &&widget) {
         widget.ensurePolished();
         return widget.palette().color(widget.foregroundRole()).name(QColor::HexRgb).toUpper();
     };
-    QCOMPARE(colour(QLabel(u"label"_s)), manager.color(u"@TEXT"_s));
-    QCOMPARE(colour(QLineEdit()), manager.color(u"@TEXT_INPUT"_s));
-    QCOMPARE(colour(QPushButton(u"button"_s)), manager.color(u"@TEXT"_s));
+    const auto restore = qScopeGuard([] { qApp->setStyleSheet({}); });
+    ThemeManager &manager = ThemeManager::instance();
+    for (const auto theme : { ThemeManager::Light, ThemeManager::Dark }) {
+        manager.setTheme(theme);
+        for (const QRegularExpressionMatch &match : word.globalMatch(text))
+            QVERIFY2(!manager.color(match.captured()).isEmpty(), qPrintable(match.captured()));
+        QCOMPARE(colour(QLabel(u"label"_s)), manager.color(u"@TEXT"_s));
+        QCOMPARE(colour(QLineEdit()), manager.color(u"@TEXT_INPUT"_s));
+        QCOMPARE(colour(QPushButton(u"button"_s)), manager.color(u"@TEXT"_s));
+    }
 }
 
 QTEST_MAIN(TestThemed)

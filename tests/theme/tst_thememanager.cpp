@@ -44,7 +44,7 @@ QPalette oddPalette()
 }
 
 /// Each call that styles the application prints `warning` instead, and does everything else.
-void styleInVain(const char *warning)
+void styleWithWarning(const char *warning)
 {
     const QSignalSpy themes(&manager(), &ThemeManager::themeChanged);
     const QSignalSpy colors(&manager(), &ThemeManager::primaryColorChanged);
@@ -82,7 +82,7 @@ void TestThemeManagerHeadless::withoutApplication()
     QVERIFY(!QCoreApplication::instance());
     QCOMPARE(manager().theme(), ThemeManager::Light);
     QCOMPARE(manager().color(u"@INS_TX"_s), u"#131923"_s);
-    styleInVain(kNoApplication);
+    styleWithWarning(kNoApplication);
     manager().setDarkMode(false); // styles nothing, so it does not warn
     QCOMPARE(manager().color(u"@INS_TX"_s), u"#131923"_s);
 }
@@ -93,7 +93,7 @@ void TestThemeManagerHeadless::withoutWindows()
     char name[] = "headless";
     char *argv[] = { name, nullptr };
     const QCoreApplication application(argc, argv);
-    styleInVain(kNoApplication);
+    styleWithWarning(kNoApplication);
 }
 
 class TestThemeManager : public QObject
@@ -112,7 +112,6 @@ private Q_SLOTS:
     void themeOutOfRangeIsDarkInLightShades();
     void setDarkModeStylesNothing();
     void everySwitchIsAnnounced();
-    void setPrimaryColor_data();
     void setPrimaryColor();
     void primaryColorIsLostAtTheNextSwitch();
     void signalsFollowTheChange();
@@ -263,23 +262,16 @@ void TestThemeManager::everySwitchIsAnnounced()
                      ThemeManager::Light }));
 }
 
-void TestThemeManager::setPrimaryColor_data()
-{
-    QTest::addColumn<QString>("hex");
-    QTest::newRow("capitals") << u"#AB12CD"_s;
-    QTest::newRow("translucent") << u"#80AB12CD"_s;
-    QTest::newRow("by name") << u"tomato"_s;
-}
-
 void TestThemeManager::setPrimaryColor()
 {
-    QFETCH(const QString, hex);
     const QSignalSpy themes(&manager(), &ThemeManager::themeChanged);
-    manager().setPrimaryColor(hex);
-    QCOMPARE(manager().resolve(u"@PRIMARY @PRIMARY_HOVER @PRIMARY_DARK @TEXT"_s),
-             u"%1 %1 %1 #111827"_s.arg(hex));
-    QCOMPARE(qApp->styleSheet(), QString(kLightSheet).replace(u"#3B5CD8"_s, hex));
-    QCOMPARE(QApplication::palette().color(QPalette::Highlight), QColor(hex));
+    for (const QString &hex : { u"#AB12CD"_s, u"#80AB12CD"_s, u"tomato"_s }) {
+        manager().setPrimaryColor(hex);
+        QCOMPARE(manager().resolve(u"@PRIMARY @PRIMARY_HOVER @PRIMARY_DARK @TEXT"_s),
+                 u"%1 %1 %1 #111827"_s.arg(hex));
+        QCOMPARE(qApp->styleSheet(), QString(kLightSheet).replace(u"#3B5CD8"_s, hex));
+        QCOMPARE(QApplication::palette().color(QPalette::Highlight), QColor(hex));
+    }
     QCOMPARE(themes.count(), 0);
 }
 
@@ -326,7 +318,7 @@ void TestThemeManager::missingSheetChangesNothing()
 {
     Q_CLEANUP_RESOURCE(stylesheet);
     const auto restore = qScopeGuard([] { Q_INIT_RESOURCE(stylesheet); });
-    styleInVain(kNoSheet);
+    styleWithWarning(kNoSheet);
     QCOMPARE(qApp->styleSheet(), kOtherSheet);
     QCOMPARE(QApplication::palette(), oddPalette());
 }

@@ -167,9 +167,8 @@ private Q_SLOTS:
     void families();
     void fixedValues();
     void formOfNamesAndColours();
-    void darkShadeOfDarkIsPrimaryOfLight();
-    void glowsAreTheirLampsColour();
-    void hoverStatesStayNear();
+    void glowsHaveTheColourOfTheirLamp();
+    void hoverStatesAreSimilarColours();
     void contrastIsThatOfWcag();
     void inksAreReadable_data();
     void inksAreReadable();
@@ -214,13 +213,7 @@ void TestTokens::formOfNamesAndColours()
     QCOMPARE(translucent, 17);
 }
 
-void TestTokens::darkShadeOfDarkIsPrimaryOfLight()
-{
-    QVERIFY(findToken(u"@PRIMARY"_s) && findToken(u"@PRIMARY_DARK"_s));
-    QCOMPARE(findToken(u"@PRIMARY_DARK"_s)->dark, findToken(u"@PRIMARY"_s)->light);
-}
-
-void TestTokens::glowsAreTheirLampsColour()
+void TestTokens::glowsHaveTheColourOfTheirLamp()
 {
     int glows = 0;
     for (const ThemeToken &glow : themeTokens()) {
@@ -235,7 +228,7 @@ void TestTokens::glowsAreTheirLampsColour()
     QCOMPARE(glows, 3);
 }
 
-void TestTokens::hoverStatesStayNear()
+void TestTokens::hoverStatesAreSimilarColours()
 {
     int hovers = 0;
     for (const ThemeToken &hover : themeTokens()) {
