@@ -1,22 +1,17 @@
 #pragma once
 
-#include "engine/logtail.h"
-
-#include <QDeadlineTimer>
 #include <QObject>
-#include <QProcess>
+#include <QString>
 #include <QStringList>
-#include <QTimer>
 
-#include <memory>
-
-class ProcessTree;
+class EngineRun;
 
 /// Runs the silent setup engine as a child process and tells how far it is and how it ended.
 ///
 /// The engine program reports through two temporary files, a small status file that it keeps
-/// rewriting and a log that only grows; a timer polls both. The files of an ended run stay until
-/// the next run starts or this object goes: whoever shows a failure may still want to read them.
+/// rewriting and a log that only grows; both are polled every 50 ms. Of what a run is, see
+/// EngineRun: it lasts from its start until the next start, stop() or the end of this object, and
+/// so do its files.
 class InstallerEngine : public QObject
 {
     Q_OBJECT
@@ -39,16 +34,16 @@ public:
     /// ends at once and a previous one stays as it is.
     void startUninstall(const QString &uninstallerPath);
 
-    /// Ends a run without a word: kills its processes, waits up to two seconds for them and for
-    /// their hold on the run's temporary files, and deletes these. What a process that has ended
-    /// well left to finish is not killed, but waited for, up to two and a half seconds more. The
-    /// kept copy of a failed run's log stays.
+    /// Ends a run without any further signal, also if it is called from one: kills its processes,
+    /// waits up to two seconds for them and for the temporary files that they have open, and
+    /// deletes these. What a process that has ended well left running is not killed, but waited
+    /// for, up to two and a half seconds more. The kept copy of a failed run's log stays.
     void stop();
 
     /// Absolute path of the run's status file; empty if there is no run.
-    [[nodiscard]] QString statusFilePath() const { return m_statusFilePath; }
+    [[nodiscard]] QString statusFilePath() const;
     /// Absolute path of the run's log; empty for a removal.
-    [[nodiscard]] QString logFilePath() const { return m_logFilePath; }
+    [[nodiscard]] QString logFilePath() const;
     /// Absolute path of the copy of the last failed run's log; empty if no run failed with a log.
     [[nodiscard]] QString lastLogPath() const { return m_lastLogPath; }
 
@@ -65,38 +60,17 @@ Q_SIGNALS:
     void currentFile(const QString &path);
     /// The engine program's own words on what it is doing, each time they change.
     void statusChanged(const QString &status);
-    /// Exactly once per run that nobody stops, when nothing of the run works any more: after a
-    /// failure all of it is killed, after a success it has two and a half seconds to finish.
-    /// `error` is a sentence for the user, empty on success. After a crash the engine program's
-    /// last words may still follow.
+    /// Exactly once per run that is not stopped, when no process of the run is left: after a
+    /// failure all of them are killed, after a success they have two and a half seconds to finish.
+    /// `error` is a sentence for the user, empty on success. After a crash the other signals may
+    /// still come once, with what the engine program reported last.
     void finished(bool ok, const QString &error);
 
 private:
-    void beginRun(const QString &statusFileName);
-    void launch(const QString &program, const QString &arguments);
-    void onProcessError();
-    void onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus);
-    /// Tells of the success as soon as nothing of the run works any more, or takes too long for it.
-    void succeedWhenAlone();
-    void endProcesses();
-    void setCurrentFile(const QString &path);
-    /// Keeps a copy of the run's log and returns what it says about the failure; empty without a
-    /// log.
-    [[nodiscard]] QString keepAndSummarizeLog();
+    void startRun(const QString &program, const QString &arguments, const QString &statusFilePath,
+                  const QString &logFilePath);
 
     QString m_setupExecutable;
-    QString m_statusFilePath;
-    QString m_logFilePath;
     QString m_lastLogPath;
-    double m_lastFraction = 0.0;
-    QString m_currentFile;
-    QString m_status;
-    LogTail m_logTail;
-    QProcess *m_process =
-        nullptr; ///< owned; deleted through the event loop, it may be its own sender
-    std::unique_ptr<ProcessTree> m_processTree; ///< what the run's process has become
-    QTimer m_pollTimer;
-    QDeadlineTimer m_lastPartPatience; ///< for what the process, which has ended well, left to do
-    bool m_hasEnded = false;
-    int m_stopCount = 0; ///< tells whoever emits a signal that its receiver has stopped the run
+    EngineRun *m_run = nullptr; ///< a child
 };

@@ -1,4 +1,4 @@
-#include "engine/enginerecord.h"
+#include "engine/enginescene.h"
 
 #include <QDir>
 #include <QFileInfo>

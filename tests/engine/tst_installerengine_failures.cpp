@@ -1,5 +1,5 @@
 #include "engine/bracketlanguage.h"
-#include "engine/enginerecord.h"
+#include "engine/enginescene.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -84,7 +84,7 @@ void TestInstallerEngineFailures::noSetupEngine()
 
 void TestInstallerEngineFailures::noSetupEngineDuringARun()
 {
-    EngineRun run("");
+    EngineScene run("");
     run.start();
     const QString status = run.engine.statusFilePath();
     run.engine.setSetupExecutable({});
@@ -112,7 +112,7 @@ void TestInstallerEngineFailures::folderWithADoubleQuote_data()
 void TestInstallerEngineFailures::folderWithADoubleQuote()
 {
     QFETCH(const QString, folder);
-    EngineRun run("finish-at-once = yes");
+    EngineScene run("finish-at-once = yes");
     run.start();
     const QString status = run.engine.statusFilePath();
     run.engine.startInstall(folder, {});
@@ -139,7 +139,7 @@ void TestInstallerEngineFailures::programThatCannotStart_data()
 void TestInstallerEngineFailures::programThatCannotStart()
 {
     QFETCH(const QString, program);
-    EngineRun run("");
+    EngineScene run("");
     run.sandbox.write(u"text.exe"_s, "No program.");
     QFile rubbish(run.sandbox.write(u"rubbish.exe"_s, QByteArray(1000, '\x01')));
     QVERIFY(rubbish.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -171,7 +171,7 @@ void TestInstallerEngineFailures::noUninstaller_data()
 void TestInstallerEngineFailures::noUninstaller()
 {
     QFETCH(const QString, path);
-    EngineRun run("");
+    EngineScene run("");
     run.engine.startUninstall(path.isEmpty() ? path : run.sandbox.path(path));
     QCOMPARE(run.record.told, QStringList { u"failed The uninstaller could not be found."_s });
     run.record.settle();
@@ -183,7 +183,7 @@ void TestInstallerEngineFailures::noUninstaller()
 
 void TestInstallerEngineFailures::noUninstallerDuringARun()
 {
-    EngineRun run("");
+    EngineScene run("");
     run.start();
     const QString status = run.engine.statusFilePath();
     run.engine.startUninstall(run.sandbox.path(u"missing.exe"_s));
@@ -197,7 +197,7 @@ void TestInstallerEngineFailures::sentencesAreTranslated()
 {
     BracketLanguage language;
     QVERIFY(QCoreApplication::installTranslator(&language));
-    EngineRun run("finish-at-once = yes\nexit-code = 9");
+    EngineScene run("finish-at-once = yes\nexit-code = 9");
     run.engine.startUninstall({});
     QCOMPARE(run.record.errors.last(), u"[The uninstaller could not be found.]"_s);
     QVERIFY(run.toTheEnd(2));
@@ -221,7 +221,7 @@ void TestInstallerEngineFailures::exitCode()
     QFETCH(const QString, sentence);
     const QByteArray exit = "exit-code = " + QByteArray::number(code) + '\n';
     {
-        EngineRun run(exit + "message-box = " + kSpace.toUtf8());
+        EngineScene run(exit + "message-box = " + kSpace.toUtf8());
         QVERIFY(run.toTheEnd());
         QCOMPARE(run.record.errors, QStringList { withLog(sentence, kSpace, run.keptLog()) });
         QCOMPARE(run.record.successes, QList<bool> { false });
@@ -231,7 +231,7 @@ void TestInstallerEngineFailures::exitCode()
         QCOMPARE(run.record.fractions.count(1.0), 1);
     }
     {
-        EngineRun run(exit + "finish-at-once = yes");
+        EngineScene run(exit + "finish-at-once = yes");
         QVERIFY(run.toTheEnd());
         QCOMPARE(run.record.told, QStringList { u"failed "_s + sentence });
     }
@@ -246,7 +246,7 @@ void TestInstallerEngineFailures::exitCodeOfAnUninstaller()
 {
     QFETCH(const int, code);
     QFETCH(const QString, sentence);
-    EngineRun run("finish-at-once = yes\nexit-code = " + QByteArray::number(code));
+    EngineScene run("finish-at-once = yes\nexit-code = " + QByteArray::number(code));
     const QString uninstaller = run.sandbox.path(u"unins000.exe"_s);
     QVERIFY(QFile::copy(Sandbox::setupEngine(), uninstaller));
     run.engine.startUninstall(uninstaller);
@@ -259,7 +259,7 @@ void TestInstallerEngineFailures::exitCodeOfAnUninstaller()
 
 void TestInstallerEngineFailures::uninstallerHasNoDetailAfterAFailedInstall()
 {
-    EngineRun run("exit-code = 4\nmessage-box = " + kSpace.toUtf8());
+    EngineScene run("exit-code = 4\nmessage-box = " + kSpace.toUtf8());
     QVERIFY(run.toTheEnd());
     const QByteArray kept = run.keptText();
 
@@ -286,7 +286,7 @@ void TestInstallerEngineFailures::retryFromTheFinishedSignal()
 {
     QFETCH(const QByteArray, scenario);
     QFETCH(const QString, program);
-    EngineRun run(scenario);
+    EngineScene run(scenario);
     if (!program.isEmpty())
         run.engine.setSetupExecutable(program);
     const auto retry = [&run] {

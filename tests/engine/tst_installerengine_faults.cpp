@@ -1,4 +1,4 @@
-#include "engine/enginerecord.h"
+#include "engine/enginescene.h"
 #include "engine/process.h"
 
 #include <QDir>
@@ -51,7 +51,7 @@ void TestInstallerEngineFaults::crash_data()
 void TestInstallerEngineFaults::crash()
 {
     QFETCH(const QByteArray, scenario);
-    EngineRun run(scenario + "\nmessage-box = Disk full.");
+    EngineScene run(scenario + "\nmessage-box = Disk full.");
     const QString errorText = processErrorText(Sandbox::setupEngine());
     QVERIFY(!errorText.isEmpty());
     QVERIFY(run.toTheEnd());
@@ -65,7 +65,7 @@ void TestInstallerEngineFaults::crash()
 
 void TestInstallerEngineFaults::crashKeepsAnEarlierLog()
 {
-    EngineRun run("exit-code = 4");
+    EngineScene run("exit-code = 4");
     QVERIFY(run.toTheEnd(1));
     const QByteArray kept = run.keptText();
     run.sandbox.setScenario("crash = SEGV");
@@ -76,7 +76,7 @@ void TestInstallerEngineFaults::crashKeepsAnEarlierLog()
 
 void TestInstallerEngineFaults::lastPollOfACrash()
 {
-    EngineRun run("crash = SEGV");
+    EngineScene run("crash = SEGV");
     QVERIFY(run.toTheEnd());
     // 24 of 54 steps, as the status file had it at last.
     QCOMPARE(run.record.fractions.last(), 0.444);
@@ -86,7 +86,7 @@ void TestInstallerEngineFaults::lastPollOfACrash()
 // No system of today reports a crash like that, so the test does.
 void TestInstallerEngineFaults::crashWithoutACode()
 {
-    EngineRun run("stall = forever\nstage = start\nlog-line = Error 7 of the disk.");
+    EngineScene run("stall = forever\nstage = start\nlog-line = Error 7 of the disk.");
     run.start();
     const QString log = u"temp/"_s + QFileInfo(run.engine.logFilePath()).fileName();
     QTRY_VERIFY_WITH_TIMEOUT(run.sandbox.read(log).contains("Error 7"), 20'000);
@@ -117,7 +117,7 @@ void TestInstallerEngineFaults::statusFile()
     QFETCH(const QByteArray, scenario);
     QFETCH(const bool, isReadAtLast);
     QFETCH(const bool, isEverRead);
-    EngineRun run(scenario);
+    EngineScene run(scenario);
     QVERIFY(run.toTheEnd());
     QCOMPARE(run.record.errors, QStringList { QString() });
     const QStringList end { u"progress 1"_s, u"finished"_s };
@@ -149,9 +149,9 @@ void TestInstallerEngineFaults::statusStyle_data()
 void TestInstallerEngineFaults::statusStyle()
 {
     QFETCH(const QByteArray, style);
-    EngineRun run("exit-code = 2\nlog-none = yes\nprogress = 37.5\nfile = /x y/\xC3\xA4 %1.z\n"
-                  "status = <b>Words</b> \xE2\x80\x94 here\nstatus-style = "
-                  + style);
+    EngineScene run("exit-code = 2\nlog-none = yes\nprogress = 37.5\nfile = /x y/\xC3\xA4 %1.z\n"
+                    "status = <b>Words</b> \xE2\x80\x94 here\nstatus-style = "
+                    + style);
     QVERIFY(run.toTheEnd());
     QCOMPARE(run.record.fractions.last(), 0.375);
     QCOMPARE(run.record.files.last(), u"/x y/\u00e4 %1.z"_s);
@@ -161,7 +161,7 @@ void TestInstallerEngineFaults::statusStyle()
 
 void TestInstallerEngineFaults::floodOfOutput()
 {
-    EngineRun run("flood-stdout = 64M");
+    EngineScene run("flood-stdout = 64M");
     const qint64 before = peakMemory();
     QVERIFY(run.toTheEnd());
     QCOMPARE(run.record.errors, QStringList { QString() });
@@ -184,7 +184,7 @@ void TestInstallerEngineFaults::childThatHoldsThePipes()
 {
     QFETCH(const QByteArray, scenario);
     QFETCH(const QString, error);
-    EngineRun run("hold-pipes = 30\n" + scenario);
+    EngineScene run("hold-pipes = 30\n" + scenario);
     QElapsedTimer clock;
     clock.start();
     QVERIFY(run.toTheEnd());

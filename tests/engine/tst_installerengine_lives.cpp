@@ -1,4 +1,4 @@
-#include "engine/enginerecord.h"
+#include "engine/enginescene.h"
 #include "engine/installerengine.h"
 #include "support/environment.h"
 #include "support/footprint.h"

@@ -1,4 +1,4 @@
-#include "engine/enginerecord.h"
+#include "engine/enginescene.h"
 #include "engine/process.h"
 
 #include <QDir>
@@ -73,7 +73,7 @@ void TestInstallerEngineLog::detail()
 {
     QFETCH(const QByteArray, scenario);
     QFETCH(const QString, reason);
-    EngineRun run("exit-code = 4\n" + scenario);
+    EngineScene run("exit-code = 4\n" + scenario);
     QVERIFY(run.toTheEnd());
     const QString sentence = u"A fatal error occurred during installation."_s;
     // A line of the log begins with its time.
@@ -98,7 +98,7 @@ void TestInstallerEngineLog::noLog()
 {
     QFETCH(const QByteArray, scenario);
     QFETCH(const bool, isFolderThere);
-    EngineRun run("exit-code = 2\n" + scenario);
+    EngineScene run("exit-code = 2\n" + scenario);
     run.sandbox.write(u"temp/varnel_setup_last.log"_s, "of an earlier day");
     run.start();
     if (isFolderThere)
@@ -112,7 +112,7 @@ void TestInstallerEngineLog::noLog()
 
 void TestInstallerEngineLog::emptyLog()
 {
-    EngineRun run("exit-code = 2\nlog-none = yes");
+    EngineScene run("exit-code = 2\nlog-none = yes");
     run.sandbox.write(u"temp/varnel_setup_last.log"_s, "of an earlier day");
     run.start();
     run.sandbox.write(u"temp/"_s + QFileInfo(run.engine.logFilePath()).fileName(), "");
@@ -127,7 +127,7 @@ void TestInstallerEngineLog::emptyLog()
 
 void TestInstallerEngineLog::blankLog()
 {
-    EngineRun run("exit-code = 2\nlog-none = yes");
+    EngineScene run("exit-code = 2\nlog-none = yes");
     run.start();
     run.sandbox.write(u"temp/"_s + QFileInfo(run.engine.logFilePath()).fileName(),
                       "\xEF\xBB\xBF\r\n   \r\n2026 Suppressed message box\r\n");
@@ -139,7 +139,7 @@ void TestInstallerEngineLog::blankLog()
 
 void TestInstallerEngineLog::keptLogIsACopy()
 {
-    EngineRun run("exit-code = 5\nlog-line = something only this log has");
+    EngineScene run("exit-code = 5\nlog-line = something only this log has");
     QVERIFY(run.toTheEnd());
     QFile log(run.engine.logFilePath());
     QVERIFY(log.open(QIODevice::ReadOnly));
@@ -151,7 +151,7 @@ void TestInstallerEngineLog::keptLogIsACopy()
 
 void TestInstallerEngineLog::keptLogIsReplaced()
 {
-    EngineRun run("exit-code = 5\nlog-line = first run\nmessage-box = one");
+    EngineScene run("exit-code = 5\nlog-line = first run\nmessage-box = one");
     run.sandbox.write(u"temp/varnel_setup_last.log"_s, QByteArray(100'000, 'x'));
     QVERIFY(run.toTheEnd(1));
     QVERIFY(run.keptText().contains("first run"));
@@ -174,7 +174,7 @@ void TestInstallerEngineLog::keptLogIsReplaced()
 
 void TestInstallerEngineLog::keptLogNeverGoesThroughALink()
 {
-    EngineRun run("exit-code = 4\nmessage-box = Full.");
+    EngineScene run("exit-code = 4\nmessage-box = Full.");
     const QString mine = run.sandbox.write(u"mine.txt"_s, "mine");
     std::error_code error;
     std::filesystem::create_symlink(mine.toStdU16String(), run.keptLog().toStdU16String(), error);
@@ -205,7 +205,7 @@ void TestInstallerEngineLog::keptLogSurvives()
 
 void TestInstallerEngineLog::keptLogCannotBeWritten()
 {
-    EngineRun run("exit-code = 4\nmessage-box = " + kSpace.toUtf8());
+    EngineScene run("exit-code = 4\nmessage-box = " + kSpace.toUtf8());
     QVERIFY(QDir().mkpath(run.keptLog() + u"/folder"));
     QVERIFY(run.toTheEnd());
     QCOMPARE(run.record.errors,
@@ -216,7 +216,7 @@ void TestInstallerEngineLog::keptLogCannotBeWritten()
 
 void TestInstallerEngineLog::longLog()
 {
-    EngineRun run("log-size = 48M\nexit-code = 4\nmessage-box = " + kSpace.toUtf8());
+    EngineScene run("log-size = 48M\nexit-code = 4\nmessage-box = " + kSpace.toUtf8());
     const qint64 before = peakMemory();
     QVERIFY(run.toTheEnd());
     QCOMPARE(run.record.errors,

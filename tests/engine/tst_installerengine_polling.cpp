@@ -1,4 +1,4 @@
-#include "engine/enginerecord.h"
+#include "engine/enginescene.h"
 #include "engine/installerengine.h"
 #include "engine/process.h"
 #include "support/sandbox.h"
@@ -288,53 +288,47 @@ void TestInstallerEnginePolling::uninstallHasNoLog()
 
 void TestInstallerEnginePolling::pollTimer()
 {
-    Sandbox sandbox;
-    sandbox.setScenario("stall = forever\nstage = start\nlog-none = yes");
-    InstallerEngine engine;
-    EngineRecord record(engine);
+    EngineScene scene("stall = forever\nstage = start\nlog-none = yes");
     TimerWatch watch;
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QTRY_VERIFY_WITH_TIMEOUT(!watch.timers.isEmpty(), 10'000);
-    QCOMPARE(watch.timers.size(), 1);
+    scene.start();
+    QTRY_COMPARE_WITH_TIMEOUT(watch.timers.size(), 1, 10'000);
     const QTimer *timer = *watch.timers.cbegin();
     QCOMPARE(timer->interval(), 50);
     QVERIFY(!timer->isSingleShot());
-    QVERIFY(timer->isActive());
 
     // It is what polls.
-    sandbox.write(u"temp/"_s + QFileInfo(engine.statusFilePath()).fileName(), "progress=5\n");
-    QTRY_COMPARE_WITH_TIMEOUT(record.told, QStringList { u"progress 0.05"_s }, 10'000);
-    engine.stop();
+    scene.sandbox.write(u"temp/"_s + QFileInfo(scene.engine.statusFilePath()).fileName(),
+                        "progress=5\n");
+    QTRY_COMPARE_WITH_TIMEOUT(scene.record.told, QStringList { u"progress 0.05"_s }, 10'000);
+    scene.engine.stop();
     QVERIFY(!timer->isActive());
 
     int runs = 0;
-    for (const char *scenario : { "", "exit-code = 4", "crash = SEGV" }) {
-        sandbox.setScenario(scenario);
-        engine.startInstall(sandbox.path(u"app"_s), {});
-        QVERIFY(timer->isActive());
-        QVERIFY(record.waitForEnd(++runs));
-        QVERIFY(!timer->isActive());
+    const QString missing = scene.sandbox.path(u"missing.exe"_s);
+    for (const QByteArray scenario :
+         { "stall = 0.2", "stall = 0.2\nexit-code = 4", "crash = SEGV" }) {
+        scene.sandbox.setScenario(scenario);
+        QVERIFY(scene.toTheEnd(++runs));
+        watch.timers.clear();
+        QTest::qWait(200); // as long as four polls
+        QCOMPARE(watch.timers.size(), 0);
     }
-    engine.setSetupExecutable(sandbox.path(u"missing.exe"_s));
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QVERIFY(record.waitForEnd(++runs));
-    record.settle();
-    QVERIFY(!timer->isActive());
+    scene.engine.setSetupExecutable(missing);
+    QVERIFY(scene.toTheEnd(++runs));
 
     // Some starts fail before they return; where processes can always open one file more, all do.
-    if (!NoMoreFiles::isPossible())
-        return;
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"Cannot create pipe"_s));
-    {
+    scene.engine.setSetupExecutable(Sandbox::setupEngine());
+    if (NoMoreFiles::isPossible()) {
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"Cannot create pipe"_s));
         const NoMoreFiles limit;
-        engine.startInstall(sandbox.path(u"app"_s), {});
+        scene.start();
+        QCOMPARE(scene.record.successes.size(), ++runs);
+        QCOMPARE(scene.record.successes.last(), false);
+        QVERIFY(!scene.record.errors.last().isEmpty());
     }
-    QCOMPARE(record.successes.size(), ++runs);
-    QCOMPARE(record.successes.last(), false);
-    QVERIFY(!record.errors.last().isEmpty());
-    QVERIFY(!timer->isActive());
+    watch.timers.clear();
+    QTest::qWait(200);
+    QCOMPARE(watch.timers.size(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestInstallerEnginePolling)

@@ -1,4 +1,4 @@
-#include "engine/enginerecord.h"
+#include "engine/enginescene.h"
 #include "engine/process.h"
 
 #include <QDir>
@@ -59,7 +59,7 @@ qint64 secondProcess(const Sandbox &sandbox)
 class EndWatch : public QObject
 {
 public:
-    explicit EndWatch(const EngineRun &run)
+    explicit EndWatch(const EngineScene &run)
     {
         connect(&run.engine, &InstallerEngine::finished, this, [this, &run] {
             process = secondProcess(run.sandbox);
@@ -72,10 +72,10 @@ public:
 };
 
 /// A removal whose first process ends at once and well. The second goes on for some seconds.
-struct Removal : EngineRun
+struct Removal : EngineScene
 {
     explicit Removal(double seconds)
-        : EngineRun("finish-at-once = yes\nsecond-process = " + QByteArray::number(seconds))
+        : EngineScene("finish-at-once = yes\nsecond-process = " + QByteArray::number(seconds))
     {
         const QString uninstaller = sandbox.path(u"unins000.exe"_s);
         if (!QFile::copy(Sandbox::setupEngine(), uninstaller))
@@ -96,10 +96,10 @@ struct Removal : EngineRun
 };
 
 /// An installation that hangs, with the number of its process.
-struct HangingRun : EngineRun
+struct HangingRun : EngineScene
 {
     explicit HangingRun(const QByteArray &scenario = {})
-        : EngineRun("stall = forever\nstage = half\n" + scenario)
+        : EngineScene("stall = forever\nstage = half\n" + scenario)
     {
         start();
         const QString status = engine.statusFilePath();
@@ -129,7 +129,7 @@ void TestInstallerEngineProcesses::failureEndsAll_data()
 void TestInstallerEngineProcesses::failureEndsAll()
 {
     QFETCH(const QByteArray, scenario);
-    EngineRun run("second-process = 60\n" + scenario);
+    EngineScene run("second-process = 60\n" + scenario);
     const EndWatch end(run);
     QVERIFY(run.toTheEnd());
     QCOMPARE(run.record.successes, QList<bool> { false });
@@ -142,7 +142,7 @@ void TestInstallerEngineProcesses::failureEndsAll()
 
 void TestInstallerEngineProcesses::failedRemovalEndsAll()
 {
-    EngineRun run("second-process = 60");
+    EngineScene run("second-process = 60");
     const EndWatch end(run);
     const QString uninstaller = run.sandbox.path(u"unins000.exe"_s);
     QVERIFY(QFile::copy(Sandbox::setupEngine(), uninstaller));

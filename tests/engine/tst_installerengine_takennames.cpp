@@ -1,4 +1,4 @@
-#include "engine/enginerecord.h"
+#include "engine/enginescene.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -34,7 +34,7 @@ const QByteArray kWriteNothing = "stall = forever\nstage = start\nlog-none = yes
 // They would be taken for what the engine says.
 void TestInstallerEngineTakenNames::installation()
 {
-    EngineRun run(kWriteNothing);
+    EngineScene run(kWriteNothing);
     run.sandbox.write(u"temp/"_s + kSetup, "progress=99\n");
     run.sandbox.write(u"temp/"_s + kSetup + u".log"_s, "Dest filename: a\r\n");
     run.start();
@@ -44,7 +44,7 @@ void TestInstallerEngineTakenNames::installation()
 
 void TestInstallerEngineTakenNames::removal()
 {
-    EngineRun run(kWriteNothing);
+    EngineScene run(kWriteNothing);
     const QString uninstaller = run.sandbox.path(u"unins000.exe"_s);
     QVERIFY(QFile::copy(Sandbox::setupEngine(), uninstaller));
     run.sandbox.write(u"temp/"_s + kUninstall, "progress=99\n");

@@ -30,9 +30,9 @@ private:
 };
 
 /// An installing engine in a world of its own, and what it told.
-struct EngineRun
+struct EngineScene
 {
-    explicit EngineRun(const QByteArray &scenario);
+    explicit EngineScene(const QByteArray &scenario);
 
     void start();
     /// Starts, and waits until so many runs are over altogether.

@@ -1,4 +1,4 @@
-#include "engine/enginerecord.h"
+#include "engine/enginescene.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -55,18 +55,18 @@ void EngineRecord::settle()
     QCoreApplication::processEvents();
 }
 
-EngineRun::EngineRun(const QByteArray &scenario)
+EngineScene::EngineScene(const QByteArray &scenario)
 {
     sandbox.setScenario(scenario);
     engine.setSetupExecutable(Sandbox::setupEngine());
 }
 
-void EngineRun::start()
+void EngineScene::start()
 {
     engine.startInstall(sandbox.path(u"app"_s), {});
 }
 
-bool EngineRun::toTheEnd(int runs)
+bool EngineScene::toTheEnd(int runs)
 {
     start();
     const bool hasEnded = record.waitForEnd(runs);
@@ -74,12 +74,12 @@ bool EngineRun::toTheEnd(int runs)
     return hasEnded;
 }
 
-QString EngineRun::keptLog() const
+QString EngineScene::keptLog() const
 {
     return QDir(sandbox.tempFolder()).absoluteFilePath(u"varnel_setup_last.log"_s);
 }
 
-QByteArray EngineRun::keptText() const
+QByteArray EngineScene::keptText() const
 {
     return sandbox.read(u"temp/varnel_setup_last.log"_s);
 }
