@@ -21,10 +21,6 @@ std::optional<double> parseFraction(const QString &percent)
 
 StatusFile parseStatusFile(QByteArrayView text)
 {
-    constexpr QByteArrayView kByteOrderMark = "\xEF\xBB\xBF";
-    if (text.startsWith(kByteOrderMark))
-        text = text.sliced(kByteOrderMark.size());
-
     StatusFile result;
     QString percent;
     while (!text.isEmpty()) {
@@ -32,6 +28,7 @@ StatusFile parseStatusFile(QByteArrayView text)
         const QByteArrayView rawLine = newline < 0 ? text : text.first(newline);
         text = newline < 0 ? QByteArrayView() : text.sliced(newline + 1);
 
+        // Which also skips a byte-order mark.
         const QString line = QString::fromUtf8(rawLine).trimmed();
         const qsizetype equals = line.indexOf(u'=');
         if (line.startsWith(u'[') || equals <= 0)

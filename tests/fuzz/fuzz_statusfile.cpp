@@ -12,10 +12,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QMap<QString, QString> entriesOf(QByteArray text)
+QMap<QString, QString> entriesOf(const QByteArray &text)
 {
-    if (text.startsWith("\xEF\xBB\xBF"))
-        text = text.mid(3);
     QMap<QString, QString> entries;
     for (const QByteArray &rawLine : text.split('\n')) {
         const QString line = QString::fromUtf8(rawLine).trimmed();
