@@ -34,16 +34,16 @@ constexpr double kSmallestStep = 0.0001;
 /// A status file holds three short lines; one that is longer is not read to its end.
 constexpr qint64 kStatusFileLimit = 64 * 1024;
 
-void waitForEnd(const ProcessTree &tree, const QDeadlineTimer &patience)
+void waitForEnd(const ProcessTree &tree, const QDeadlineTimer &deadline)
 {
-    while (tree.isAlive() && !patience.hasExpired())
+    while (tree.isAlive() && !deadline.hasExpired())
         QThread::msleep(kLookInterval.count());
 }
 
 /// Windows does not remove a file that another process has open, even for a moment.
-void removeFile(const QString &path, const QDeadlineTimer &patience)
+void removeFile(const QString &path, const QDeadlineTimer &deadline)
 {
-    while (!QFile::remove(path) && isRegularFile(path) && !patience.hasExpired())
+    while (!QFile::remove(path) && isRegularFile(path) && !deadline.hasExpired())
         QThread::msleep(kLookInterval.count());
 }
 
@@ -97,7 +97,7 @@ void EngineRun::start(const QString &program, const QString &arguments)
     // Where a failed start is reported inside start(), the run is over by now.
     if (m_hasEnded)
         return;
-    m_processTree.takeRoot();
+    m_processTree.attach();
     m_pollTimer.start();
 }
 
@@ -106,26 +106,26 @@ void EngineRun::stop()
     blockSignals(true); // also if this is called from one of them, with more to follow
     m_hasEnded = true;
     m_pollTimer.stop();
-    QDeadlineTimer patience; // none, unless a process may have the files open
+    QDeadlineTimer deadline; // none, unless a process may have the files open
     if (m_process->state() != QProcess::NotRunning) {
-        patience.setRemainingTime(kKillTimeout);
+        deadline.setRemainingTime(kKillTimeout);
         m_processTree.kill();
-        m_process->waitForFinished(int(patience.remainingTime()));
-        waitForEnd(m_processTree, patience);
+        m_process->waitForFinished(int(deadline.remainingTime()));
+        waitForEnd(m_processTree, deadline);
     } else {
         // A removal that is nearly done must not be interrupted.
-        waitForEnd(m_processTree, m_lastPartPatience);
+        waitForEnd(m_processTree, m_lastPartDeadline);
         if (m_processTree.isAlive())
-            patience.setRemainingTime(kKillTimeout);
+            deadline.setRemainingTime(kKillTimeout);
     }
     if (m_process->state() != QProcess::NotRunning) {
         // Its destructor would wait for it, up to half a minute.
         m_process->setParent(nullptr);
         connect(m_process, &QProcess::finished, m_process, &QObject::deleteLater);
     }
-    removeFile(m_statusFilePath, patience);
+    removeFile(m_statusFilePath, deadline);
     if (!m_logFilePath.isEmpty())
-        removeFile(m_logFilePath, patience);
+        removeFile(m_logFilePath, deadline);
 }
 
 void EngineRun::poll()
@@ -173,7 +173,7 @@ void EngineRun::onProcessError()
 void EngineRun::onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
     if (!m_hasEnded && exitStatus == QProcess::NormalExit && exitCode == 0) {
-        m_lastPartPatience.setRemainingTime(kLastPartTimeout);
+        m_lastPartDeadline.setRemainingTime(kLastPartTimeout);
         return succeedWhenAlone();
     }
     poll(); // which may be answered by stop()
@@ -192,7 +192,7 @@ void EngineRun::succeedWhenAlone()
     // Only in between has the process ended well without that having been reported.
     if (m_hasEnded || m_process->state() != QProcess::NotRunning)
         return;
-    if (m_processTree.isAlive() && !m_lastPartPatience.hasExpired())
+    if (m_processTree.isAlive() && !m_lastPartDeadline.hasExpired())
         return; // the poll timer asks again
     poll(); // which may be answered by stop()
     if (std::exchange(m_hasEnded, true))

@@ -59,7 +59,7 @@ private:
     ProcessTree m_processTree;
     LogTail m_logTail;
     QTimer m_pollTimer;
-    QDeadlineTimer m_lastPartPatience; ///< for what its process leaves running after a success
+    QDeadlineTimer m_lastPartDeadline; ///< for what its process leaves running after a success
     double m_lastFraction = 0.0;
     QString m_currentFile;
     QString m_status;

@@ -17,7 +17,7 @@ QString textOf(QByteArrayView line)
     return QString::fromUtf8(line).trimmed();
 }
 
-/// Judges a log that is handed over in runs of whole lines.
+/// Searches a log that is passed in blocks of whole lines.
 class FailureSearch
 {
 public:
@@ -88,7 +88,7 @@ QString failureReason(QIODevice &log)
     QByteArray buffer(kBufferSize, Qt::Uninitialized);
     qsizetype filled = 0;
     bool inOverlongLine = false;
-    // Of a file, what is there now: somebody may go on writing as fast as this reads.
+    // Of a file, only what is there now: it may grow as fast as it is read.
     qint64 left = log.isSequential() ? std::numeric_limits<qint64>::max() : log.size() - log.pos();
     while (left > 0) {
         const qint64 got =

@@ -5,9 +5,9 @@
 class QIODevice;
 
 /// The line of a setup engine's log that best explains why the run failed; empty if the log holds
-/// no line. In this order: the text of the last suppressed message box; the first line that speaks
-/// of an exception, an error or a failure; the last line. Blank lines count for nothing.
+/// no line. In this order: the text of the last suppressed message box; the first line with the
+/// word "exception", "error" or "failed"; the last line. Blank lines are ignored.
 ///
-/// Reads `log` once, from where it stands to where it ends now (a sequential device: to its end),
-/// in constant memory; of a line beyond 64 KiB only the beginning is looked at.
+/// Reads `log` once, from its position to its present end (a sequential device: to its end), in
+/// constant memory; of a line beyond 64 KiB only the beginning is searched.
 [[nodiscard]] QString failureReason(QIODevice &log);

@@ -13,11 +13,11 @@ namespace {
 
 constexpr QByteArrayView kMarker = "Dest filename: ";
 
-/// What is looked at in one piece. A line that is longer, which no path is, is looked at in pieces.
+/// How much is searched at a time. A line beyond that, which no path fills, is searched in pieces.
 constexpr qint64 kBlockSize = 64 * 1024;
 
-/// The text after the line's first marker. Trimming goes first, so that a marker with nothing
-/// behind it is none.
+/// The text after the line's first marker. The line is trimmed first, so that a marker at its end
+/// does not count.
 QString fileNamedBy(QByteArrayView rawLine)
 {
     const QString line = QString::fromUtf8(rawLine).trimmed();
@@ -25,8 +25,8 @@ QString fileNamedBy(QByteArrayView rawLine)
     return marker < 0 ? QString() : line.sliced(marker + kMarker.size()).trimmed();
 }
 
-/// Where the last marker of `lines` begins; -1 without one. Most of a long log names no file, and
-/// only forwards does the library look at many bytes at a time.
+/// Where the last marker of `lines` begins; -1 without one. Searches forwards first: most of a long
+/// log names no file, and only forwards does the library compare many bytes at a time.
 qsizetype lastMarkerIn(QByteArrayView lines)
 {
     const std::string_view text(lines.data(), size_t(lines.size()));
@@ -72,7 +72,7 @@ QString LogTail::readNewestFile()
         const qint64 start = qMax(m_position, end - kBlockSize);
         block.resize(end - start);
         if (!log.seek(start) || log.read(block.data(), block.size()) != block.size())
-            return {}; // cut short under our hands: the next poll looks again
+            return {}; // the log has been cut meanwhile: the next poll tries again
 
         // The block's first line may have begun before it; it then belongs to the next block,
         // unless it fills this one.

@@ -2,8 +2,9 @@
 
 #include <QString>
 
-/// Follows the growing log of a setup engine for the name of the file being written. A poll costs
-/// what was appended since the last one, at most: the newest name is looked for from the end.
+/// Follows the growing log of a setup engine for the name of the file being written. A poll reads
+/// at most what was appended since the last one, because it searches for the newest name from the
+/// end.
 class LogTail
 {
 public:

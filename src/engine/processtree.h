@@ -4,9 +4,9 @@
 
 class QProcess;
 
-/// A process and what it starts in turn. A setup engine's executable may only unpack and start the
-/// program that does the work: whoever ends a run has to end both, and an uninstaller's last part
-/// outlives the process that was started.
+/// A process and all that it starts. The executable of a setup engine may only unpack and start the
+/// program that does the work, so both have to be killed to end a run; and the last process of an
+/// uninstaller outlives the one that was started.
 class ProcessTree
 {
 public:
@@ -14,9 +14,9 @@ public:
     explicit ProcessTree(QProcess &process);
     ~ProcessTree();
 
-    /// To be called as soon as the process has been started, which may be waiting for it. Once is
-    /// enough.
-    void takeRoot();
+    /// Call this once, as soon as the process has been started: on Windows it is suspended until
+    /// then.
+    void attach();
     /// Whether one of them still runs; false too where the system cannot tell.
     [[nodiscard]] bool isAlive() const;
     /// Kills all of them, without waiting for their end.

@@ -36,14 +36,15 @@ bool worksIn(pid_t group, const QString &process)
 ProcessTree::ProcessTree(QProcess &process)
     : m_process(process), m_handles(std::make_unique<Handles>())
 {
-    // A group of its own, which what it starts belongs to as well. In a session of its own too: a
-    // group that loses its parent would else be hung up on if it is stopped just then.
+    // In a process group of its own, to which everything belongs that it starts. In a session of
+    // its own too: otherwise the system would hang up on the group if it loses its parent while it
+    // is stopped.
     process.setChildProcessModifier([] { ::setsid(); });
 }
 
 ProcessTree::~ProcessTree() = default;
 
-void ProcessTree::takeRoot()
+void ProcessTree::attach()
 {
     m_handles->group = pid_t(m_process.processId());
 }
@@ -60,9 +61,9 @@ bool ProcessTree::isAlive() const
 
 void ProcessTree::kill()
 {
-    // As long as it has no group of its own yet, it has not started anybody either.
+    // Until it has a group of its own, it has not started another process.
     m_process.kill();
-    // Only if there is somebody: the number may belong to others by now.
+    // Only if the group still exists: another one may have its number by now.
     if (isAlive())
         ::kill(-m_handles->group, SIGKILL);
 }

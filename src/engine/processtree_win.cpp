@@ -9,33 +9,34 @@
 struct ProcessTree::Handles
 {
     HANDLE job = nullptr;
-    const PROCESS_INFORMATION *asleep = nullptr; ///< what was started and does not run yet
+    const PROCESS_INFORMATION *suspended = nullptr; ///< the process until attach()
 };
 
 ProcessTree::ProcessTree(QProcess &process)
     : m_process(process), m_handles(std::make_unique<Handles>())
 {
-    // Not before it is in the job does the process run: it might start another sooner.
+    // Suspended until it is in the job, so that everything it starts is in the job too.
     process.setCreateProcessArgumentsModifier(
         [handles = m_handles.get()](QProcess::CreateProcessArguments *arguments) {
             arguments->flags |= CREATE_SUSPENDED;
-            handles->asleep = arguments->processInformation;
+            handles->suspended = arguments->processInformation;
         });
 }
 
 ProcessTree::~ProcessTree()
 {
-    // The job has no limits, so whoever still runs goes on.
+    // The job has no limits, so processes that still run go on.
     if (m_handles->job)
         CloseHandle(m_handles->job);
 }
 
-void ProcessTree::takeRoot()
+void ProcessTree::attach()
 {
-    const auto *process = std::exchange(m_handles->asleep, nullptr);
+    const auto *process = std::exchange(m_handles->suspended, nullptr);
     if (!process)
         return;
-    // Where there can be no job, as within some others, the run is worth more than a clean end.
+    // Creating a job may fail, as inside some other jobs. The run then goes on without one, only
+    // what it starts cannot be killed.
     m_handles->job = CreateJobObjectW(nullptr, nullptr);
     if (m_handles->job)
         AssignProcessToJobObject(m_handles->job, process->hProcess);

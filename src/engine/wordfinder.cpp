@@ -6,16 +6,16 @@
 
 namespace {
 
-/// So many letters are looked for together: two of them, "fa", stand in every other line of a log
-/// ("default"), three do not.
+/// How many neighbouring letters of a word are searched for. Two, such as "fa", occur in every
+/// other line of a log ("default"); three do not.
 constexpr qsizetype kProbe = 3;
 
-/// In so many places at once.
+/// How many places are compared at once.
 constexpr qsizetype kChunk = 256;
 
 constexpr char kCaseBit = 0x20; // tells 'a' from 'A'
 
-/// Lower case for letters; other characters may get mixed up, so a match is no proof.
+/// Lower case for letters. Other characters may be confused, so a match has to be checked.
 constexpr char folded(char c)
 {
     return char(c | kCaseBit);

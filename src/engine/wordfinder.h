@@ -7,9 +7,8 @@
 #include <vector>
 
 /// Finds the first of several words in a text, ASCII letter case ignored, at several bytes per
-/// cycle: each word is looked for by the three neighbouring letters in it that text holds most
-/// seldom, and looking for three letters is a loop that the compiler turns into vector
-/// instructions.
+/// cycle: it searches for the three neighbouring letters of each word that are rarest in English
+/// text, in a loop that the compiler turns into vector instructions.
 class WordFinder
 {
 public:
