@@ -2,7 +2,7 @@
 
 #include <QTranslator>
 
-/// A language in which every sentence of the engine stands in brackets.
+/// A translation that puts every sentence of the engine in brackets.
 class BracketLanguage : public QTranslator
 {
 public:

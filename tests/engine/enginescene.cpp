@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTest>
 
@@ -9,28 +10,22 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-constexpr int kPatience = 20'000; ///< milliseconds
-
-} // namespace
-
 EngineRecord::EngineRecord(InstallerEngine &engine) : m_engine(engine)
 {
     connect(&engine, &InstallerEngine::progress, this, [this](double fraction) {
-        told << u"progress "_s + QString::number(fraction);
+        events << u"progress "_s + QString::number(fraction);
         fractions << fraction;
     });
     connect(&engine, &InstallerEngine::currentFile, this, [this](const QString &path) {
-        told << u"file "_s + path;
+        events << u"file "_s + path;
         files << path;
     });
     connect(&engine, &InstallerEngine::statusChanged, this, [this](const QString &status) {
-        told << u"status "_s + status;
+        events << u"status "_s + status;
         statuses << status;
     });
     connect(&engine, &InstallerEngine::finished, this, [this](bool ok, const QString &error) {
-        told << (ok ? u"finished"_s : u"failed "_s + error);
+        events << (ok ? u"finished"_s : u"failed "_s + error);
         successes << ok;
         errors << error;
     });
@@ -74,6 +69,29 @@ bool EngineScene::toTheEnd(int runs)
     return hasEnded;
 }
 
+void EngineScene::startRemoval()
+{
+    const QString uninstaller = sandbox.path(u"unins000.exe"_s);
+    if (!QFile::copy(Sandbox::setupEngine(), uninstaller))
+        qFatal("Cannot make an uninstaller");
+    engine.startUninstall(uninstaller);
+}
+
+void EngineScene::writeStatus(const QByteArray &text) const
+{
+    sandbox.write(u"temp/"_s + QFileInfo(engine.statusFilePath()).fileName(), text);
+}
+
+void EngineScene::writeLog(const QByteArray &text) const
+{
+    sandbox.write(u"temp/"_s + QFileInfo(engine.statusFilePath()).fileName() + u".log"_s, text);
+}
+
+QProcess *EngineScene::process() const
+{
+    return engine.findChildren<QProcess *>().last();
+}
+
 QString EngineScene::keptLog() const
 {
     return QDir(sandbox.tempFolder()).absoluteFilePath(u"varnel_setup_last.log"_s);
@@ -84,13 +102,12 @@ QByteArray EngineScene::keptText() const
     return sandbox.read(u"temp/varnel_setup_last.log"_s);
 }
 
-QString processErrorText(const QString &program)
+HangingScene::HangingScene(const QByteArray &scenario)
+    : EngineScene("stall = forever\nstage = half\n" + scenario)
 {
-    QProcess process;
-    process.setProgram(program);
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start();
-    process.waitForFinished();
-    return process.errorString();
+    start();
+    const QString status = engine.statusFilePath();
+    if (!QTest::qWaitFor([&] { return QFile::exists(status); }, kPatience))
+        qFatal("The engine does not begin");
+    processId = process()->processId();
 }

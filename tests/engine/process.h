@@ -9,38 +9,23 @@
 /// what it needs, because freed memory is kept on purpose.
 [[nodiscard]] qint64 peakMemory();
 
-/// What this process has read through system calls so far, in bytes; -1 where the system won't say.
+/// What this process has read through system calls so far, in bytes; -1 where that is not known.
 [[nodiscard]] qint64 bytesRead();
 
-/// Whether there is a process with this number, an ended one included that nobody has waited for on
-/// systems where somebody has to.
+/// Whether there is a process with this number: on Unix also an ended one, until its parent has
+/// waited for it.
 [[nodiscard]] bool processExists(qint64 processId);
 
-/// Whether that process still runs: not if it has ended, although nobody has waited for it.
+/// Whether that process still runs.
 [[nodiscard]] bool isRunning(qint64 processId);
 
-/// Ends a process of the test's own, at once.
+/// Kills a process at once, despite LateKill.
 void endProcess(qint64 processId);
 
 /// Makes a FIFO; false if it cannot be made or if the system has none.
 [[nodiscard]] bool makeFifo(const QString &path);
 
-/// As long as it lives, this process can open no more files, pipes or connections.
-class NoMoreFiles
-{
-public:
-    NoMoreFiles();
-    ~NoMoreFiles();
-    Q_DISABLE_COPY_MOVE(NoMoreFiles)
-
-    /// False where processes have no such limit.
-    [[nodiscard]] static bool isPossible();
-
-private:
-    [[maybe_unused]] quint64 m_limitBefore = 0;
-};
-
-/// As long as it lives, whom this process kills goes on for a while.
+/// As long as it lives, processes that this one kills go on for a while.
 class LateKill
 {
 public:
@@ -48,11 +33,11 @@ public:
     ~LateKill();
     Q_DISABLE_COPY_MOVE(LateKill)
 
-    /// False where a kill cannot be put off.
+    /// False where a kill cannot be delayed.
     [[nodiscard]] static bool isPossible();
 };
 
-/// As long as it lives, nobody can remove a file.
+/// As long as it lives, the file cannot be removed.
 class HeldFile
 {
 public:
@@ -60,7 +45,7 @@ public:
     ~HeldFile();
     Q_DISABLE_COPY_MOVE(HeldFile)
 
-    /// False where a file cannot be held.
+    /// False where an open file can be removed.
     [[nodiscard]] static bool isPossible();
 
 private:

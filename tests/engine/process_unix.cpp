@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <thread>
@@ -77,31 +76,6 @@ void endProcess(qint64 processId)
 bool makeFifo(const QString &path)
 {
     return ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
-}
-
-bool NoMoreFiles::isPossible()
-{
-    return true;
-}
-
-NoMoreFiles::NoMoreFiles()
-{
-    rlimit limit = {};
-    const int firstFree = ::dup(STDIN_FILENO);
-    if (firstFree < 0 || ::getrlimit(RLIMIT_NOFILE, &limit) != 0)
-        qFatal("Cannot limit the number of files");
-    ::close(firstFree);
-    m_limitBefore = limit.rlim_cur;
-    limit.rlim_cur = rlim_t(firstFree);
-    ::setrlimit(RLIMIT_NOFILE, &limit);
-}
-
-NoMoreFiles::~NoMoreFiles()
-{
-    rlimit limit = {};
-    ::getrlimit(RLIMIT_NOFILE, &limit);
-    limit.rlim_cur = rlim_t(m_limitBefore);
-    ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 // The program and its libraries get this one instead of the system's.

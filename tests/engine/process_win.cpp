@@ -23,7 +23,7 @@ qint64 bytesRead()
 
 bool processExists(qint64 processId)
 {
-    // An ended one is there as long as somebody has it open, which is no fault of its own.
+    // An ended one is there as long as another process has it open.
     const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, DWORD(processId));
     const bool isRunning = process && WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
     CloseHandle(process);
@@ -46,14 +46,6 @@ bool makeFifo(const QString &)
 {
     return false; // pipes have names here, but those are no names of files
 }
-
-bool NoMoreFiles::isPossible()
-{
-    return false;
-}
-
-NoMoreFiles::NoMoreFiles() = default;
-NoMoreFiles::~NoMoreFiles() = default;
 
 bool LateKill::isPossible()
 {

@@ -15,83 +15,84 @@ class TestInstallerEngine : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void idle();
     void install();
     void installArguments_data();
     void installArguments();
-    void programWithBlanksInItsPath();
-    void programWithoutAFolder();
-    void temporaryFiles();
-    void onlyItsOwnFilesGo();
-    void twoRunsInARow();
-    void uninstall();
-    void uninstallAfterInstall();
-    void nextRunFromTheFinishedSignal();
+    void relativePathWithBlanks();
+    void secondRunStartsAnew();
+    void removalFromTheFinishedSignal();
+    void progressGrows();
+    void lastReportOfAShortRun();
 };
 
 namespace {
-
-const QRegularExpression kSetupFile(u"^varnel_setup_[0-9a-f]{32}\\.ini$"_s);
-const QRegularExpression kUninstallFile(u"^varnel_uninst_[0-9a-f]{32}\\.ini$"_s);
-
-QString fileName(const QString &path)
-{
-    return QFileInfo(path).fileName();
-}
 
 QString native(const QString &path)
 {
     return QDir::toNativeSeparators(path);
 }
 
-} // namespace
-
-void TestInstallerEngine::init()
+/// "name" and "name.log".
+QStringList filesOf(const QString &statusFile)
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    const QString name = QFileInfo(statusFile).fileName();
+    return { name, name + u".log"_s };
 }
+
+const QStringList kEnd { u"progress 1"_s, u"finished"_s };
+
+} // namespace
 
 void TestInstallerEngine::idle()
 {
-    const Sandbox sandbox;
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    QCOMPARE(engine.setupExecutable(), QString());
-    QCOMPARE(engine.statusFilePath(), QString());
-    QCOMPARE(engine.logFilePath(), QString());
-    QCOMPARE(engine.lastLogPath(), QString());
-    QVERIFY(engine.findChildren<QProcess *>().isEmpty());
-    engine.poll();
-    engine.stop();
-    QCOMPARE(record.told, QStringList());
-    QCOMPARE(sandbox.tempFiles(), QStringList());
+    EngineScene scene;
+    QCOMPARE(scene.engine.statusFilePath(), QString());
+    QCOMPARE(scene.engine.logFilePath(), QString());
+    QCOMPARE(scene.engine.lastLogPath(), QString());
+    QVERIFY(scene.engine.findChildren<QProcess *>().isEmpty());
+    scene.engine.poll();
+    scene.engine.stop();
+    QCOMPARE(scene.record.events, QStringList());
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
 }
 
 void TestInstallerEngine::install()
 {
-    const Sandbox sandbox;
-    const QString folder = sandbox.path(u"Varnel Schematics"_s);
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    QCOMPARE(engine.setupExecutable(), Sandbox::setupEngine());
-    engine.startInstall(folder, { u"desktopicon"_s });
-    QVERIFY(record.told.isEmpty());
-    QVERIFY(record.waitForEnd());
-    record.settle();
+    // What the log says counts only after a failure.
+    EngineScene scene("log-line = An error: it failed.\nmessage-box = Disk full.");
+    const QString folder = scene.sandbox.path(u"Varnel Schematics"_s);
+    scene.sandbox.write(u"temp/varnel_setup_00000000000000000000000000000000.ini"_s, "");
+    const QStringList filesOfOthers = scene.sandbox.tempFiles();
 
-    QCOMPARE(record.successes, QList<bool> { true });
-    QCOMPARE(record.errors, QStringList { QString() });
+    scene.engine.startInstall(folder, { u"desktopicon"_s });
+    const QString status = scene.engine.statusFilePath();
+    static const QRegularExpression name(u"^varnel_setup_[0-9a-f]{32}\\.ini$"_s);
+    QVERIFY2(name.match(QFileInfo(status).fileName()).hasMatch(), qPrintable(status));
+    QCOMPARE(QFileInfo(status).path(), QDir::fromNativeSeparators(scene.sandbox.tempFolder()));
+    QCOMPARE(scene.engine.logFilePath(), status + u".log");
+    QVERIFY(scene.record.events.isEmpty());
+    QVERIFY(scene.record.waitForEnd());
+    scene.record.settle();
+
+    QCOMPARE(scene.record.events.last(2), kEnd);
+    QCOMPARE(scene.record.errors, QStringList { QString() });
     QVERIFY(QFile::exists(folder + u"/VarnelSolutions.exe"));
     QVERIFY(QFile::exists(folder + u"/unins000.exe"));
-    const QStringList shortcuts = QDir(sandbox.path(u"desktop"_s)).entryList(QDir::Files);
+    // The last file that the log names, so it is reported however few polls there were.
+    const QStringList shortcuts = QDir(scene.sandbox.path(u"desktop"_s)).entryList(QDir::Files);
     QCOMPARE(shortcuts.size(), 1);
-    // The last file that the log names, so it is told however few polls there were.
-    QVERIFY(record.files.contains(native(sandbox.path(u"desktop/"_s + shortcuts.first()))));
-    QCOMPARE(engine.lastLogPath(), QString());
-    QCOMPARE(record.statuses.last(), u"Creating shortcuts\u2026"_s);
-    QCOMPARE(record.fractions.last(), 1.0);
+    QVERIFY(
+        scene.record.files.contains(native(scene.sandbox.path(u"desktop/"_s + shortcuts.first()))));
+    QCOMPARE(scene.record.statuses.last(), u"Creating shortcuts\u2026"_s);
+    QCOMPARE(scene.engine.lastLogPath(), QString());
+
+    // The files of an ended run stay as long as the engine.
+    QCOMPARE(scene.engine.statusFilePath(), status);
+    QCOMPARE(scene.sandbox.tempFiles(), filesOfOthers + filesOf(status));
+    scene.owner.reset();
+    QCOMPARE(scene.sandbox.tempFiles(), filesOfOthers);
 }
 
 void TestInstallerEngine::installArguments_data()
@@ -99,239 +100,144 @@ void TestInstallerEngine::installArguments_data()
     QTest::addColumn<QString>("folder");
     QTest::addColumn<QStringList>("tasks");
     QTest::addColumn<QString>("usedFolder");
-    QTest::addColumn<QString>("taskText");
-    const auto row = [](const char *name, const QString &folder, const QString &usedFolder) {
-        QTest::newRow(name) << folder << QStringList() << usedFolder << QString();
-    };
-    QTest::newRow("no tasks") << u"/opt/varnel"_s << QStringList() << u"/opt/varnel"_s << u""_s;
-    QTest::newRow("one task") << u"/opt/varnel"_s << QStringList { u"desktopicon"_s }
-                              << u"/opt/varnel"_s << u"desktopicon"_s;
     QTest::newRow("two tasks") << u"/opt/varnel"_s << QStringList { u"desktopicon"_s, u"b"_s }
-                               << u"/opt/varnel"_s << u"desktopicon,b"_s;
-    row("no folder", u""_s, u""_s); // then the engine knows where its earlier copy is
-    row("root of drive C", u"C:/"_s, u"C:/Varnel Schematics"_s);
-    row("root of drive C, back-slash", uR"(C:\)"_s, u"C:/Varnel Schematics"_s);
-    row("drive D alone", u"d:"_s, u"d:/Varnel Schematics"_s);
-    row("root of the file system", u"/"_s, u"/Varnel Schematics"_s);
-    row("redundant parts", u"/opt//a/./../varnel/"_s, u"/opt/varnel"_s);
-    row("blanks", u"/opt/Varnel  Schematics/v 1"_s, u"/opt/Varnel  Schematics/v 1"_s);
-    row("place markers", u"/opt/a %2 b %1 %3%4 %%"_s, u"/opt/a %2 b %1 %3%4 %%"_s);
-    row("other scripts", u"/opt/Schaltpl\u00e4ne \u56de\u8def \U0001f50c"_s,
-        u"/opt/Schaltpl\u00e4ne \u56de\u8def \U0001f50c"_s);
-    row("switch in the name", u"/opt/a /LOG=b"_s, u"/opt/a /LOG=b"_s);
-    row("shell characters", u"/opt/$HOME `a` 'b' ; * & |"_s, u"/opt/$HOME `a` 'b' ; * & |"_s);
+                               << u"/opt/varnel"_s;
+    // Then the engine knows where its earlier copy is.
+    QTest::newRow("no folder") << u""_s << QStringList() << u""_s;
+    QTest::newRow("root of a drive") << u"C:/"_s << QStringList() << u"C:/Varnel Schematics"_s;
+    const QString odd = u"/opt/a %2 %1 /LOG=b $HOME `a` 'b' ; * & | \u00e4 \u56de \U0001f50c"_s;
+    QTest::newRow("odd characters") << odd << QStringList() << odd;
 }
 
-// As the child process says that it got them.
+// As the child process has received them.
 void TestInstallerEngine::installArguments()
 {
     QFETCH(const QString, folder);
     QFETCH(const QStringList, tasks);
     QFETCH(const QString, usedFolder);
-    QFETCH(const QString, taskText);
-    Sandbox sandbox;
-    sandbox.setScenario("finish-at-once = yes");
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(folder, tasks);
-    QVERIFY(record.waitForEnd());
+    EngineScene scene("finish-at-once = yes");
+    scene.engine.startInstall(folder, tasks);
+    QVERIFY(scene.record.waitForEnd());
 
-    const QString dir = native(usedFolder);
-    const QString status = native(engine.statusFilePath());
-    const QList<QStringList> runs = sandbox.engineRuns();
+    const QString status = native(scene.engine.statusFilePath());
+    const QList<QStringList> runs = scene.sandbox.engineRuns();
     QCOMPARE(runs.size(), 1);
     QCOMPARE(native(runs.first().first()), native(Sandbox::setupEngine()));
     const QStringList expected {
         u"/VERYSILENT"_s,
         u"/SUPPRESSMSGBOXES"_s,
         u"/NORESTART"_s,
-        u"/DIR="_s + dir,
-        u"/TASKS="_s + taskText,
+        u"/DIR="_s + native(usedFolder),
+        u"/TASKS="_s + tasks.join(u','),
         u"/STATUSFILE="_s + status,
         u"/LOG="_s + status + u".log"_s,
     };
     QCOMPARE(runs.first().mid(1), expected);
 }
 
-void TestInstallerEngine::programWithBlanksInItsPath()
+// A bare name means the file in the current folder, not the first of this name in the search path.
+void TestInstallerEngine::relativePathWithBlanks()
 {
-    const Sandbox sandbox;
-    const QString folder = sandbox.path(u"My Downloads %1"_s);
-    const QString program = folder + u"/varnel setup.exe";
-    QVERIFY(QDir().mkpath(folder));
-    QVERIFY(QFile::copy(Sandbox::setupEngine(), program));
-    const QString target = sandbox.path(u"a %2 b %1"_s);
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(program);
-    engine.startInstall(target, {});
-    QVERIFY(record.waitForEnd());
-    QCOMPARE(record.errors, QStringList { QString() });
-    QVERIFY(QFile::exists(target + u"/VarnelSolutions.exe"));
-}
-
-// It is the one in the current folder, not the first of this name that the system would find.
-void TestInstallerEngine::programWithoutAFolder()
-{
-    const Sandbox sandbox;
+    EngineScene scene;
     const QString before = QDir::currentPath();
-    QVERIFY(QFile::copy(Sandbox::setupEngine(), sandbox.path(u"setup.exe"_s)));
-    QVERIFY(QDir::setCurrent(sandbox.path({})));
     const auto goBack = qScopeGuard([&] { QDir::setCurrent(before); });
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(u"setup.exe"_s);
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QVERIFY(record.waitForEnd(1));
-    QVERIFY(QDir::setCurrent(sandbox.path(u"app"_s)));
-    engine.startUninstall(u"unins000.exe"_s);
-    QVERIFY(record.waitForEnd(2));
+    const QString downloads = scene.sandbox.path(u"My Downloads %1"_s);
+    QVERIFY(QDir().mkpath(downloads));
+    QVERIFY(QFile::copy(Sandbox::setupEngine(), downloads + u"/varnel setup.exe"));
+    QVERIFY(QDir::setCurrent(downloads));
+    const QString target = scene.sandbox.path(u"a %2 b %1"_s);
+    scene.engine.setSetupExecutable(u"varnel setup.exe"_s);
+    scene.engine.startInstall(target, {});
+    QVERIFY(scene.record.waitForEnd(1));
+    QVERIFY(QDir::setCurrent(target));
+    scene.engine.startUninstall(u"unins000.exe"_s);
+    QVERIFY(scene.record.waitForEnd(2));
     const QStringList noErrors { QString(), QString() };
-    QCOMPARE(record.errors, noErrors);
+    QCOMPARE(scene.record.errors, noErrors);
 }
 
-void TestInstallerEngine::temporaryFiles()
+void TestInstallerEngine::secondRunStartsAnew()
 {
-    const Sandbox sandbox;
-    {
-        InstallerEngine engine;
-        EngineRecord record(engine);
-        engine.setSetupExecutable(Sandbox::setupEngine());
-        engine.startInstall(sandbox.path(u"app"_s), {});
-
-        const QString status = engine.statusFilePath();
-        QVERIFY2(kSetupFile.match(fileName(status)).hasMatch(), qPrintable(status));
-        QVERIFY(QDir::isAbsolutePath(status));
-        QCOMPARE(QFileInfo(status).path(), QDir::fromNativeSeparators(sandbox.tempFolder()));
-        QCOMPARE(engine.logFilePath(), status + u".log");
-
-        // The files of an ended run stay for whoever shows its outcome.
+    EngineScene scene("progress = 60\nfile = one file\nstatus = one status\nlog-none = yes");
+    QString firstStatus;
+    for (int run = 1; run <= 2; ++run) {
+        EngineRecord record(scene.engine);
+        scene.start();
+        const QString status = scene.engine.statusFilePath();
+        QVERIFY(status != firstStatus);
         QVERIFY(record.waitForEnd());
         record.settle();
-        QCOMPARE(engine.statusFilePath(), status);
-        const QStringList both { fileName(status), fileName(status) + u".log" };
-        QCOMPARE(sandbox.tempFiles(), both);
+        // What the first run has reported does not keep the second from reporting the same.
+        QVERIFY(record.fractions.contains(0.6));
+        QCOMPARE(record.files.last(), u"one file"_s);
+        QCOMPARE(record.statuses.last(), u"one status"_s);
+        QCOMPARE(record.events.last(2), kEnd);
+        QCOMPARE(scene.sandbox.tempFiles(), filesOf(status).first(1));
+        firstStatus = status;
     }
-    QCOMPARE(sandbox.tempFiles(), QStringList());
 }
 
-void TestInstallerEngine::onlyItsOwnFilesGo()
+void TestInstallerEngine::removalFromTheFinishedSignal()
 {
-    const Sandbox sandbox;
-    sandbox.write(u"temp/varnel_setup_00000000000000000000000000000000.ini"_s, "progress=99\n");
-    sandbox.write(u"temp/other.txt"_s, "text");
-    const QStringList before = sandbox.tempFiles();
-    {
-        InstallerEngine engine;
-        EngineRecord record(engine);
-        engine.setSetupExecutable(Sandbox::setupEngine());
-        engine.startInstall(sandbox.path(u"app"_s), {});
-        QVERIFY(record.waitForEnd());
-    }
-    QCOMPARE(sandbox.tempFiles(), before);
-}
-
-void TestInstallerEngine::twoRunsInARow()
-{
-    const Sandbox sandbox;
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    const QString first = engine.statusFilePath();
-    QVERIFY(record.waitForEnd(1));
-    QVERIFY(QFile::exists(first));
-    QVERIFY(QFile::exists(first + u".log"));
-
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    const QString second = engine.statusFilePath();
-    QVERIFY(second != first);
-    QVERIFY(!QFile::exists(first));
-    QVERIFY(!QFile::exists(first + u".log"));
-    QVERIFY(record.waitForEnd(2));
-    record.settle();
-    const QList<bool> bothWell { true, true };
-    QCOMPARE(record.successes, bothWell);
-    QCOMPARE(sandbox.engineRuns().size(), 2);
-    const QStringList filesOfTheSecond { fileName(second), fileName(second) + u".log" };
-    QCOMPARE(sandbox.tempFiles(), filesOfTheSecond);
-}
-
-void TestInstallerEngine::uninstall()
-{
-    const Sandbox sandbox;
-    const QString folder = sandbox.path(u"app %1"_s);
+    EngineScene scene;
+    const QString folder = scene.sandbox.path(u"app %1"_s);
     const QString uninstaller = folder + u"/unins000.exe";
-    {
-        InstallerEngine engine;
-        EngineRecord record(engine);
-        engine.setSetupExecutable(Sandbox::setupEngine());
-        engine.startInstall(folder, { u"desktopicon"_s });
-        QVERIFY(record.waitForEnd());
-        QVERIFY(record.successes.first());
-    }
-    {
-        InstallerEngine engine; // needs no setup engine
-        EngineRecord record(engine);
-        engine.startUninstall(uninstaller);
-        const QString status = engine.statusFilePath();
-        QVERIFY2(kUninstallFile.match(fileName(status)).hasMatch(), qPrintable(status));
-        QCOMPARE(QFileInfo(status).path(), QDir::fromNativeSeparators(sandbox.tempFolder()));
-        QCOMPARE(engine.logFilePath(), QString());
-        QVERIFY(record.waitForEnd());
-        record.settle();
-        QCOMPARE(record.errors, QStringList { QString() });
-        QCOMPARE(record.successes, QList<bool> { true });
-        QCOMPARE(record.fractions.last(), 1.0);
-        QCOMPARE(record.statuses.last(), u"Unregistering file types\u2026"_s);
-        QVERIFY(!QFile::exists(folder));
-        QCOMPARE(sandbox.tempFiles(), QStringList { fileName(status) });
+    scene.engine.startInstall(folder, { u"desktopicon"_s });
+    scene.engine.setSetupExecutable({}); // which a removal does not need
+    const auto remove = [&] { scene.engine.startUninstall(uninstaller); };
+    connect(&scene.engine, &InstallerEngine::finished, this, remove, Qt::SingleShotConnection);
+    QVERIFY(scene.record.waitForEnd(1));
+    const QString status = scene.engine.statusFilePath();
+    static const QRegularExpression name(u"^varnel_uninst_[0-9a-f]{32}\\.ini$"_s);
+    QVERIFY2(name.match(QFileInfo(status).fileName()).hasMatch(), qPrintable(status));
+    QCOMPARE(QFileInfo(status).path(), QDir::fromNativeSeparators(scene.sandbox.tempFolder()));
+    QCOMPARE(scene.engine.logFilePath(), QString());
+    QVERIFY(scene.record.waitForEnd(2));
+    scene.record.settle();
 
-        const QList<QStringList> runs = sandbox.engineRuns();
-        QCOMPARE(runs.size(), 2);
-        const QStringList expected { native(uninstaller), u"/VERYSILENT"_s, u"/SUPPRESSMSGBOXES"_s,
-                                     u"/NORESTART"_s, u"/STATUSFILE="_s + native(status) };
-        QCOMPARE(runs.last(), expected);
-    }
-    QCOMPARE(sandbox.tempFiles(), QStringList());
-}
-
-void TestInstallerEngine::uninstallAfterInstall()
-{
-    const Sandbox sandbox;
-    const QString folder = sandbox.path(u"app"_s);
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(folder, {});
-    QVERIFY(record.waitForEnd(1));
-    engine.startUninstall(folder + u"/unins000.exe");
-    QCOMPARE(engine.logFilePath(), QString());
-    QVERIFY(record.waitForEnd(2));
-    record.settle();
-    const QList<bool> bothWell { true, true };
-    QCOMPARE(record.successes, bothWell);
-    QCOMPARE(sandbox.tempFiles(), QStringList { fileName(engine.statusFilePath()) });
-}
-
-void TestInstallerEngine::nextRunFromTheFinishedSignal()
-{
-    const Sandbox sandbox;
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    const QString folder = sandbox.path(u"app"_s);
-    connect(
-        &engine, &InstallerEngine::finished, &engine,
-        [&engine, &folder] { engine.startUninstall(folder + u"/unins000.exe"); },
-        Qt::SingleShotConnection);
-    engine.startInstall(folder, {});
-    QVERIFY(record.waitForEnd(2));
-    record.settle();
-    const QList<bool> bothWell { true, true };
-    QCOMPARE(record.successes, bothWell);
+    const QStringList noErrors { QString(), QString() };
+    QCOMPARE(scene.record.errors, noErrors);
+    QCOMPARE(scene.record.events.last(2), kEnd);
+    QCOMPARE(scene.record.statuses.last(), u"Unregistering file types\u2026"_s);
     QVERIFY(!QFile::exists(folder));
+    QCOMPARE(scene.sandbox.tempFiles(), filesOf(status).first(1));
+    const QStringList expected { native(uninstaller), u"/VERYSILENT"_s, u"/SUPPRESSMSGBOXES"_s,
+                                 u"/NORESTART"_s, u"/STATUSFILE="_s + native(status) };
+    QCOMPARE(scene.sandbox.engineRuns().last(), expected);
+}
+
+void TestInstallerEngine::progressGrows()
+{
+    EngineScene scene("delay-ms = 40");
+    QVERIFY(scene.toTheEnd());
+    const EngineRecord &record = scene.record;
+    // Reported along the way, not only at the end: the run takes 40 polls.
+    QVERIFY2(record.fractions.size() > 3, qPrintable(QString::number(record.fractions.size())));
+    QVERIFY(record.files.size() > 3);
+    QVERIFY(record.fractions.first() > 0 && record.fractions.first() < 0.9);
+    for (qsizetype i = 1; i < record.fractions.size() - 1; ++i)
+        QVERIFY(record.fractions[i] > record.fractions[i - 1] + 0.0001);
+    const QStringList statuses { u"Extracting application files\u2026"_s,
+                                 u"Installing WebView2 Runtime\u2026"_s,
+                                 u"Registering .sch and .pcb file types\u2026"_s,
+                                 u"Creating shortcuts\u2026"_s };
+    // A poll may miss a status that does not last, but none is reported twice.
+    QVERIFY(record.statuses.size() >= 2);
+    qsizetype last = -1;
+    for (const QString &status : record.statuses) {
+        QVERIFY2(statuses.indexOf(status) > last, qPrintable(status));
+        last = statuses.indexOf(status);
+    }
+}
+
+void TestInstallerEngine::lastReportOfAShortRun()
+{
+    EngineScene scene("files = 1\nstatus = first\n" + QByteArray("status = middle\n").repeated(6)
+                      + "status = last words");
+    QVERIFY(scene.toTheEnd());
+    QCOMPARE(scene.record.statuses.last(), u"last words"_s);
+    QCOMPARE(scene.record.files.last(), native(scene.sandbox.path(u"app/VarnelSolutions.exe"_s)));
+    QCOMPARE(scene.record.events.last(2), kEnd);
 }
 
 QTEST_GUILESS_MAIN(TestInstallerEngine)

@@ -1,304 +1,413 @@
 #include "engine/bracketlanguage.h"
 #include "engine/enginescene.h"
+#include "engine/process.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
+#include <QElapsedTimer>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
 
+#include <filesystem>
+
 using namespace Qt::Literals::StringLiterals;
 
-// Runs that fail: in starting, and by an exit code.
+// Runs that are refused, cannot start, crash, misbehave or end with an exit code; and what becomes
+// of the log of the latter.
 class TestInstallerEngineFailures : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void noSetupEngine();
-    void noSetupEngineDuringARun();
-    void folderWithADoubleQuote_data();
-    void folderWithADoubleQuote();
-    void programThatCannotStart_data();
-    void programThatCannotStart();
-    void noUninstaller_data();
-    void noUninstaller();
-    void noUninstallerDuringARun();
-    void sentencesAreTranslated();
-    void exitCode_data();
-    void exitCode();
-    void exitCodeOfAnUninstaller_data();
-    void exitCodeOfAnUninstaller();
-    void uninstallerHasNoDetailAfterAFailedInstall();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void refused_data();
+    void refused();
     void retryFromTheFinishedSignal_data();
     void retryFromTheFinishedSignal();
+    void crash_data();
+    void crash();
+    void crashWithoutACode();
+    void successWithOddReports_data();
+    void successWithOddReports();
+    void lastReportOfAFailure();
+    void output();
+    void detail_data();
+    void detail();
+    void noReason_data();
+    void noReason();
+    void keptLog();
+    void somethingInPlaceOfTheKeptLog();
+    void longLog();
 };
 
 namespace {
 
-const QString kSpace = u"There is not enough space on the disk."_s;
+const QByteArray kOldLog = "of an earlier day";
+const QString kKeptLog = u"temp/varnel_setup_last.log"_s;
 
-QString withLog(const QString &sentence, const QString &reason, const QString &log)
+/// The error text of a process object of the test's own for `program`.
+QString processErrorText(const QString &program)
 {
-    return sentence + u"  "_s + reason + u"  (log: "_s + QDir::toNativeSeparators(log) + u')';
+    QProcess process;
+    process.setProgram(program);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start();
+    process.waitForFinished();
+    return process.errorString();
 }
 
-void addExitCodes()
+/// The message of exit code 4.
+QString fatalError(const QString &reason, const QString &log)
 {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("sentence");
-    QTest::newRow("1") << 1 << u"Setup could not start."_s;
-    QTest::newRow("2") << 2 << u"Installation was cancelled."_s;
-    QTest::newRow("3") << 3 << u"Setup failed while preparing to install."_s;
-    QTest::newRow("4") << 4 << u"A fatal error occurred during installation."_s;
-    QTest::newRow("5") << 5 << u"Installation was cancelled during setup."_s;
-    QTest::newRow("6") << 6 << u"Setup was stopped by a debugger."_s;
-    QTest::newRow("7") << 7 << u"Setup cannot install on this system."_s;
-    QTest::newRow("8") << 8 << u"A restart is required before setup can continue."_s;
-    QTest::newRow("9") << 9 << u"Setup exited with code 9."_s;
-    QTest::newRow("255") << 255 << u"Setup exited with code 255."_s;
+    return u"A fatal error occurred during installation.  %1  (log: %2)"_s.arg(
+        reason, QDir::toNativeSeparators(log));
 }
 
 } // namespace
 
-void TestInstallerEngineFailures::init()
+void TestInstallerEngineFailures::refused_data()
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    QTest::addColumn<bool>("isRemoval");
+    QTest::addColumn<bool>("hasEngine");
+    QTest::addColumn<QString>("path"); // below the sandbox, unless it is empty
+    QTest::addColumn<QString>("error");
+    const QString noEngine = u"No setup engine was supplied."_s;
+    const QString quote = u"Setup cannot install into a folder whose name has a double quote."_s;
+    const QString noUninstaller = u"The uninstaller could not be found."_s;
+    QTest::newRow("no setup engine") << false << false << u"app"_s << noEngine;
+    QTest::newRow("folder with a double quote") << false << true << u"a\""_s << quote;
+    QTest::newRow("folder with another switch") << false << true << u"a\" /LOG=\"/tmp/x"_s << quote;
+    QTest::newRow("empty path of an uninstaller") << true << true << u""_s << noUninstaller;
+    QTest::newRow("missing uninstaller") << true << true << u"unins000.exe"_s << noUninstaller;
+    QTest::newRow("folder as an uninstaller") << true << true << u"temp"_s << noUninstaller;
 }
 
-void TestInstallerEngineFailures::noSetupEngine()
+void TestInstallerEngineFailures::refused()
 {
-    const Sandbox sandbox;
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QCOMPARE(record.told, QStringList { u"failed No setup engine was supplied."_s });
-    record.settle();
-    QCOMPARE(record.told.size(), 1);
-    QVERIFY(engine.findChildren<QProcess *>().isEmpty());
-    QCOMPARE(engine.statusFilePath(), QString());
-    QCOMPARE(sandbox.tempFiles(), QStringList());
-}
-
-void TestInstallerEngineFailures::noSetupEngineDuringARun()
-{
-    EngineScene run("");
-    run.start();
-    const QString status = run.engine.statusFilePath();
-    run.engine.setSetupExecutable({});
-    run.start();
-    QCOMPARE(run.record.told, QStringList { u"failed No setup engine was supplied."_s });
-    // The run under way goes on as if nothing had been asked for.
-    QCOMPARE(run.engine.statusFilePath(), status);
-    QVERIFY(run.record.waitForEnd(2));
-    run.record.settle();
-    const QList<bool> outcomes { false, true };
-    QCOMPARE(run.record.successes, outcomes);
-    QVERIFY(QFile::exists(status));
-}
-
-void TestInstallerEngineFailures::folderWithADoubleQuote_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("in its name") << u"/opt/a\"b"_s;
-    QTest::newRow("at its end") << u"/opt/a\""_s;
-    QTest::newRow("another switch behind it") << u"/opt/a\" /LOG=\"/tmp/x"_s;
-    QTest::newRow("in a folder above it") << u"/opt\"/a/b"_s;
-}
-
-// Nothing may be started with arguments that say something else than was meant.
-void TestInstallerEngineFailures::folderWithADoubleQuote()
-{
-    QFETCH(const QString, folder);
-    EngineScene run("finish-at-once = yes");
-    run.start();
-    const QString status = run.engine.statusFilePath();
-    run.engine.startInstall(folder, {});
-    QCOMPARE(run.record.told,
-             QStringList {
-                 u"failed Setup cannot install into a folder whose name has a double quote."_s });
-    // The run under way goes on.
-    QCOMPARE(run.engine.statusFilePath(), status);
-    QVERIFY(run.record.waitForEnd(2));
-    QCOMPARE(run.record.told.last(), u"finished"_s);
-    QCOMPARE(run.sandbox.engineRuns().size(), 1);
-}
-
-void TestInstallerEngineFailures::programThatCannotStart_data()
-{
-    QTest::addColumn<QString>("program");
-    QTest::newRow("missing") << u"missing/setup.exe"_s;
-    QTest::newRow("not executable") << u"text.exe"_s;
-    QTest::newRow("not a program") << u"rubbish.exe"_s;
-    QTest::newRow("folder") << u"folder"_s;
-    QTest::newRow("place marker in its name") << u"missing %1 %2.exe"_s;
-}
-
-void TestInstallerEngineFailures::programThatCannotStart()
-{
-    QFETCH(const QString, program);
-    EngineScene run("");
-    run.sandbox.write(u"text.exe"_s, "No program.");
-    QFile rubbish(run.sandbox.write(u"rubbish.exe"_s, QByteArray(1000, '\x01')));
-    QVERIFY(rubbish.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    QVERIFY(QDir().mkpath(run.sandbox.path(u"folder"_s)));
-
-    const QString path = run.sandbox.path(program);
-    const QString errorText = processErrorText(path);
-    QVERIFY(!errorText.isEmpty());
-    run.engine.setSetupExecutable(path);
-    QVERIFY(run.toTheEnd());
-    QCOMPARE(run.record.told, QStringList { u"failed "_s + errorText });
-    QCOMPARE(run.engine.lastLogPath(), QString());
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
-
-    // The object is none the worse for it.
-    run.engine.setSetupExecutable(Sandbox::setupEngine());
-    QVERIFY(run.toTheEnd(2));
-    QCOMPARE(run.record.told.last(), u"finished"_s);
-}
-
-void TestInstallerEngineFailures::noUninstaller_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("missing") << u"unins000.exe"_s;
-    QTest::newRow("folder") << u"temp"_s;
-}
-
-void TestInstallerEngineFailures::noUninstaller()
-{
+    QFETCH(const bool, isRemoval);
+    QFETCH(const bool, hasEngine);
     QFETCH(const QString, path);
-    EngineScene run("");
-    run.engine.startUninstall(path.isEmpty() ? path : run.sandbox.path(path));
-    QCOMPARE(run.record.told, QStringList { u"failed The uninstaller could not be found."_s });
-    run.record.settle();
-    QCOMPARE(run.record.told.size(), 1);
-    QVERIFY(run.engine.findChildren<QProcess *>().isEmpty());
-    QCOMPARE(run.engine.statusFilePath(), QString());
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
-}
+    QFETCH(const QString, error);
+    EngineScene scene;
+    const auto tryIt = [&] {
+        scene.engine.setSetupExecutable(hasEngine ? Sandbox::setupEngine() : QString());
+        const QString fullPath = path.isEmpty() ? path : scene.sandbox.path(path);
+        if (isRemoval)
+            scene.engine.startUninstall(fullPath);
+        else
+            scene.engine.startInstall(fullPath, {});
+        scene.engine.setSetupExecutable(Sandbox::setupEngine());
+    };
+    tryIt();
+    QCOMPARE(scene.record.events, QStringList { u"failed "_s + error });
+    QVERIFY(scene.engine.findChildren<QProcess *>().isEmpty());
+    QCOMPARE(scene.engine.statusFilePath(), QString());
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
 
-void TestInstallerEngineFailures::noUninstallerDuringARun()
-{
-    EngineScene run("");
-    run.start();
-    const QString status = run.engine.statusFilePath();
-    run.engine.startUninstall(run.sandbox.path(u"missing.exe"_s));
-    QCOMPARE(run.record.told, QStringList { u"failed The uninstaller could not be found."_s });
-    QCOMPARE(run.engine.statusFilePath(), status);
-    QVERIFY(run.record.waitForEnd(2));
-    QCOMPARE(run.record.told.last(), u"finished"_s);
-}
+    // A run that is under way goes on.
+    scene.start();
+    const QString status = scene.engine.statusFilePath();
+    tryIt();
+    QCOMPARE(scene.record.errors.last(), error);
+    QCOMPARE(scene.engine.statusFilePath(), status);
+    QVERIFY(scene.record.waitForEnd(3));
+    scene.record.settle();
+    QCOMPARE(scene.record.events.last(), u"finished"_s);
 
-void TestInstallerEngineFailures::sentencesAreTranslated()
-{
+    // One that has ended keeps its files.
     BracketLanguage language;
     QVERIFY(QCoreApplication::installTranslator(&language));
-    EngineScene run("finish-at-once = yes\nexit-code = 9");
-    run.engine.startUninstall({});
-    QCOMPARE(run.record.errors.last(), u"[The uninstaller could not be found.]"_s);
-    QVERIFY(run.toTheEnd(2));
-    QCOMPARE(run.record.errors.last(), u"[Setup exited with code 9.]"_s);
-    run.engine.startInstall(u"\""_s, {});
-    QCOMPARE(run.record.errors.last(),
-             u"[Setup cannot install into a folder whose name has a double quote.]"_s);
-    run.engine.setSetupExecutable({});
-    run.start();
-    QCOMPARE(run.record.errors.last(), u"[No setup engine was supplied.]"_s);
-}
-
-void TestInstallerEngineFailures::exitCode_data()
-{
-    addExitCodes();
-}
-
-void TestInstallerEngineFailures::exitCode()
-{
-    QFETCH(const int, code);
-    QFETCH(const QString, sentence);
-    const QByteArray exit = "exit-code = " + QByteArray::number(code) + '\n';
-    {
-        EngineScene run(exit + "message-box = " + kSpace.toUtf8());
-        QVERIFY(run.toTheEnd());
-        QCOMPARE(run.record.errors, QStringList { withLog(sentence, kSpace, run.keptLog()) });
-        QCOMPARE(run.record.successes, QList<bool> { false });
-        QCOMPARE(run.engine.lastLogPath(), run.keptLog());
-        // All was done and told before; a failed run tells nothing more.
-        QCOMPARE(run.record.told.last(), u"failed "_s + run.record.errors.first());
-        QCOMPARE(run.record.fractions.count(1.0), 1);
-    }
-    {
-        EngineScene run(exit + "finish-at-once = yes");
-        QVERIFY(run.toTheEnd());
-        QCOMPARE(run.record.told, QStringList { u"failed "_s + sentence });
-    }
-}
-
-void TestInstallerEngineFailures::exitCodeOfAnUninstaller_data()
-{
-    addExitCodes();
-}
-
-void TestInstallerEngineFailures::exitCodeOfAnUninstaller()
-{
-    QFETCH(const int, code);
-    QFETCH(const QString, sentence);
-    EngineScene run("finish-at-once = yes\nexit-code = " + QByteArray::number(code));
-    const QString uninstaller = run.sandbox.path(u"unins000.exe"_s);
-    QVERIFY(QFile::copy(Sandbox::setupEngine(), uninstaller));
-    run.engine.startUninstall(uninstaller);
-    QVERIFY(run.record.waitForEnd());
-    run.record.settle();
-    QCOMPARE(run.record.told, QStringList { u"failed "_s + sentence });
-    QCOMPARE(run.engine.lastLogPath(), QString());
-    QVERIFY(!QFile::exists(run.keptLog()));
-}
-
-void TestInstallerEngineFailures::uninstallerHasNoDetailAfterAFailedInstall()
-{
-    EngineScene run("exit-code = 4\nmessage-box = " + kSpace.toUtf8());
-    QVERIFY(run.toTheEnd());
-    const QByteArray kept = run.keptText();
-
-    const QString uninstaller = run.sandbox.path(u"unins000.exe"_s);
-    QVERIFY(QFile::copy(Sandbox::setupEngine(), uninstaller));
-    run.engine.startUninstall(uninstaller); // there is no list of what to remove
-    QVERIFY(run.record.waitForEnd(2));
-    run.record.settle();
-    QCOMPARE(run.record.errors.last(), u"Setup could not start."_s);
-    QCOMPARE(run.engine.lastLogPath(), run.keptLog());
-    QCOMPARE(run.keptText(), kept);
+    tryIt();
+    QCOMPARE(scene.record.errors.last(), u'[' + error + u']');
+    QCOMPARE(scene.engine.statusFilePath(), status);
+    QVERIFY(QFile::exists(status));
+    QCOMPARE(scene.sandbox.engineRuns().size(), 1);
 }
 
 void TestInstallerEngineFailures::retryFromTheFinishedSignal_data()
 {
     QTest::addColumn<QByteArray>("scenario");
-    QTest::addColumn<QString>("program");
-    QTest::newRow("exit code") << QByteArray("exit-code = 4") << QString();
-    QTest::newRow("crash") << QByteArray("crash = SEGV") << QString();
-    QTest::newRow("failed start") << QByteArray() << u"/missing/setup.exe"_s;
+    QTest::addColumn<QString>("program"); // in the sandbox; empty: one that can start
+    QTest::newRow("exit code") << QByteArray("exit-code = 4") << u""_s;
+    QTest::newRow("crash") << QByteArray("crash = SEGV") << u""_s;
+    QTest::newRow("missing") << QByteArray() << u"missing %1/setup.exe"_s;
+    QTest::newRow("not executable") << QByteArray() << u"text.exe"_s;
+    QTest::newRow("not a program") << QByteArray() << u"rubbish.exe"_s;
+    QTest::newRow("folder") << QByteArray() << u"folder"_s;
 }
 
 void TestInstallerEngineFailures::retryFromTheFinishedSignal()
 {
     QFETCH(const QByteArray, scenario);
     QFETCH(const QString, program);
-    EngineScene run(scenario);
+    EngineScene scene(scenario);
+    scene.sandbox.write(u"text.exe"_s, "No program.");
+    QFile rubbish(scene.sandbox.write(u"rubbish.exe"_s, QByteArray(1000, '\x01')));
+    QVERIFY(rubbish.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    QVERIFY(QDir().mkpath(scene.sandbox.path(u"folder"_s)));
+
     if (!program.isEmpty())
-        run.engine.setSetupExecutable(program);
-    const auto retry = [&run] {
-        run.sandbox.setScenario("");
-        run.engine.setSetupExecutable(Sandbox::setupEngine());
-        run.start();
+        scene.engine.setSetupExecutable(scene.sandbox.path(program));
+    const auto retry = [&scene] {
+        scene.sandbox.setScenario("");
+        scene.engine.setSetupExecutable(Sandbox::setupEngine());
+        scene.start();
     };
-    connect(&run.engine, &InstallerEngine::finished, &run.engine, retry, Qt::SingleShotConnection);
-    QVERIFY(run.toTheEnd(2));
+    connect(&scene.engine, &InstallerEngine::finished, this, retry, Qt::SingleShotConnection);
+    QVERIFY(scene.toTheEnd(2));
     const QList<bool> outcomes { false, true };
-    QCOMPARE(run.record.successes, outcomes);
-    QCOMPARE(run.record.told.last(), u"finished"_s);
+    QCOMPARE(scene.record.successes, outcomes);
+    QCOMPARE(scene.record.events.last(), u"finished"_s);
+    if (!program.isEmpty()) {
+        const QString error = processErrorText(scene.sandbox.path(program));
+        QVERIFY(!error.isEmpty());
+        QCOMPARE(scene.record.events.first(), u"failed "_s + error);
+        QCOMPARE(scene.engine.lastLogPath(), QString());
+    }
+}
+
+void TestInstallerEngineFailures::crash_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<double>("lastFraction"); // as the status file had it; 0 if there was none
+    // 24 of 54 steps.
+    QTest::newRow("segmentation fault, half way") << QByteArray("crash = SEGV") << 0.444;
+    QTest::newRow("before the first status")
+        << QByteArray("crash = SEGV\nstage = before-status") << 0.0;
+    QTest::newRow("killed, when all is done") << QByteArray("crash = KILL\nstage = end") << 1.0;
+    QTest::newRow("abort, with 100 %") << QByteArray("crash = ABRT\nprogress = 100") << 1.0;
+}
+
+void TestInstallerEngineFailures::crash()
+{
+    QFETCH(const QByteArray, scenario);
+    QFETCH(const double, lastFraction);
+    EngineScene scene(scenario + "\nmessage-box = Disk full.");
+    scene.sandbox.write(kKeptLog, kOldLog);
+    const QString error = processErrorText(Sandbox::setupEngine());
+    QVERIFY(!error.isEmpty());
+    QVERIFY(scene.toTheEnd());
+    QCOMPARE(scene.record.errors, QStringList { error });
+    QCOMPARE(scene.record.successes, QList<bool> { false });
+    QCOMPARE(scene.record.fractions.isEmpty() ? 0.0 : scene.record.fractions.last(), lastFraction);
+    // There is a log, but it is not kept.
+    QVERIFY(QFile::exists(scene.engine.logFilePath()));
+    QCOMPARE(scene.engine.lastLogPath(), QString());
+    QCOMPARE(scene.keptText(), kOldLog);
+}
+
+// No system of today reports a crash like that, so the test does.
+void TestInstallerEngineFailures::crashWithoutACode()
+{
+    HangingScene scene("log-line = Error 7 of the disk.");
+    Q_EMIT scene.process()->finished(0, QProcess::CrashExit);
+    QCOMPARE(scene.record.successes, QList<bool> { false });
+    const QString error = scene.record.errors.first();
+    QVERIFY2(error.startsWith(u"Setup exited with code 0.  "_s), qPrintable(error));
+    QVERIFY2(error.contains(u"Error 7 of the disk."_s), qPrintable(error));
+}
+
+void TestInstallerEngineFailures::successWithOddReports_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<bool>("isReadAtLast");
+    QTest::addColumn<bool>("isEverRead");
+    const auto row = [](const char *name, const QByteArray &scenario, bool isReadAtLast,
+                        bool isEverRead) {
+        QTest::newRow(name) << scenario << isReadAtLast << isEverRead;
+    };
+    row("nothing written", "finish-at-once = yes", false, false);
+    row("folder instead of a status file", "status-path = directory", false, false);
+    row("FIFO instead of a status file", "status-path = fifo", false, false);
+    row("no status file", "status-path = never", false, false);
+    // The engine waits long enough for a poll before it deletes.
+    row("status file deleted half way", "status-path = deleted\nstall = 2\nstage = half", false,
+        true);
+    row("half of a status file", "status-style = half", true, true);
+    row("progress is no number", "progress = abc", true, true);
+}
+
+void TestInstallerEngineFailures::successWithOddReports()
+{
+    QFETCH(const QByteArray, scenario);
+    QFETCH(const bool, isReadAtLast);
+    QFETCH(const bool, isEverRead);
+    EngineScene scene(scenario);
+    QVERIFY(scene.toTheEnd());
+    QCOMPARE(scene.record.errors, QStringList { QString() });
+    const QStringList end { u"progress 1"_s, u"finished"_s };
+    QCOMPARE(scene.record.events.last(2), end);
+    QCOMPARE(scene.record.events.size() > end.size(), isEverRead);
+    // Without a status file the log is not read either.
+    const QString lastFile = QDir::toNativeSeparators(scene.sandbox.path(u"app/README.txt"_s));
+    QCOMPARE(scene.record.files.contains(lastFile), isReadAtLast);
+    scene.engine.stop();
+    for (const QString &file : scene.sandbox.tempFiles())
+        QVERIFY2(QFileInfo(scene.sandbox.tempFolder() + u'/' + file).isDir(), qPrintable(file));
+}
+
+void TestInstallerEngineFailures::lastReportOfAFailure()
+{
+    EngineScene scene("exit-code = 2\nlog-none = yes\nprogress = 37.5\nfile = /x y/\xC3\xA4 %1.z\n"
+                      "status = <b>Words</b> \xE2\x80\x94 here\n"
+                      "status-style = bom, crlf, blanks, upper-section, no-final-newline");
+    QVERIFY(scene.toTheEnd());
+    const QStringList all { u"progress 0.375"_s, u"file /x y/\u00e4 %1.z"_s,
+                            u"status <b>Words</b> \u2014 here"_s,
+                            u"failed Installation was cancelled."_s };
+    QCOMPARE(scene.record.events, all);
+}
+
+// Nothing of what the engine prints is kept in memory, and a process that it leaves behind with its
+// pipes open is not waited for.
+void TestInstallerEngineFailures::output()
+{
+    EngineScene scene("flood-stdout = 64M\nhold-pipes = 30");
+    const qint64 before = peakMemory();
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(scene.toTheEnd());
+    QVERIFY(clock.elapsed() < 15'000);
+    QCOMPARE(scene.record.errors, QStringList { QString() });
+    if (before < 0)
+        QSKIP("memory cannot be judged");
+    QVERIFY(peakMemory() - before < 8 << 20);
+}
+
+void TestInstallerEngineFailures::detail_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char *name, const QByteArray &scenario, const QString &reason) {
+        QTest::newRow(name) << scenario << reason;
+    };
+    row("message box", "log-line = It failed.\nmessage-box = Disk full.", u"Disk full."_s);
+    row("markers and markup", "message-box = 100 %1 of <b>%2</b> & %L1",
+        u"100 %1 of <b>%2</b> & %L1"_s);
+    row("other scripts", "message-box = Gr\xC3\xB6\xC3\x9F \xE5\x9B\x9E",
+        u"Gr\u00f6\u00df \u56de"_s);
+    row("NUL", "message-box = no" + QByteArray(1, '\0') + "thing", u"nothing"_s);
+    row("last line", "", u"Log closed."_s);
+}
+
+void TestInstallerEngineFailures::detail()
+{
+    QFETCH(const QByteArray, scenario);
+    QFETCH(const QString, reason);
+    EngineScene scene("exit-code = 4\n" + scenario);
+    QVERIFY(scene.toTheEnd());
+    QString error = scene.record.errors.value(0);
+    // A line of the log begins with its time.
+    if (scenario.isEmpty())
+        error.remove(error.indexOf(u"  "_s) + 2, u"2000-01-01 00:00:00.000   "_s.size());
+    QCOMPARE(error, fatalError(reason, scene.keptLog()));
+    QCOMPARE(scene.record.successes, QList<bool> { false });
+    // All was done and reported before; after a failure nothing more comes.
+    QCOMPARE(scene.record.events.last(), u"failed "_s + scene.record.errors.first());
+    QCOMPARE(scene.record.fractions.count(1.0), 1);
+    QCOMPARE(scene.engine.lastLogPath(), scene.keptLog());
+}
+
+void TestInstallerEngineFailures::noReason_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<bool>("isFolderThere");
+    QTest::addColumn<QByteArray>("log"); // null: none
+    const QByteArray none = "log-none = yes";
+    QTest::newRow("no log") << none << false << QByteArray();
+    QTest::newRow("ended too early") << QByteArray("finish-at-once = yes") << false << QByteArray();
+    QTest::newRow("a folder in its place") << none << true << QByteArray();
+    QTest::newRow("empty log") << none << false << QByteArray("");
+    QTest::newRow("log without text")
+        << none << false << QByteArray("\xEF\xBB\xBF\r\n   \r\n2026 Suppressed message box\r\n");
+}
+
+void TestInstallerEngineFailures::noReason()
+{
+    QFETCH(const QByteArray, scenario);
+    QFETCH(const bool, isFolderThere);
+    QFETCH(const QByteArray, log);
+    EngineScene scene("exit-code = 255\n" + scenario);
+    scene.sandbox.write(kKeptLog, kOldLog);
+    scene.start();
+    if (isFolderThere)
+        QVERIFY(QDir().mkpath(scene.engine.logFilePath()));
+    if (!log.isNull())
+        scene.writeLog(log);
+    QVERIFY(scene.record.waitForEnd());
+    const QString kept = QDir::toNativeSeparators(scene.keptLog());
+    const QString detail = log.isNull() ? QString() : u"  Log: "_s + kept;
+    QCOMPARE(scene.record.errors, QStringList { u"Setup exited with code 255."_s + detail });
+    QCOMPARE(scene.engine.lastLogPath(), log.isNull() ? QString() : scene.keptLog());
+    QCOMPARE(scene.keptText(), log.isNull() ? kOldLog : log);
+}
+
+void TestInstallerEngineFailures::keptLog()
+{
+    EngineScene scene("exit-code = 5\nlog-line = something only this log has");
+    scene.sandbox.write(kKeptLog, QByteArray(100'000, 'x'));
+    QVERIFY(scene.toTheEnd(1));
+    QFile log(scene.engine.logFilePath());
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    const QByteArray text = log.readAll();
+    log.close();
+    QVERIFY(text.contains("something only this log has"));
+    QVERIFY(text.contains("Log closed."));
+    QCOMPARE(scene.keptText(), text);
+
+    scene.sandbox.setScenario("exit-code = 4\nlog-line = second run\nmessage-box = two");
+    QVERIFY(scene.toTheEnd(2));
+    QVERIFY(!scene.keptText().contains("something"));
+    QCOMPARE(scene.record.errors.last(), fatalError(u"two"_s, scene.keptLog()));
+
+    // A run that goes well leaves it alone, and so does a removal, which has no log.
+    scene.sandbox.setScenario("");
+    QVERIFY(scene.toTheEnd(3));
+    QVERIFY(scene.record.successes.last());
+    scene.startRemoval();
+    QVERIFY(scene.record.waitForEnd(4));
+    QCOMPARE(scene.record.errors.last(), u"Setup could not start."_s);
+    QVERIFY(scene.keptText().contains("second run"));
+    QCOMPARE(scene.engine.lastLogPath(), scene.keptLog());
+
+    scene.engine.stop();
+    QCOMPARE(scene.engine.lastLogPath(), scene.keptLog());
+    scene.owner.reset();
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList { u"varnel_setup_last.log"_s });
+}
+
+void TestInstallerEngineFailures::somethingInPlaceOfTheKeptLog()
+{
+    EngineScene scene("exit-code = 4\nmessage-box = Full.");
+    QVERIFY(QDir().mkpath(scene.keptLog() + u"/folder"));
+    QVERIFY(scene.toTheEnd());
+    QCOMPARE(scene.record.errors, QStringList { fatalError(u"Full."_s, scene.keptLog()) });
+    QCOMPARE(scene.engine.lastLogPath(), scene.keptLog());
+    QVERIFY(QDir(scene.keptLog()).removeRecursively());
+
+    const QString mine = scene.sandbox.write(u"mine.txt"_s, "mine");
+    std::error_code error;
+    std::filesystem::create_symlink(mine.toStdU16String(), scene.keptLog().toStdU16String(), error);
+    if (error)
+        QSKIP("no links here");
+    QVERIFY(scene.toTheEnd(2));
+    QCOMPARE(scene.sandbox.read(u"mine.txt"_s), "mine");
+    QVERIFY(!QFileInfo(scene.keptLog()).isSymbolicLink());
+    QVERIFY(scene.keptText().contains("Full."));
+}
+
+void TestInstallerEngineFailures::longLog()
+{
+    EngineScene scene("log-size = 48M\nexit-code = 4\nmessage-box = Full.");
+    const qint64 before = peakMemory();
+    QVERIFY(scene.toTheEnd());
+    QCOMPARE(scene.record.errors, QStringList { fatalError(u"Full."_s, scene.keptLog()) });
+    if (before < 0)
+        QSKIP("memory cannot be judged");
+    QVERIFY(peakMemory() - before < 8 << 20);
 }
 
 QTEST_GUILESS_MAIN(TestInstallerEngineFailures)

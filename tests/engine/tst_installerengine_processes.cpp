@@ -1,14 +1,10 @@
 #include "engine/enginescene.h"
 #include "engine/process.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScopeGuard>
-#include <QSemaphore>
 #include <QTest>
-#include <QThread>
 
 #include <chrono>
 #include <memory>
@@ -23,10 +19,9 @@ class TestInstallerEngineProcesses : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void failureEndsAll_data();
     void failureEndsAll();
-    void failedRemovalEndsAll();
     void errorOfALivingProcessEndsAll();
     void successWaitsForTheLastPart();
     void successDoesNotWaitForEver();
@@ -37,12 +32,11 @@ private Q_SLOTS:
     void killThatTakesAMoment();
     void killThatTakesTooLong_data();
     void killThatTakesTooLong();
-    void fileThatIsHeldTooLong();
 };
 
 namespace {
 
-constexpr int kPatience = 20'000; ///< milliseconds
+const QByteArray kSecondProcess = "second-process = 60\n";
 const QStringList kDone { u"second process is done"_s };
 
 /// The number of the engine's second process; 0 as long as there is none.
@@ -55,14 +49,14 @@ qint64 secondProcess(const Sandbox &sandbox)
     return 0;
 }
 
-/// Whether the second process was running when the run was told to have ended.
+/// Whether the second process was running when the run was reported as ended.
 class EndWatch : public QObject
 {
 public:
-    explicit EndWatch(const EngineScene &run)
+    explicit EndWatch(const EngineScene &scene)
     {
-        connect(&run.engine, &InstallerEngine::finished, this, [this, &run] {
-            process = secondProcess(run.sandbox);
+        connect(&scene.engine, &InstallerEngine::finished, this, [this, &scene] {
+            process = secondProcess(scene.sandbox);
             wasRunning = isRunning(process);
         });
     }
@@ -77,17 +71,14 @@ struct Removal : EngineScene
     explicit Removal(double seconds)
         : EngineScene("finish-at-once = yes\nsecond-process = " + QByteArray::number(seconds))
     {
-        const QString uninstaller = sandbox.path(u"unins000.exe"_s);
-        if (!QFile::copy(Sandbox::setupEngine(), uninstaller))
-            qFatal("Cannot make an uninstaller");
-        engine.startUninstall(uninstaller);
-        sandbox.write(u"temp/"_s + QFileInfo(engine.statusFilePath()).fileName(), "progress=50\n");
+        startRemoval();
+        writeStatus("progress=50\n");
     }
 
     [[nodiscard]] bool waitForLastPart() const
     {
-        const auto *process = engine.findChild<QProcess *>();
-        return QTest::qWaitFor([&] { return process->state() == QProcess::NotRunning; }, kPatience);
+        const auto hasEnded = [this] { return process()->state() == QProcess::NotRunning; };
+        return QTest::qWaitFor(hasEnded, kPatience);
     }
     [[nodiscard]] bool waitForSecondProcess() const
     {
@@ -95,141 +86,112 @@ struct Removal : EngineScene
     }
 };
 
-/// An installation that hangs, with the number of its process.
-struct HangingRun : EngineScene
-{
-    explicit HangingRun(const QByteArray &scenario = {})
-        : EngineScene("stall = forever\nstage = half\n" + scenario)
-    {
-        start();
-        const QString status = engine.statusFilePath();
-        if (!QTest::qWaitFor([&] { return QFile::exists(status); }, kPatience))
-            qFatal("The engine does not begin");
-        process = engine.findChild<QProcess *>()->processId();
-    }
-
-    qint64 process = 0;
-};
-
 } // namespace
-
-void TestInstallerEngineProcesses::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
 
 void TestInstallerEngineProcesses::failureEndsAll_data()
 {
     QTest::addColumn<QByteArray>("scenario");
-    QTest::newRow("crash") << QByteArray("crash = KILL");
-    QTest::newRow("crash at the start") << QByteArray("crash = SEGV\nstage = start");
-    QTest::newRow("exit code") << QByteArray("exit-code = 4\nstage = half");
+    QTest::addColumn<bool>("isRemoval");
+    QTest::newRow("crash") << QByteArray("crash = KILL") << false;
+    QTest::newRow("exit code") << QByteArray("exit-code = 4\nstage = half") << false;
+    QTest::newRow("exit code of a removal") << QByteArray() << true;
 }
 
 void TestInstallerEngineProcesses::failureEndsAll()
 {
     QFETCH(const QByteArray, scenario);
-    EngineScene run("second-process = 60\n" + scenario);
-    const EndWatch end(run);
-    QVERIFY(run.toTheEnd());
-    QCOMPARE(run.record.successes, QList<bool> { false });
+    QFETCH(const bool, isRemoval);
+    EngineScene scene(kSecondProcess + scenario);
+    const EndWatch end(scene);
+    if (isRemoval)
+        scene.startRemoval();
+    else
+        scene.start();
+    QVERIFY(scene.record.waitForEnd());
+    QCOMPARE(scene.record.successes, QList<bool> { false });
     QVERIFY(end.process > 0);
     QVERIFY(!end.wasRunning);
-    run.engine.stop();
-    const QStringList left = run.sandbox.tempFiles();
+    scene.engine.stop();
+    const QStringList left = scene.sandbox.tempFiles();
     QVERIFY(left.isEmpty() || left == QStringList { u"varnel_setup_last.log"_s });
-}
-
-void TestInstallerEngineProcesses::failedRemovalEndsAll()
-{
-    EngineScene run("second-process = 60");
-    const EndWatch end(run);
-    const QString uninstaller = run.sandbox.path(u"unins000.exe"_s);
-    QVERIFY(QFile::copy(Sandbox::setupEngine(), uninstaller));
-    run.engine.startUninstall(uninstaller); // there is no list of what to remove
-    QVERIFY(run.record.waitForEnd());
-    QCOMPARE(run.record.errors, QStringList { u"Setup could not start."_s });
-    QVERIFY(end.process > 0);
-    QVERIFY(!end.wasRunning);
 }
 
 // Qt has errors that are no end, though none that this process should ever have.
 void TestInstallerEngineProcesses::errorOfALivingProcessEndsAll()
 {
-    HangingRun run("second-process = 60");
-    const EndWatch end(run);
-    auto *process = run.engine.findChild<QProcess *>();
-    Q_EMIT process->errorOccurred(QProcess::ReadError);
-    QCOMPARE(run.record.errors, QStringList { process->errorString() });
+    HangingScene scene(kSecondProcess);
+    const EndWatch end(scene);
+    Q_EMIT scene.process()->errorOccurred(QProcess::ReadError);
+    QCOMPARE(scene.record.errors, QStringList { scene.process()->errorString() });
     QVERIFY(end.process > 0);
     QVERIFY(!end.wasRunning);
-    QVERIFY(!isRunning(run.process));
-    run.record.settle();
-    QCOMPARE(run.record.successes, QList<bool> { false });
+    QVERIFY(!isRunning(scene.processId));
+    scene.record.settle();
+    QCOMPARE(scene.record.successes, QList<bool> { false });
 }
 
 // An uninstaller's second process removes the first one's executable and then itself.
 void TestInstallerEngineProcesses::successWaitsForTheLastPart()
 {
-    Removal run(0.5);
-    const EndWatch end(run);
-    QVERIFY(run.record.waitForEnd());
-    QCOMPARE(run.record.successes, QList<bool> { true });
+    Removal scene(0.5);
+    const EndWatch end(scene);
+    QVERIFY(scene.record.waitForEnd());
+    QCOMPARE(scene.record.successes, QList<bool> { true });
     QVERIFY(end.process > 0);
     QVERIFY(!end.wasRunning);
-    QCOMPARE(run.sandbox.engineRuns().last(), kDone); // so nobody has killed it
-    QCOMPARE(run.record.statuses, QStringList { u"Second process"_s });
+    QCOMPARE(scene.sandbox.engineRuns().last(), kDone); // so it was not killed
+    QCOMPARE(scene.record.statuses, QStringList { u"Second process"_s });
     const QStringList last { u"progress 1"_s, u"finished"_s };
-    QCOMPARE(run.record.told.last(2), last);
+    QCOMPARE(scene.record.events.last(2), last);
 }
 
-// Nor is it killed then: it may be a program that setup has left there on purpose.
+// Nor is it killed then: it may be a program that setup has left running on purpose.
 void TestInstallerEngineProcesses::successDoesNotWaitForEver()
 {
-    Removal run(8);
-    const EndWatch end(run);
-    QVERIFY(run.record.waitForEnd());
-    QCOMPARE(run.record.successes, QList<bool> { true });
+    Removal scene(8);
+    const EndWatch end(scene);
+    QVERIFY(scene.record.waitForEnd());
+    QCOMPARE(scene.record.successes, QList<bool> { true });
     QVERIFY(end.wasRunning);
-    run.engine.stop();
+    scene.engine.stop();
     QVERIFY(isRunning(end.process));
-    QVERIFY(run.waitForSecondProcess());
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
-    QCOMPARE(run.record.successes, QList<bool> { true });
+    QVERIFY(scene.waitForSecondProcess());
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
+    QCOMPARE(scene.record.successes, QList<bool> { true });
 }
 
 void TestInstallerEngineProcesses::stopEndsAll()
 {
-    HangingRun run("second-process = 60");
-    const qint64 second = secondProcess(run.sandbox);
+    HangingScene scene(kSecondProcess);
+    const qint64 second = secondProcess(scene.sandbox);
     QVERIFY(isRunning(second));
-    run.engine.stop();
-    QVERIFY(!isRunning(run.process));
+    scene.engine.stop();
+    QVERIFY(!isRunning(scene.processId));
     QVERIFY(!isRunning(second));
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
 }
 
 void TestInstallerEngineProcesses::stopWaitsForTheLastPart()
 {
-    Removal run(1);
-    QVERIFY(run.waitForLastPart());
-    run.record.told.clear();
-    run.engine.stop();
-    QVERIFY(!isRunning(secondProcess(run.sandbox)));
-    QCOMPARE(run.sandbox.engineRuns().last(), kDone); // so nobody has killed it
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
-    run.record.settle();
-    QCOMPARE(run.record.told, QStringList());
+    Removal scene(1);
+    QVERIFY(scene.waitForLastPart());
+    scene.record.events.clear();
+    scene.engine.stop();
+    QVERIFY(!isRunning(secondProcess(scene.sandbox)));
+    QCOMPARE(scene.sandbox.engineRuns().last(), kDone); // so it was not killed
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
+    scene.record.settle();
+    QCOMPARE(scene.record.events, QStringList());
 }
 
 void TestInstallerEngineProcesses::stopDoesNotWaitForEver()
 {
-    Removal run(8);
-    QVERIFY(run.waitForLastPart());
-    run.engine.stop();
-    QVERIFY(isRunning(secondProcess(run.sandbox)));
-    QVERIFY(run.waitForSecondProcess());
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
+    Removal scene(8);
+    QVERIFY(scene.waitForLastPart());
+    scene.engine.stop();
+    QVERIFY(isRunning(secondProcess(scene.sandbox)));
+    QVERIFY(scene.waitForSecondProcess());
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
 }
 
 void TestInstallerEngineProcesses::killThatTakesAMoment_data()
@@ -242,16 +204,16 @@ void TestInstallerEngineProcesses::killThatTakesAMoment_data()
 void TestInstallerEngineProcesses::killThatTakesAMoment()
 {
     if (!LateKill::isPossible())
-        QSKIP("Here everybody dies at once");
+        QSKIP("Here a kill cannot be delayed");
     QFETCH(const bool, isFailure);
-    HangingRun run("second-process = 60");
+    HangingScene scene(kSecondProcess);
     const LateKill lateKill(300ms);
     if (isFailure)
-        Q_EMIT run.engine.findChild<QProcess *>()->errorOccurred(QProcess::ReadError);
+        Q_EMIT scene.process()->errorOccurred(QProcess::ReadError);
     else
-        run.engine.stop();
-    QVERIFY(!isRunning(run.process));
-    QVERIFY(!isRunning(secondProcess(run.sandbox)));
+        scene.engine.stop();
+    QVERIFY(!isRunning(scene.processId));
+    QVERIFY(!isRunning(secondProcess(scene.sandbox)));
 }
 
 void TestInstallerEngineProcesses::killThatTakesTooLong_data()
@@ -266,40 +228,21 @@ void TestInstallerEngineProcesses::killThatTakesTooLong_data()
 void TestInstallerEngineProcesses::killThatTakesTooLong()
 {
     if (!LateKill::isPossible())
-        QSKIP("Here everybody dies at once");
+        QSKIP("Here a kill cannot be delayed");
     QFETCH(const QByteArray, end);
-    auto run = std::make_unique<HangingRun>();
-    const qint64 process = run->process;
+    HangingScene scene;
+    const qint64 process = scene.processId;
     const auto cleanUp = qScopeGuard([&] { endProcess(process); });
     const LateKill lateKill(10s);
     if (end == "failure")
-        Q_EMIT run->engine.findChild<QProcess *>()->errorOccurred(QProcess::ReadError);
+        Q_EMIT scene.process()->errorOccurred(QProcess::ReadError);
     else if (end == "stop")
-        run->engine.stop();
+        scene.engine.stop();
     else
-        run.reset();
+        scene.owner.reset();
     QVERIFY(isRunning(process));
     endProcess(process);
     QTRY_VERIFY_WITH_TIMEOUT(!processExists(process), kPatience);
-}
-
-void TestInstallerEngineProcesses::fileThatIsHeldTooLong()
-{
-    if (!HeldFile::isPossible())
-        QSKIP("Here a file that somebody holds can be removed");
-    HangingRun run;
-    auto hold = std::make_unique<HeldFile>(run.engine.logFilePath());
-    QSemaphore isStopped;
-    bool wasStopped = false;
-    const std::unique_ptr<QThread> holder(QThread::create([&] {
-        wasStopped = isStopped.tryAcquire(1, 10'000);
-        hold.reset();
-    }));
-    holder->start();
-    run.engine.stop();
-    isStopped.release();
-    QVERIFY(holder->wait());
-    QVERIFY(wasStopped);
 }
 
 QTEST_GUILESS_MAIN(TestInstallerEngineProcesses)

@@ -1,245 +1,144 @@
 #include "engine/enginescene.h"
-#include "engine/installerengine.h"
 #include "engine/process.h"
-#include "support/sandbox.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSemaphore>
 #include <QTest>
 #include <QThread>
 
-#include <memory>
-
 using namespace Qt::Literals::StringLiterals;
 
-// Runs that are cut short, from outside and from within the engine's own signals.
+// Runs that are stopped or replaced, from outside and from within the engine's own signals.
 class TestInstallerEngineStop : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void stop_data();
-    void stop();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void hangingRun_data();
+    void hangingRun();
     void stopRightAfterTheStart();
-    void logThatIsHeldForAMoment();
-    void stopTwice();
     void stopAfterTheEnd();
-    void runAfterAStop();
-    void destruction_data();
-    void destruction();
-    void destructionWithoutARun();
-    void newRunEndsTheOldOne();
-    void missingUninstallerAfterAnEndedRun();
+    void heldLog_data();
+    void heldLog();
     void stopFromASignal_data();
     void stopFromASignal();
-    void stopFromTheLastPoll();
-    void newRunFromTheLastPoll();
-    void stopAtAHundredPercent();
-    void newRunAtAHundredPercent();
+    void stopFromTheLastPollOfAFailure();
+    void answerToTheLastSignals_data();
+    void answerToTheLastSignals();
 };
 
-namespace {
-
-constexpr int kLongestStop = 2000; ///< milliseconds
-constexpr int kPatience = 10'000;
-
-/// A run with a child process that is really there and that would stay for ever.
-class EndlessRun
-{
-public:
-    explicit EndlessRun(const QByteArray &scenario = {})
-    {
-        sandbox.setScenario("stall = forever\n" + scenario);
-        engine->setSetupExecutable(Sandbox::setupEngine());
-        engine->startInstall(sandbox.path(u"app"_s), {});
-    }
-
-    /// Waits until the process does what it was told, and returns its number.
-    [[nodiscard]] qint64 processId() const
-    {
-        const auto isUnderWay = [this] {
-            return QFile::exists(engine->logFilePath()) && QFile::exists(engine->statusFilePath());
-        };
-        const auto *process = engine->findChild<QProcess *>();
-        return process && QTest::qWaitFor(isUnderWay, kPatience) ? process->processId() : 0;
-    }
-
-    Sandbox sandbox;
-    std::unique_ptr<InstallerEngine> engine = std::make_unique<InstallerEngine>();
-    EngineRecord record { *engine };
-};
-
-} // namespace
-
-void TestInstallerEngineStop::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
-
-void TestInstallerEngineStop::stop_data()
+void TestInstallerEngineStop::hangingRun_data()
 {
     QTest::addColumn<QByteArray>("scenario");
-    QTest::newRow("waiting") << QByteArray();
-    QTest::newRow("deaf to requests") << QByteArray("ignore-termination = yes");
-    QTest::newRow("with a child that holds the pipes") << QByteArray("hold-pipes = 5");
+    QTest::addColumn<QByteArray>("end");
+    QTest::newRow("stop") << QByteArray() << QByteArray("stop");
+    QTest::newRow("stop, ignores requests to end")
+        << QByteArray("ignore-termination = yes") << QByteArray("stop");
+    QTest::newRow("stop, with a child that holds the pipes")
+        << QByteArray("hold-pipes = 5") << QByteArray("stop");
+    QTest::newRow("destruction") << QByteArray("ignore-termination = yes")
+                                 << QByteArray("destruction");
+    QTest::newRow("new run") << QByteArray() << QByteArray("new run");
 }
 
-void TestInstallerEngineStop::stop()
+void TestInstallerEngineStop::hangingRun()
 {
     QFETCH(const QByteArray, scenario);
-    EndlessRun run(scenario);
-    const qint64 processId = run.processId();
-    QVERIFY(processId > 0);
-    QVERIFY(processExists(processId));
-    run.record.told.clear();
+    QFETCH(const QByteArray, end);
+    HangingScene scene(scenario);
+    QVERIFY(processExists(scene.processId));
+    QCOMPARE(scene.sandbox.tempFiles().size(), 2);
+    const QString status = scene.engine.statusFilePath();
+    scene.record.events.clear();
+    scene.sandbox.setScenario("");
 
     QElapsedTimer clock;
     clock.start();
-    run.engine->stop();
-    QVERIFY(clock.elapsed() < kLongestStop);
-    QVERIFY(!processExists(processId));
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
-    QCOMPARE(run.engine->statusFilePath(), QString());
-    QCOMPARE(run.engine->logFilePath(), QString());
-    run.record.settle();
-    QCOMPARE(run.record.told, QStringList());
-    QTRY_VERIFY_WITH_TIMEOUT(run.engine->findChildren<QProcess *>().isEmpty(), kPatience);
+    if (end == "stop")
+        scene.engine.stop();
+    else if (end == "destruction")
+        scene.owner.reset();
+    else
+        scene.start();
+    QVERIFY(clock.elapsed() < 2000);
+    QVERIFY(!processExists(scene.processId));
+    QVERIFY(!QFile::exists(status));
+    QCOMPARE(scene.record.events, QStringList());
+    if (end == "destruction") {
+        QCOMPARE(scene.sandbox.tempFiles(), QStringList());
+    } else if (end == "stop") {
+        QCOMPARE(scene.sandbox.tempFiles(), QStringList());
+        QCOMPARE(scene.engine.statusFilePath(), QString());
+        QCOMPARE(scene.engine.logFilePath(), QString());
+        scene.record.settle();
+        QCOMPARE(scene.record.events, QStringList());
+        QTRY_VERIFY(scene.engine.findChildren<QObject *>().isEmpty());
+    } else {
+        QVERIFY(scene.record.waitForEnd());
+        scene.record.settle();
+        QCOMPARE(scene.record.successes, QList<bool> { true });
+        QCOMPARE(scene.sandbox.tempFiles().size(), 2);
+    }
 }
 
 void TestInstallerEngineStop::stopRightAfterTheStart()
 {
-    EndlessRun run;
-    run.engine->stop();
-    run.record.settle();
-    QCOMPARE(run.record.told, QStringList());
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
-}
-
-// As by the engine's second process, which is killed too but not waited for.
-void TestInstallerEngineStop::logThatIsHeldForAMoment()
-{
-    if (!HeldFile::isPossible())
-        QSKIP("Here a file that somebody holds can be removed");
-    EndlessRun run;
-    QVERIFY(run.processId() > 0);
-    auto hold = std::make_unique<HeldFile>(run.engine->logFilePath());
-    const std::unique_ptr<QThread> holder(QThread::create([&] {
-        QThread::msleep(300);
-        hold.reset();
-    }));
-    holder->start();
-    run.engine->stop();
-    QVERIFY(holder->wait());
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
-}
-
-void TestInstallerEngineStop::stopTwice()
-{
-    EndlessRun run;
-    QVERIFY(run.processId() > 0);
-    run.engine->stop();
-    run.engine->stop();
-    run.engine->poll();
-    run.record.settle();
-    QVERIFY(run.record.successes.isEmpty());
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
+    EngineScene scene("stall = forever");
+    scene.start();
+    scene.engine.stop();
+    scene.engine.stop();
+    scene.engine.poll();
+    scene.record.settle();
+    QCOMPARE(scene.record.events, QStringList());
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
 }
 
 void TestInstallerEngineStop::stopAfterTheEnd()
 {
-    const Sandbox sandbox;
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QVERIFY(record.waitForEnd());
-    QCOMPARE(sandbox.tempFiles().size(), 2);
-    engine.stop();
-    QCOMPARE(sandbox.tempFiles(), QStringList());
-    QCOMPARE(engine.statusFilePath(), QString());
-    QCOMPARE(engine.logFilePath(), QString());
-    record.settle();
-    QCOMPARE(record.successes, QList<bool> { true });
+    EngineScene scene;
+    QVERIFY(scene.toTheEnd());
+    QCOMPARE(scene.sandbox.tempFiles().size(), 2);
+    scene.engine.stop();
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
+    QCOMPARE(scene.engine.statusFilePath(), QString());
+    QCOMPARE(scene.engine.logFilePath(), QString());
+    QVERIFY(scene.toTheEnd(2));
+    const QList<bool> bothWell { true, true };
+    QCOMPARE(scene.record.successes, bothWell);
 }
 
-void TestInstallerEngineStop::runAfterAStop()
+void TestInstallerEngineStop::heldLog_data()
 {
-    EndlessRun run;
-    QVERIFY(run.processId() > 0);
-    run.engine->stop();
-    run.sandbox.setScenario("");
-    run.engine->startInstall(run.sandbox.path(u"app"_s), {});
-    QVERIFY(run.record.waitForEnd());
-    run.record.settle();
-    QCOMPARE(run.record.successes, QList<bool> { true });
+    QTest::addColumn<int>("milliseconds");
+    QTest::newRow("for a moment") << 300;
+    QTest::newRow("too long") << 10'000;
 }
 
-void TestInstallerEngineStop::destruction_data()
+// As by the engine's second process, which is killed too. The window must not hang with it.
+void TestInstallerEngineStop::heldLog()
 {
-    stop_data();
-}
-
-void TestInstallerEngineStop::destruction()
-{
-    QFETCH(const QByteArray, scenario);
-    EndlessRun run(scenario);
-    const qint64 processId = run.processId();
-    QVERIFY(processId > 0);
-    QCOMPARE(run.sandbox.tempFiles().size(), 2);
-    run.record.told.clear();
-
-    QElapsedTimer clock;
-    clock.start();
-    run.engine.reset();
-    QVERIFY(clock.elapsed() < kLongestStop);
-    QVERIFY(!processExists(processId));
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
-    QCOMPARE(run.record.told, QStringList());
-}
-
-void TestInstallerEngineStop::destructionWithoutARun()
-{
-    const Sandbox sandbox;
-    {
-        InstallerEngine engine;
-        engine.startInstall(sandbox.path(u"app"_s), {});
-        engine.startUninstall(sandbox.path(u"missing.exe"_s));
-    }
-    QCOMPARE(sandbox.tempFiles(), QStringList());
-}
-
-void TestInstallerEngineStop::newRunEndsTheOldOne()
-{
-    EndlessRun run;
-    const qint64 processId = run.processId();
-    QVERIFY(processId > 0);
-    run.record.told.clear();
-    run.sandbox.setScenario("");
-    run.engine->startInstall(run.sandbox.path(u"app"_s), {});
-    QVERIFY(!processExists(processId));
-    QCOMPARE(run.record.told, QStringList());
-    QVERIFY(run.record.waitForEnd());
-    run.record.settle();
-    QCOMPARE(run.record.successes, QList<bool> { true });
-    QCOMPARE(run.sandbox.tempFiles().size(), 2);
-}
-
-void TestInstallerEngineStop::missingUninstallerAfterAnEndedRun()
-{
-    const Sandbox sandbox;
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QVERIFY(record.waitForEnd());
-    const QStringList before = sandbox.tempFiles();
-    engine.startUninstall(sandbox.path(u"missing.exe"_s));
-    QCOMPARE(record.errors.last(), u"The uninstaller could not be found."_s);
-    QCOMPARE(sandbox.tempFiles(), before);
-    QVERIFY(!engine.logFilePath().isEmpty());
+    if (!HeldFile::isPossible())
+        QSKIP("Here a file that a process has open can be removed");
+    QFETCH(const int, milliseconds);
+    const bool isTooLong = milliseconds > 2000;
+    HangingScene scene;
+    auto hold = std::make_unique<HeldFile>(scene.engine.logFilePath());
+    QSemaphore isStopped;
+    bool wasStopped = false;
+    const std::unique_ptr<QThread> holder(QThread::create([&] {
+        wasStopped = isStopped.tryAcquire(1, milliseconds);
+        hold.reset();
+    }));
+    holder->start();
+    scene.engine.stop();
+    isStopped.release();
+    QVERIFY(holder->wait());
+    QCOMPARE(wasStopped, isTooLong);
+    QCOMPARE(scene.sandbox.tempFiles().isEmpty(), !isTooLong);
 }
 
 void TestInstallerEngineStop::stopFromASignal_data()
@@ -251,95 +150,92 @@ void TestInstallerEngineStop::stopFromASignal_data()
     QTest::newRow("file of the log") << u"file b"_s;
 }
 
-// A stopped run has nothing more to say, be it in the middle of a poll.
+// A stopped run emits nothing more, even if it is stopped in the middle of a poll.
 void TestInstallerEngineStop::stopFromASignal()
 {
     QFETCH(const QString, signal);
-    EndlessRun run("stage = start\nlog-none = yes");
-    const QString status = u"temp/"_s + QFileInfo(run.engine->statusFilePath()).fileName();
-    run.sandbox.write(status, "progress=25\nfile=a\nstatus=c\n");
-    run.sandbox.write(status + u".log", "x   Dest filename: b\r\n");
-    const auto stopAtSignal = [&run, &signal] {
-        if (run.record.told.last() == signal)
-            run.engine->stop();
+    EngineScene scene("stall = forever\nstage = start\nlog-none = yes");
+    scene.start();
+    scene.writeStatus("progress=25\nfile=a\nstatus=c\n");
+    scene.writeLog("x   Dest filename: b\r\n");
+    const auto stopAtSignal = [&scene, &signal] {
+        if (scene.record.events.last() == signal)
+            scene.engine.stop();
     };
-    connect(run.engine.get(), &InstallerEngine::progress, this, stopAtSignal);
-    connect(run.engine.get(), &InstallerEngine::currentFile, this, stopAtSignal);
-    connect(run.engine.get(), &InstallerEngine::statusChanged, this, stopAtSignal);
-    run.engine->poll();
-    QCOMPARE(run.record.told.last(), signal);
-    run.record.settle();
-    QCOMPARE(run.record.told.last(), signal);
-    QCOMPARE(run.sandbox.tempFiles(), QStringList());
+    connect(&scene.engine, &InstallerEngine::progress, this, stopAtSignal);
+    connect(&scene.engine, &InstallerEngine::currentFile, this, stopAtSignal);
+    connect(&scene.engine, &InstallerEngine::statusChanged, this, stopAtSignal);
+    scene.engine.poll();
+    QCOMPARE(scene.record.events.last(), signal);
+    scene.record.settle();
+    QCOMPARE(scene.record.events.last(), signal);
+    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
 }
 
-void TestInstallerEngineStop::stopFromTheLastPoll()
+// The process says itself here that it has ended, so that no poll comes before the last one.
+void TestInstallerEngineStop::stopFromTheLastPollOfAFailure()
 {
-    Sandbox sandbox;
-    sandbox.setScenario("files = 1\nlog-none = yes\nprogress = 25\nfile = a\nstatus = b");
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    connect(&engine, &InstallerEngine::statusChanged, &engine, &InstallerEngine::stop);
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QTRY_VERIFY_WITH_TIMEOUT(!record.statuses.isEmpty(), kPatience);
-    record.settle();
-    QCOMPARE(record.told.last(), u"status b"_s);
-    QVERIFY(record.successes.isEmpty());
-}
-
-void TestInstallerEngineStop::newRunFromTheLastPoll()
-{
-    Sandbox sandbox;
-    sandbox.setScenario("files = 1\nlog-none = yes\nprogress = 25\nstatus = first run");
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    const QString folder = sandbox.path(u"app"_s);
-    const auto startAnother = [&] {
-        sandbox.setScenario("files = 1\nlog-none = yes\nexit-code = 2");
-        engine.startInstall(folder, {});
+    EngineScene scene("stall = forever\nstage = start\nlog-none = yes");
+    scene.start();
+    scene.writeStatus("status=last words\n");
+    QProcess *process = scene.process();
+    const QString log = u"temp/"_s + QFileInfo(scene.engine.logFilePath()).fileName();
+    const auto stop = [&] {
+        scene.engine.stop();
+        scene.sandbox.write(log, "As where it cannot be removed\n");
     };
-    connect(&engine, &InstallerEngine::statusChanged, this, startAnother, Qt::SingleShotConnection);
-    engine.startInstall(folder, {});
-    // The first run is cut short, so the second one's outcome is the only one.
-    QVERIFY(record.waitForEnd());
-    record.settle();
-    QCOMPARE(record.errors, QStringList { u"Installation was cancelled."_s });
+    connect(&scene.engine, &InstallerEngine::statusChanged, this, stop);
+    Q_EMIT process->finished(4, QProcess::NormalExit);
+    scene.record.settle();
+    QCOMPARE(scene.record.events, QStringList { u"status last words"_s });
+    QCOMPARE(scene.engine.lastLogPath(), QString());
+    QVERIFY(!QFile::exists(scene.keptLog()));
 }
 
-void TestInstallerEngineStop::stopAtAHundredPercent()
+void TestInstallerEngineStop::answerToTheLastSignals_data()
 {
-    Sandbox sandbox;
-    sandbox.setScenario("finish-at-once = yes");
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    connect(&engine, &InstallerEngine::progress, &engine, &InstallerEngine::stop);
-    engine.startInstall(sandbox.path(u"app"_s), {});
-    QTRY_VERIFY_WITH_TIMEOUT(!record.told.isEmpty(), kPatience);
-    record.settle();
-    QCOMPARE(record.told, QStringList { u"progress 1"_s });
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<QString>("lastSignal");
+    QTest::addColumn<bool>("isRestart");
+    for (const bool isRestart : { false, true }) {
+        const char *const answer = isRestart ? "new run" : "stop";
+        QTest::addRow("%s from the last poll", answer)
+            << QByteArray("files = 1\nlog-none = yes\nprogress = 25\nstatus = last words")
+            << u"status last words"_s << isRestart;
+        QTest::addRow("%s at a hundred percent", answer)
+            << QByteArray("finish-at-once = yes") << u"progress 1"_s << isRestart;
+    }
 }
 
-void TestInstallerEngineStop::newRunAtAHundredPercent()
+void TestInstallerEngineStop::answerToTheLastSignals()
 {
-    Sandbox sandbox;
-    sandbox.setScenario("finish-at-once = yes");
-    InstallerEngine engine;
-    EngineRecord record(engine);
-    engine.setSetupExecutable(Sandbox::setupEngine());
-    const QString folder = sandbox.path(u"app"_s);
-    const auto startAnother = [&] {
-        sandbox.setScenario("finish-at-once = yes\nexit-code = 2");
-        engine.startInstall(folder, {});
+    QFETCH(const QByteArray, scenario);
+    QFETCH(const QString, lastSignal);
+    QFETCH(const bool, isRestart);
+    EngineScene scene(scenario);
+    bool isAnswered = false;
+    const auto answer = [&] {
+        if (isAnswered || scene.record.events.last() != lastSignal)
+            return;
+        isAnswered = true;
+        scene.sandbox.setScenario("finish-at-once = yes\nexit-code = 2");
+        if (isRestart)
+            scene.start();
+        else
+            scene.engine.stop();
     };
-    connect(&engine, &InstallerEngine::progress, this, startAnother, Qt::SingleShotConnection);
-    engine.startInstall(folder, {});
-    QVERIFY(record.waitForEnd());
-    record.settle();
-    const QStringList all { u"progress 1"_s, u"failed Installation was cancelled."_s };
-    QCOMPARE(record.told, all);
+    connect(&scene.engine, &InstallerEngine::statusChanged, this, answer);
+    connect(&scene.engine, &InstallerEngine::progress, this, answer);
+    scene.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isAnswered, kPatience);
+    if (isRestart)
+        QVERIFY(scene.record.waitForEnd());
+    scene.record.settle();
+    QStringList last { lastSignal };
+    if (isRestart)
+        last << u"failed Installation was cancelled."_s;
+    QCOMPARE(scene.record.events.last(last.size()), last);
+    QCOMPARE(scene.record.successes.size(), int(isRestart));
 }
 
 QTEST_GUILESS_MAIN(TestInstallerEngineStop)
