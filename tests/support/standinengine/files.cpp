@@ -1,68 +1,50 @@
 #include "files.h"
 
-#include <cerrno>
-#include <fstream>
-#include <iterator>
-#include <system_error>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
-namespace fs = std::filesystem;
+using namespace Qt::Literals::StringLiterals;
 
-namespace standin {
-
-fs::path toPath(std::string_view utf8)
+void failOn(const QString &action, const QString &path, const QString &reason)
 {
-    return fs::path(std::u8string(utf8.begin(), utf8.end()));
+    throw FileError { u"Setup was unable to "_s % action % u" \""_s % QDir::toNativeSeparators(path)
+                      % u"\": "_s % reason % u'.' };
 }
 
-std::string toUtf8(const fs::path &path)
+std::optional<QByteArray> readFile(const QString &file)
 {
-    const std::u8string text = fs::path(path).make_preferred().u8string();
-    return std::string(text.begin(), text.end());
-}
-
-std::optional<std::string> readFile(const fs::path &file)
-{
-    std::error_code error;
-    if (!fs::is_regular_file(file, error))
+    QFile input(file);
+    if (!QFileInfo(file).isFile() || !input.open(QIODevice::ReadOnly))
         return {};
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        return {};
-    return std::string(std::istreambuf_iterator<char>(stream), {});
+    return input.readAll();
 }
 
-void writeFile(const fs::path &file, std::string_view content)
+void writeFile(const QString &file, const QByteArray &content)
 {
-    errno = 0;
-    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
-    stream.write(content.data(), static_cast<std::streamsize>(content.size()));
-    stream.close();
-    if (!stream) {
-        const int code = errno != 0 ? errno : EIO;
-        throw FileError("Setup was unable to write the file \"" + toUtf8(file)
-                        + "\": " + std::generic_category().message(code) + ".");
-    }
+    QFile output(file);
+    if (!output.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+        || output.write(content) != content.size())
+        failOn(u"write the file"_s, file, output.errorString());
 }
 
-void replaceFile(const fs::path &file, std::string_view content)
+void copyFile(const QString &from, const QString &to)
 {
-    fs::path draft = file;
-    draft += ".new";
-    writeFile(draft, content);
-    std::error_code error;
-    fs::rename(draft, file, error);
-    if (error) {
-        throw FileError("Setup was unable to replace the file \"" + toUtf8(file)
-                        + "\": " + error.message() + ".");
-    }
+    QFile::remove(to);
+    if (QFile source(from); !source.copy(to))
+        failOn(u"write the file"_s, to, source.errorString());
 }
 
-void appendLine(const fs::path &file, std::string_view line)
+void makeExecutable(const QString &file)
+{
+    QFile::setPermissions(
+        file, QFile::permissions(file) | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);
+}
+
+void appendLine(const QString &file, const QByteArray &line)
 {
     // One write for the whole line, so that two processes never mix theirs.
-    const std::string whole = std::string(line) + '\n';
-    std::ofstream stream(file, std::ios::binary | std::ios::app);
-    stream.write(whole.data(), static_cast<std::streamsize>(whole.size()));
+    QFile output(file);
+    if (output.open(QIODevice::Append | QIODevice::Unbuffered))
+        output.write(line + '\n');
 }
-
-} // namespace standin

@@ -1,36 +1,32 @@
 #pragma once
 
-#include <filesystem>
+#include <QByteArray>
+#include <QString>
+
 #include <optional>
-#include <stdexcept>
-#include <string>
-#include <string_view>
 
-/// Files by UTF-8 name. Paths travel as UTF-8 text everywhere outside std::filesystem, because the
-/// status file, the log and the registry file are UTF-8 on every system.
-namespace standin {
-
-/// Something on disk that could not be made; what() is a sentence for a message box.
-struct FileError : std::runtime_error
+/// Something on disk that could not be made. It ends the run.
+struct FileError
 {
-    using std::runtime_error::runtime_error;
+    enum ExitCode { PreparingFailed = 3, CancelledDuringSetup = 5 };
+
+    QString text; ///< A sentence for a message box.
+    ExitCode exitCode = CancelledDuringSetup;
 };
 
-[[nodiscard]] std::filesystem::path toPath(std::string_view utf8);
-
-/// With the separators of the system.
-[[nodiscard]] std::string toUtf8(const std::filesystem::path &path);
+/// Throws "Setup was unable to <do something with> "<path>": <reason>."
+[[noreturn]] void failOn(const QString &action, const QString &path, const QString &reason);
 
 /// Nothing if the file is not there or cannot be read.
-[[nodiscard]] std::optional<std::string> readFile(const std::filesystem::path &file);
+[[nodiscard]] std::optional<QByteArray> readFile(const QString &file);
 
 /// Creates or overwrites in place. Throws FileError.
-void writeFile(const std::filesystem::path &file, std::string_view content);
+void writeFile(const QString &file, const QByteArray &content);
 
-/// Puts the whole content there or leaves the old file alone. Throws FileError.
-void replaceFile(const std::filesystem::path &file, std::string_view content);
+/// Copies over what is there. Throws FileError.
+void copyFile(const QString &from, const QString &to);
+
+void makeExecutable(const QString &file);
 
 /// Failure is silent: used for what tests read, never for what is installed.
-void appendLine(const std::filesystem::path &file, std::string_view line);
-
-} // namespace standin
+void appendLine(const QString &file, const QByteArray &line);

@@ -1,109 +1,99 @@
-#include "exitcodes.h"
 #include "files.h"
-#include "installrun.h"
-#include "json.h"
-#include "options.h"
 #include "platform.h"
-#include "scenario.h"
-#include "session.h"
-#include "text.h"
-#include "uninstallrun.h"
+#include "runs.h"
 
-#include <chrono>
+#include "product/product.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+
 #include <cstdio>
-#include <exception>
-#include <fstream>
-#include <span>
-#include <string>
 #include <thread>
-#include <vector>
 
-namespace fs = std::filesystem;
-using namespace standin;
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// One program, three parts to play: what it was copied as decides.
-enum class Role { Setup, Uninstaller, Application };
+/// Not a setup's code: the scenario could not be read, and a test would wait for nothing.
+constexpr int kBadScenario = 64;
 
-Role roleOf(const fs::path &executable)
+/// The program's part when it was copied as the installed application, which is so on Windows.
+int recordLaunch()
 {
-    const std::string name = lower(toUtf8(executable.stem()));
-    if (name.starts_with("unins000"))
-        return Role::Uninstaller;
-    return name == "varnelsolutions" ? Role::Application : Role::Setup;
+    QStringList parts = QCoreApplication::arguments();
+    parts.insert(1, QDir::toNativeSeparators(QDir::currentPath()));
+    const QString file = qEnvironmentVariable("VARNEL_LAUNCH_RECORD");
+    if (!file.isEmpty())
+        appendLine(file, parts.join(u'\t').toUtf8());
+    return 0;
 }
 
-void recordLaunch(const std::vector<std::string> &arguments)
+void record(const Scenario &scenario, const QStringList &texts)
 {
-    std::string line = arguments.front() + '\t' + toUtf8(fs::current_path());
-    for (const std::string &argument : std::span(arguments).subspan(1))
-        line += '\t' + argument;
-    const std::string file = platform::environment("VARNEL_LAUNCH_RECORD");
-    if (!file.empty())
-        appendLine(toPath(file), line);
-}
-
-void record(const Scenario &scenario, const std::vector<std::string> &texts)
-{
-    std::string line;
-    for (const std::string &text : texts)
-        line += (line.empty() ? '[' : ',') + json::quoted(text);
-    for (const fs::path &file : scenario.records)
-        appendLine(file, line + ']');
+    const QByteArray line =
+        QJsonDocument(QJsonArray::fromStringList(texts)).toJson(QJsonDocument::Compact);
+    for (const QString &file : scenario.records)
+        appendLine(file, line);
 }
 
 /// Reports as a setup does that works in a process of its own: it keeps the log open and rewrites
 /// the status file. What is not there it does not make.
 int runSecondProcess(const Options &options, const Scenario &scenario)
 {
-    using std::chrono::steady_clock;
-    constexpr auto kExisting = std::ios::in | std::ios::out | std::ios::binary;
-    constexpr std::string_view kReport = "status=Second process\n";
-    const fs::path status = toPath(options.statusFile);
-    std::fstream log(toPath(options.logFile), kExisting | std::ios::ate);
-    const auto end = steady_clock::now() + *scenario.secondProcess;
-    for (int i = 0; steady_clock::now() < end; ++i) {
+    constexpr auto kExisting =
+        QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered;
+    const QByteArray report = "status=Second process\n";
+    const QString statusFile = options.values[u"statusfile"_s];
+    QFile log(options.values[u"log"_s]);
+    const bool hasLog = QFile::exists(log.fileName()) && log.open(kExisting | QIODevice::Append);
+    const QDeadlineTimer end(*scenario.secondProcess);
+    for (int i = 0; !end.hasExpired(); ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        log << "Dest filename: second process " << i << std::endl;
-        if (std::fstream(status, kExisting) << kReport) {
-            std::error_code ignored;
-            fs::resize_file(status, kReport.size(), ignored);
+        if (hasLog)
+            log.write("Dest filename: second process " + QByteArray::number(i) + '\n');
+        QFile status(statusFile);
+        if (QFile::exists(statusFile) && status.open(kExisting)) {
+            status.write(report);
+            status.resize(report.size());
         }
     }
-    record(scenario, { "second process is done" });
-    return exitcode::kSuccess;
+    record(scenario, { u"second process is done"_s });
+    return 0;
 }
 
-int runEngine(Role role, const fs::path &executable, const std::vector<std::string> &arguments)
+int runEngine(bool isUninstaller)
 {
-    Options options = parseOptions(std::span(arguments).subspan(1));
-    Scenario scenario = findScenario(options.scenarioFile, executable);
+    const QStringList arguments = QCoreApplication::arguments();
+    const Options options(arguments.sliced(1));
+    const Scenario scenario = findScenario(options.values[u"scenario"_s]);
     if (scenario.holdPipes && platform::splitOff("hold-pipes") == 0) {
         std::this_thread::sleep_for(*scenario.holdPipes);
-        return exitcode::kSuccess;
+        return 0;
     }
     if (scenario.secondProcess) {
-        const long long process = platform::splitOff("second-process");
+        const qint64 process = platform::splitOff("second-process");
         if (process == 0)
             return runSecondProcess(options, scenario);
-        record(scenario, { "second process", std::to_string(process) });
+        record(scenario, { u"second process"_s, QString::number(process) });
     }
     record(scenario, arguments);
     if (scenario.ignoreTermination)
         platform::ignoreTermination();
     if (scenario.finishAtOnce)
-        return scenario.exitCode.value_or(exitcode::kSuccess);
+        return scenario.exitCode.value_or(0);
 
-    Session session(std::move(options), std::move(scenario));
-    int exitCode = exitcode::kFatalError;
+    Session session(options, scenario);
+    int exitCode = 0;
     try {
-        exitCode = role == Role::Uninstaller ? UninstallRun(session, executable).run()
-                                             : InstallRun(session, executable).run();
+        exitCode = isUninstaller ? runUninstall(session) : runInstall(session);
     } catch (const EndOfRun &end) {
         exitCode = end.exitCode;
-    } catch (const std::exception &error) {
-        session.log().messageBox(error.what());
+    } catch (const FileError &error) {
+        session.log().messageBox(error.text);
+        exitCode = error.exitCode;
     }
     session.close();
     return exitCode;
@@ -113,20 +103,17 @@ int runEngine(Role role, const fs::path &executable, const std::vector<std::stri
 
 int main(int argc, char **argv)
 {
+    // Where the locale is not UTF-8, Qt would print a warning.
+    qputenv("LC_ALL", "C.UTF-8");
+    QCoreApplication app(argc, argv);
     platform::ignoreBrokenPipes();
+    const QFileInfo program(QCoreApplication::applicationFilePath());
+    if (program.fileName().compare(Product::kExecutable, Qt::CaseInsensitive) == 0)
+        return recordLaunch();
     try {
-        const std::vector<std::string> arguments = platform::commandLine(argc, argv);
-        const fs::path executable = platform::ownExecutable(arguments.at(0));
-        const Role role = roleOf(executable);
-        if (role != Role::Application)
-            return runEngine(role, executable, arguments);
-        recordLaunch(arguments);
-        return 0;
+        return runEngine(program.fileName().startsWith("unins000"_L1, Qt::CaseInsensitive));
     } catch (const ScenarioError &error) {
-        std::fprintf(stderr, "standin-setup: %s\n", error.what());
-        return exitcode::kBadScenario;
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "standin-setup: %s\n", error.what());
-        return exitcode::kFatalError;
+        std::fprintf(stderr, "standin-setup: %s\n", qUtf8Printable(error.text));
+        return kBadScenario;
     }
 }

@@ -1,129 +1,47 @@
 #include "payload.h"
 
-#include "product.h"
+#include "product/product.h"
 
-#include <cstdint>
-#include <string_view>
-
-namespace standin {
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr std::size_t kTinyFile = 40;
-constexpr std::size_t kFilesPerFolder = 1000;
+constexpr int kFileSize = 8000;
 
-std::string sixDigits(std::size_t number)
-{
-    const std::string digits = std::to_string(number);
-    return std::string(digits.size() < 6 ? 6 - digits.size() : 0, '0') + digits;
-}
-
-bool isText(std::string_view path)
-{
-    constexpr std::string_view kTextEndings[] = { ".txt", ".lib", ".mod", ".sch",
-                                                  ".pcb", ".md",  ".ini", ".css" };
-    for (const std::string_view ending : kTextEndings) {
-        if (path.ends_with(ending))
-            return true;
-    }
-    return false;
-}
-
-std::string text(const PayloadFile &file)
-{
-    std::string content;
-    for (int line = 1; content.size() < file.size; ++line)
-        content += file.path + ", line " + std::to_string(line) + '\n';
-    return content;
-}
-
-std::string noise(const PayloadFile &file)
-{
-    std::uint32_t state = 2166136261;
-    for (const char c : file.path)
-        state = (state ^ static_cast<unsigned char>(c)) * 16777619;
-    std::string content(file.size, '\0');
-    for (char &byte : content) {
-        state = state * 1664525 + 1013904223;
-        byte = static_cast<char>(state >> 24);
-    }
-    return content;
-}
+/// With '|' between the names.
+constexpr QStringView kSample =
+    u"libEGL.dll|libGLESv2.dll|Qt6Core.dll|Qt6Gui.dll|Qt6Widgets.dll|Qt6Network.dll|"
+    u"Qt6Svg.dll|Qt6OpenGL.dll|pdfium.dll|glew32.dll|glfw3.dll|platforms/qwindows.dll|"
+    u"styles/qmodernwindowsstyle.dll|imageformats/qgif.dll|imageformats/qico.dll|"
+    u"imageformats/qjpeg.dll|imageformats/qsvg.dll|iconengines/qsvgicon.dll|"
+    u"tls/qschannelbackend.dll|config/defaults.ini|config/hotkeys.json|"
+    u"config/pcb_themes_builtin.json|config/schematic_themes_builtin.json|"
+    u"symbols/ieee.lib|symbols/analog.lib|symbols/connectors.lib|symbols/logic.lib|"
+    u"symbols/mcu.lib|symbols/passives.lib|symbols/power.lib|footprints/0402.mod|"
+    u"footprints/0603.mod|footprints/sot-23.mod|footprints/tqfp-44.mod|"
+    u"footprints/usb-c.mod|examples/blinker/blinker.sch|examples/blinker/blinker.pcb|"
+    u"examples/usb sensor/usb sensor.sch|examples/usb sensor/usb sensor.pcb|"
+    u"translations/varnel_de.qm|translations/varnel_fr.qm|translations/varnel_ja.qm|"
+    u"help/index.md|help/style.css|LICENSE.txt|THIRD-PARTY.txt|README.txt";
 
 } // namespace
 
-std::vector<PayloadFile> samplePayload()
+QStringList payload(std::optional<int> count)
 {
-    return {
-        { std::string(product::kMainExecutable), 0 },
-        { "libEGL.dll", 24000 },
-        { "libGLESv2.dll", 96000 },
-        { "Qt6Core.dll", 180000 },
-        { "Qt6Gui.dll", 160000 },
-        { "Qt6Widgets.dll", 140000 },
-        { "Qt6Network.dll", 60000 },
-        { "Qt6Svg.dll", 30000 },
-        { "Qt6OpenGL.dll", 42000 },
-        { "pdfium.dll", 120000 },
-        { "glew32.dll", 36000 },
-        { "glfw3.dll", 22000 },
-        { "platforms/qwindows.dll", 48000 },
-        { "styles/qmodernwindowsstyle.dll", 18000 },
-        { "imageformats/qgif.dll", 9000 },
-        { "imageformats/qico.dll", 9000 },
-        { "imageformats/qjpeg.dll", 26000 },
-        { "imageformats/qsvg.dll", 9000 },
-        { "iconengines/qsvgicon.dll", 9000 },
-        { "tls/qschannelbackend.dll", 15000 },
-        { "config/defaults.ini", 600 },
-        { "config/hotkeys.json", 900 },
-        { "config/pcb_themes_builtin.json", 4200 },
-        { "config/schematic_themes_builtin.json", 3800 },
-        { "symbols/ieee.lib", 12000 },
-        { "symbols/analog.lib", 9500 },
-        { "symbols/connectors.lib", 8800 },
-        { "symbols/logic.lib", 11000 },
-        { "symbols/mcu.lib", 15000 },
-        { "symbols/passives.lib", 5200 },
-        { "symbols/power.lib", 6100 },
-        { "footprints/0402.mod", 700 },
-        { "footprints/0603.mod", 700 },
-        { "footprints/sot-23.mod", 900 },
-        { "footprints/tqfp-44.mod", 2400 },
-        { "footprints/usb-c.mod", 1800 },
-        { "examples/blinker/blinker.sch", 3000 },
-        { "examples/blinker/blinker.pcb", 5000 },
-        { "examples/usb sensor/usb sensor.sch", 4200 },
-        { "examples/usb sensor/usb sensor.pcb", 7600 },
-        { "translations/varnel_de.qm", 5400 },
-        { "translations/varnel_fr.qm", 5600 },
-        { "translations/varnel_ja.qm", 6200 },
-        { "help/index.md", 1500 },
-        { "help/style.css", 800 },
-        { "LICENSE.txt", 2500 },
-        { "THIRD-PARTY.txt", 6000 },
-        { "README.txt", 500 },
-    };
-}
-
-std::vector<PayloadFile> numberedPayload(std::size_t count)
-{
-    std::vector<PayloadFile> files;
-    files.reserve(count);
-    files.push_back({ std::string(product::kMainExecutable), 0 });
-    for (std::size_t i = 1; i < count; ++i) {
-        files.push_back(
-            { "data/" + sixDigits(i / kFilesPerFolder) + "/file-" + sixDigits(i) + ".bin",
-              kTinyFile });
+    QStringList files { Product::kExecutable.toString() };
+    if (!count)
+        return files + kSample.toString().split(u'|');
+    for (int i = 1; i < *count; ++i) {
+        files << u"data/%1/file-%2.bin"_s.arg(i / 1000, 6, 10, QChar(u'0'))
+                     .arg(i, 6, 10, QChar(u'0'));
     }
     return files;
 }
 
-std::string contentOf(const PayloadFile &file)
+QByteArray contentOf(const QString &file)
 {
-    if (file.path.ends_with(".json"))
-        return "{ \"file\": \"" + file.path + "\" }\n";
-    return isText(file.path) ? text(file) : noise(file);
+    const QByteArray path = file.toUtf8();
+    if (path.endsWith(".json"))
+        return "{ \"file\": \"" + path + "\" }\n";
+    return QByteArray(path + '\n').repeated(kFileSize / path.size());
 }
-
-} // namespace standin

@@ -1,25 +1,12 @@
 #pragma once
 
-#include <cstddef>
-#include <string>
-#include <vector>
+#include <QStringList>
 
-namespace standin {
+#include <optional>
 
-/// One file of the application, by its path below the install folder with '/' between the parts.
-struct PayloadFile
-{
-    std::string path;
-    std::size_t size;
-};
+/// The files of the application, as paths below the install folder with '/' between the parts; the
+/// executable first. Without a count some four dozen in folders, like those of a real application.
+[[nodiscard]] QStringList payload(std::optional<int> count);
 
-/// A few dozen files in folders, the shape of a real desktop application; its executable first.
-[[nodiscard]] std::vector<PayloadFile> samplePayload();
-
-/// Any number of tiny files, the application's executable first.
-[[nodiscard]] std::vector<PayloadFile> numberedPayload(std::size_t count);
-
-/// The same bytes for the same file on every run: text where the name says text, noise elsewhere.
-[[nodiscard]] std::string contentOf(const PayloadFile &file);
-
-} // namespace standin
+/// The same on every run.
+[[nodiscard]] QByteArray contentOf(const QString &file);

@@ -1,137 +1,58 @@
 #include "platform.h"
 
 #include "files.h"
-#include "product.h"
-#include "text.h"
 
-#include <charconv>
+#include <QFile>
+
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/types.h>
 #include <thread>
 #include <unistd.h>
-#include <utility>
 
-namespace fs = std::filesystem;
-
-namespace standin::platform {
+namespace platform {
 
 namespace {
 
-constexpr std::string_view kApplicationScript = R"sh(#!/bin/sh
+constexpr char kApplicationScript[] = R"sh(#!/bin/sh
 # Stands in for the installed application: notes how and where it was started, then ends.
 if [ -n "$VARNEL_LAUNCH_RECORD" ]; then
     printf '%s\t%s\n' "$0" "$(pwd -P)" >> "$VARNEL_LAUNCH_RECORD"
 fi
 )sh";
 
-constexpr std::pair<std::string_view, int> kSignals[] = {
-    { "ABRT", SIGABRT }, { "BUS", SIGBUS },   { "FPE", SIGFPE },   { "HUP", SIGHUP },
-    { "ILL", SIGILL },   { "INT", SIGINT },   { "KILL", SIGKILL }, { "QUIT", SIGQUIT },
-    { "SEGV", SIGSEGV }, { "TERM", SIGTERM }, { "TRAP", SIGTRAP },
+constexpr std::pair<QStringView, int> kSignals[] = {
+    { u"ABRT", SIGABRT }, { u"BUS", SIGBUS },   { u"FPE", SIGFPE },   { u"HUP", SIGHUP },
+    { u"ILL", SIGILL },   { u"INT", SIGINT },   { u"KILL", SIGKILL }, { u"QUIT", SIGQUIT },
+    { u"SEGV", SIGSEGV }, { u"TERM", SIGTERM }, { u"TRAP", SIGTRAP },
 };
 
 /// 0 for a signal that is unknown or does not end a process.
-int signalNumber(std::string_view signal)
+int signalNumber(QStringView signal)
 {
-    int number = 0;
-    const auto [end, error] = std::from_chars(signal.data(), signal.data() + signal.size(), number);
-    if (error != std::errc() || end != signal.data() + signal.size())
-        number = 0;
-    if (lower(signal.substr(0, 3)) == "sig")
-        signal.remove_prefix(3);
+    const int number = signal.toInt();
+    if (signal.startsWith(u"SIG", Qt::CaseInsensitive))
+        signal = signal.sliced(3);
     for (const auto &[name, value] : kSignals) {
-        if (number == value || sameIgnoringCase(signal, name))
+        if (number == value || signal.compare(name, Qt::CaseInsensitive) == 0)
             return value;
     }
     return 0;
 }
 
-/// The value of an Exec key: quoted for the shell-like rules of the entry, then for its text rules.
-std::string execValue(const fs::path &target)
-{
-    std::string quoted;
-    for (const char c : toUtf8(target)) {
-        if (std::string_view("\"`$\\").find(c) != std::string_view::npos)
-            quoted += '\\';
-        quoted += c;
-    }
-    return '"' + replaced(replaced(quoted, "\\", "\\\\"), "%", "%%") + '"';
-}
-
 } // namespace
 
-std::vector<std::string> commandLine(int argc, char **argv)
-{
-    return std::vector<std::string>(argv, argv + argc);
-}
-
-std::string environment(const char *name)
-{
-    const char *value = std::getenv(name);
-    return value ? value : "";
-}
-
-fs::path ownExecutable(const std::string &programPath)
-{
-    std::error_code error;
-    const fs::path path = fs::read_symlink("/proc/self/exe", error);
-    return error ? fs::absolute(toPath(programPath)) : path;
-}
-
-fs::path defaultInstallFolder()
-{
-    const std::string home = environment("HOME");
-    return home.empty() ? fs::path() : toPath(home) / product::kName;
-}
-
-Shortcut desktopShortcut(const fs::path &target)
-{
-    fs::path desktop = toPath(environment("XDG_DESKTOP_DIR"));
-    if (desktop.empty()) {
-        const std::string home = environment("HOME");
-        if (home.empty())
-            throw FileError("Setup was unable to find the desktop folder.");
-        desktop = toPath(home) / "Desktop";
-    }
-    const std::string name(product::kName);
-    return { .file = desktop / (name + ".desktop"),
-             .content = "[Desktop Entry]\nType=Application\nVersion=1.0\nName=" + name
-                 + "\nExec=" + execValue(target) + "\nPath="
-                 + replaced(toUtf8(target.parent_path()), "\\", "\\\\") + "\nTerminal=false\n" };
-}
-
-bool copyOver(const fs::path &from, const fs::path &to, std::error_code &error)
-{
-    return fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
-}
-
-void writeApplication(const fs::path &file)
+void writeApplication(const QString &file)
 {
     writeFile(file, kApplicationScript);
     makeExecutable(file);
 }
 
-void makeExecutable(const fs::path &file)
+void makeFifo(const QString &file)
 {
-    using fs::perms;
-    std::error_code error;
-    fs::permissions(file, perms::owner_exec | perms::group_exec | perms::others_exec,
-                    fs::perm_options::add, error);
-}
-
-bool removeOwnExecutable(const fs::path &file)
-{
-    std::error_code error;
-    return fs::remove(file, error);
-}
-
-bool makeFifo(const fs::path &file)
-{
-    return ::mkfifo(file.c_str(), 0600) == 0;
+    ::mkfifo(QFile::encodeName(file).constData(), 0600);
 }
 
 void ignoreTermination()
@@ -145,12 +66,12 @@ void ignoreBrokenPipes()
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-bool isSignal(const std::string &signal)
+bool isSignal(const QString &signal)
 {
     return signalNumber(signal) != 0;
 }
 
-void crash(const std::string &signal)
+void crash(const QString &signal)
 {
     const rlimit noCore = { 0, 0 };
     ::setrlimit(RLIMIT_CORE, &noCore);
@@ -166,7 +87,7 @@ void pause()
     std::raise(SIGSTOP);
 }
 
-long long splitOff(std::string_view)
+qint64 splitOff(const QByteArray &)
 {
     const pid_t first = ::getpid();
     const pid_t second = ::fork();
@@ -178,4 +99,4 @@ long long splitOff(std::string_view)
     return 0;
 }
 
-} // namespace standin::platform
+} // namespace platform

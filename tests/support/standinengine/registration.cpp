@@ -1,122 +1,82 @@
 #include "registration.h"
 
 #include "files.h"
-#include "json.h"
-#include "platform.h"
-#include "product.h"
-#include "text.h"
 
-#include <algorithm>
+#include "product/product.h"
 
-namespace fs = std::filesystem;
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
 
-namespace standin {
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-fs::path registryFile()
+constexpr QStringView kMachine = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\)";
+constexpr QStringView kMachine32 = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\)";
+constexpr QStringView kUser = uR"(HKEY_CURRENT_USER\SOFTWARE\)";
+
+QString keyBelow(QStringView software)
 {
-    return toPath(platform::environment("VARNEL_REGISTRY_JSON"));
+    return software + uR"(Microsoft\Windows\CurrentVersion\Uninstall\)"_s + Product::kUninstallKey;
 }
 
-/// A missing or empty file is an empty registry.
-json::Object readRegistry()
+QString registryFile()
 {
-    const std::string text = readFile(registryFile()).value_or(std::string());
-    if (trimmed(text).empty())
-        return {};
-    auto value = json::parse(text);
-    if (!value || !std::holds_alternative<json::Object>(value->content)) {
-        throw FileError("Setup was unable to read the registry file \"" + toUtf8(registryFile())
-                        + "\": it holds no JSON object.");
-    }
-    return std::get<json::Object>(std::move(value->content));
+    return qEnvironmentVariable("VARNEL_REGISTRY_JSON");
 }
 
-void writeRegistry(json::Object registry)
+/// A missing or empty file is an empty registry, and so is none.
+QJsonObject readRegistry()
 {
-    replaceFile(registryFile(), json::write({ std::move(registry) }));
+    const QByteArray text = readFile(registryFile()).value_or(QByteArray());
+    const QJsonDocument document = QJsonDocument::fromJson(text);
+    if (!document.isObject() && !text.trimmed().isEmpty())
+        failOn(u"read the registry file"_s, registryFile(), u"it holds no JSON object"_s);
+    return document.object();
 }
 
-/// Names in a registry ignore letter case.
-template <typename Members>
-auto findMember(Members &members, std::string_view name)
+void writeRegistry(const QJsonObject &registry)
 {
-    return std::ranges::find_if(members, [name](const json::Member &member) {
-        return sameIgnoringCase(member.name, name);
-    });
-}
-
-json::Value &memberOf(json::Object &object, std::string_view name, json::Value fallback)
-{
-    auto found = findMember(object, name);
-    if (found == object.end())
-        found = object.insert(found, { std::string(name), std::move(fallback) });
-    return found->value;
-}
-
-std::string textOf(const json::Object &object, std::string_view name)
-{
-    const auto found = findMember(object, name);
-    if (found == object.end() || !std::holds_alternative<std::string>(found->value.content))
-        return {};
-    return std::get<std::string>(found->value.content);
-}
-
-std::string withTrailingSeparator(const fs::path &folder)
-{
-    return toUtf8(folder / "");
+    QSaveFile file(registryFile());
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(registry).toJson()) < 0
+        || !file.commit())
+        failOn(u"replace the file"_s, registryFile(), file.errorString());
 }
 
 } // namespace
 
-fs::path registeredFolder()
+QString registeredFolder()
 {
-    if (registryFile().empty())
-        return {};
-    const json::Object registry = readRegistry();
-    for (const std::string_view key : product::kRegistryKeys) {
-        const auto entry = findMember(registry, key);
-        if (entry == registry.end() || !std::holds_alternative<json::Object>(entry->value.content))
-            continue;
-        const auto &values = std::get<json::Object>(entry->value.content);
-        fs::path folder = toPath(trimmed(textOf(values, "InstallLocation")));
-        if (folder.is_absolute())
+    const QJsonObject registry = readRegistry();
+    for (const QStringView software : { kMachine, kMachine32, kUser }) {
+        const QJsonObject entry = registry[keyBelow(software)].toObject();
+        const QString folder = entry[u"InstallLocation"_s].toString().trimmed();
+        if (QDir::isAbsolutePath(folder))
             return folder;
     }
     return {};
 }
 
-void registerProduct(const fs::path &folder)
+void registerProduct(const QString &folder)
 {
-    if (registryFile().empty())
+    if (registryFile().isEmpty())
         return;
-    json::Object registry = readRegistry();
-    json::Value &entry = memberOf(registry, product::kRegistryKeys.front(), { json::Object() });
-    if (!std::holds_alternative<json::Object>(entry.content))
-        entry.content = json::Object();
-    auto &values = std::get<json::Object>(entry.content);
-    const auto set = [&values](std::string_view name, const std::string &text) {
-        memberOf(values, name, {}).content = text;
-    };
-    set("DisplayName", std::string(product::kName) + " version " + std::string(product::kVersion));
-    set("DisplayVersion", std::string(product::kVersion));
-    set("Publisher", std::string(product::kPublisher));
-    set("InstallLocation", withTrailingSeparator(folder));
-    set("UninstallString", '"' + toUtf8(folder / product::kUninstaller) + '"');
-    writeRegistry(std::move(registry));
+    QJsonObject registry = readRegistry();
+    QJsonObject entry = registry[keyBelow(kMachine)].toObject();
+    entry[u"DisplayName"_s] = QString(Product::kName + u" version "_s + Product::kVersion);
+    entry[u"DisplayVersion"_s] = Product::kVersion.toString();
+    entry[u"Publisher"_s] = Product::kPublisher.toString();
+    entry[u"InstallLocation"_s] = QDir::toNativeSeparators(folder + u'/');
+    entry[u"UninstallString"_s] = u"\"%1\""_s.arg(QDir::toNativeSeparators(folder + kUninstaller));
+    registry[keyBelow(kMachine)] = entry;
+    writeRegistry(registry);
 }
 
-void unregisterProduct(const std::string &key)
+void unregisterProduct()
 {
-    if (registryFile().empty() || key.empty())
-        return;
-    json::Object registry = readRegistry();
-    const auto found = findMember(registry, key);
-    if (found == registry.end())
-        return;
-    registry.erase(found);
-    writeRegistry(std::move(registry));
+    QJsonObject registry = readRegistry();
+    if (!registry.take(keyBelow(kMachine)).isUndefined())
+        writeRegistry(registry);
 }
-
-} // namespace standin

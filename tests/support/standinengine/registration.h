@@ -1,21 +1,19 @@
 #pragma once
 
-#include <filesystem>
-#include <string>
+#include <QString>
 
-/// The installed product's entry in the list of installed programs. The file that the environment
-/// variable VARNEL_REGISTRY_JSON names stands for the registry; without it there is none, and all
-/// of this does nothing.
-namespace standin {
+inline constexpr QStringView kUninstaller = u"/unins000.exe"; ///< below the install folder
+
+// The installed product's entry in the list of installed programs. The file that the environment
+// variable VARNEL_REGISTRY_JSON names stands for the registry; without it there is none, and all of
+// this does nothing.
 
 /// Where an earlier run installed the product, empty when unknown.
-[[nodiscard]] std::filesystem::path registeredFolder();
+[[nodiscard]] QString registeredFolder();
 
 /// Adds or renews the machine-wide entry; everything else in the file stays. Throws FileError, also
-/// when the file holds no JSON object: somebody else's text is not overwritten.
-void registerProduct(const std::filesystem::path &folder);
+/// when the file holds no JSON object: text of another kind is not overwritten.
+void registerProduct(const QString &folder);
 
-/// Removes the entry under the given full key path, if there is one. Throws as above.
-void unregisterProduct(const std::string &key);
-
-} // namespace standin
+/// Removes the machine-wide entry, if there is one. Throws as above.
+void unregisterProduct();

@@ -2,243 +2,219 @@
 
 #include "files.h"
 #include "platform.h"
-#include "text.h"
 
-#include <charconv>
+#include <QCoreApplication>
+#include <QFile>
+#include <QMap>
+
 #include <cmath>
-#include <map>
-#include <sstream>
-#include <string_view>
 
-namespace standin {
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using std::chrono::milliseconds;
-
 /// "Forever" ends some day, so that a forgotten engine does not stay for good.
-constexpr milliseconds kForever = std::chrono::minutes(10);
+constexpr Scenario::Duration kForever = std::chrono::minutes(10);
 
-constexpr std::string_view kBesideExecutable = "standin-setup.scenario";
+// Each of these reads one kind of value, or throws ScenarioError.
 
-using Key = std::map<std::string_view, void (*)(Scenario &, const std::string &)>;
-
-template <typename Number>
-Number number(std::string_view text)
+qint64 number(const QString &text, qint64 least, qint64 most)
 {
-    Number value = {};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size())
-        throw ScenarioError("not a number: " + std::string(text));
+    bool isNumber = false;
+    const qint64 value = text.toLongLong(&isNumber);
+    if (!isNumber || value < least || value > most)
+        throw ScenarioError { u"not a number that is possible here: "_s % text };
     return value;
 }
 
-milliseconds seconds(const std::string &text)
+int exitCode(const QString &text)
 {
-    if (text == "forever")
+    return int(number(text, INT_MIN, INT_MAX));
+}
+
+int fileCount(const QString &text)
+{
+    return int(number(text, 1, INT_MAX));
+}
+
+Scenario::Duration delay(const QString &text)
+{
+    return Scenario::Duration(number(text, 0, INT_MAX));
+}
+
+Scenario::Duration seconds(const QString &text)
+{
+    if (text == u"forever")
         return kForever;
-    const double value = number<double>(text);
-    if (!std::isfinite(value) || value < 0)
-        throw ScenarioError("not a time: " + text);
-    return milliseconds(std::llround(value * 1000));
+    bool isNumber = false;
+    const double value = text.toDouble(&isNumber);
+    if (!isNumber || !std::isfinite(value) || value < 0)
+        throw ScenarioError { u"not a time: "_s % text };
+    return Scenario::Duration(std::llround(value * 1000));
 }
 
-milliseconds delay(const std::string &text)
+qint64 byteCount(const QString &text)
 {
-    return milliseconds(number<unsigned>(text));
+    const qsizetype power = text.isEmpty() ? 0 : u"KMG"_s.indexOf(text.back()) + 1;
+    return number(power > 0 ? text.chopped(1) : text, 0, INT_MAX) << (10 * power);
 }
 
-std::uintmax_t byteCount(std::string_view text)
+qsizetype indexIn(const QStringList &possible, const QString &text)
 {
-    constexpr std::string_view kSuffixes = "KMG";
-    const auto power = text.empty() ? std::string_view::npos : kSuffixes.find(text.back());
-    if (power == std::string_view::npos)
-        return number<std::uintmax_t>(text);
-    return number<std::uintmax_t>(text.substr(0, text.size() - 1)) << (10 * (power + 1));
+    if (!possible.contains(text))
+        throw ScenarioError { u"unknown value: "_s % text };
+    return possible.indexOf(text);
 }
 
-bool yesOrNo(const std::string &text)
+bool yesOrNo(const QString &text)
 {
-    if (text != "yes" && text != "no")
-        throw ScenarioError("neither yes nor no: " + text);
-    return text == "yes";
+    return indexIn({ u"no"_s, u"yes"_s }, text) == 1;
 }
 
-std::string withLineFeeds(const std::string &text)
+Stage stage(const QString &text)
 {
-    return replaced(text, "\\n", "\n");
+    return Stage(indexIn({ u"start"_s, u"before-status"_s, u"half"_s, u"end"_s }, text));
 }
 
-template <typename Meaning>
-Meaning oneOf(const std::map<std::string_view, Meaning> &meanings, const std::string &text)
+StatusPlace statusPlace(const QString &text)
 {
-    const auto found = meanings.find(text);
-    if (found == meanings.end())
-        throw ScenarioError("unknown value: " + text);
-    return found->second;
+    return StatusPlace(
+        indexIn({ u"normal"_s, u"directory"_s, u"deleted"_s, u"fifo"_s, u"never"_s }, text));
 }
 
-Stage stage(const std::string &text)
+QStringList statusStyles(const QString &text)
 {
-    return oneOf<Stage>({ { "start", Stage::Start },
-                          { "before-status", Stage::BeforeStatus },
-                          { "half", Stage::Half },
-                          { "end", Stage::End } },
-                        text);
+    static const QStringList known { u"plain"_s,  u"bom"_s,        u"crlf"_s,
+                                     u"half"_s,   u"torn"_s,       u"no-final-newline"_s,
+                                     u"blanks"_s, u"no-section"_s, u"upper-section"_s };
+    QStringList styles;
+    for (const QString &part : text.split(u','))
+        styles << known[indexIn(known, part.trimmed())];
+    return styles;
 }
 
-StatusPlace statusPlace(const std::string &text)
-{
-    return oneOf<StatusPlace>({ { "normal", StatusPlace::Normal },
-                                { "directory", StatusPlace::Directory },
-                                { "deleted", StatusPlace::Deleted },
-                                { "fifo", StatusPlace::Fifo },
-                                { "never", StatusPlace::Never } },
-                              text);
-}
-
-void applyStatusStyle(StatusQuirks &quirks, const std::string &style)
-{
-    using Change = void (*)(StatusQuirks &);
-    oneOf<Change>({ { "plain", [](StatusQuirks &) {} },
-                    { "bom", [](StatusQuirks &q) { q.byteOrderMark = true; } },
-                    { "crlf", [](StatusQuirks &q) { q.carriageReturns = true; } },
-                    { "no-final-newline", [](StatusQuirks &q) { q.finalNewline = false; } },
-                    { "half", [](StatusQuirks &q) { q.half = true; } },
-                    { "torn", [](StatusQuirks &q) { q.torn = true; } },
-                    { "upper-section", [](StatusQuirks &q) { q.upperSection = true; } },
-                    { "no-section", [](StatusQuirks &q) { q.section = false; } },
-                    { "blanks", [](StatusQuirks &q) { q.blanks = true; } } },
-                  style)(quirks);
-}
-
-std::string signalName(const std::string &text)
+QString signalName(const QString &text)
 {
     if (!platform::isSignal(text))
-        throw ScenarioError("unknown signal: " + text);
+        throw ScenarioError { u"unknown signal: "_s % text };
     return text;
 }
 
-std::size_t fileCount(const std::string &text)
+QString withLineFeeds(const QString &text)
 {
-    const auto count = number<std::size_t>(text);
-    if (count == 0)
-        throw ScenarioError("at least one file is needed");
-    return count;
+    return QString(text).replace("\\n"_L1, "\n"_L1);
 }
 
-void applyStatusStyles(Scenario &scenario, const std::string &list)
+QString asItIs(const QString &text)
 {
-    for (const std::string &style : splitList(list))
-        applyStatusStyle(scenario.status, style);
+    return text;
 }
 
-// clang-format off
-const Key kKeys = {
-    { "exit-code", [](Scenario &s, const std::string &v) { s.exitCode = number<int>(v); } },
-    { "crash", [](Scenario &s, const std::string &v) { s.crashSignal = signalName(v); } },
-    { "stall", [](Scenario &s, const std::string &v) { s.stallTime = seconds(v); } },
-    { "stage", [](Scenario &s, const std::string &v) { s.stage = stage(v); } },
-    { "exit-stage", [](Scenario &s, const std::string &v) { s.exitStage = stage(v); } },
-    { "crash-stage", [](Scenario &s, const std::string &v) { s.crashStage = stage(v); } },
-    { "stall-stage", [](Scenario &s, const std::string &v) { s.stallStage = stage(v); } },
-    { "pause", [](Scenario &s, const std::string &v) { s.pauseStage = stage(v); } },
-    { "finish-at-once", [](Scenario &s, const std::string &v) { s.finishAtOnce = yesOrNo(v); } },
-    { "ignore-termination",
-      [](Scenario &s, const std::string &v) { s.ignoreTermination = yesOrNo(v); } },
-    { "hold-pipes", [](Scenario &s, const std::string &v) { s.holdPipes = seconds(v); } },
-    { "second-process",
-      [](Scenario &s, const std::string &v) { s.secondProcess = seconds(v); } },
-    { "flood-stdout", [](Scenario &s, const std::string &v) { s.floodBytes = byteCount(v); } },
-    { "message-box",
-      [](Scenario &s, const std::string &v) { s.messageBoxes.push_back(withLineFeeds(v)); } },
-    { "log-line",
-      [](Scenario &s, const std::string &v) { s.logLines.push_back(withLineFeeds(v)); } },
-    { "log-none", [](Scenario &s, const std::string &v) { s.logNone = yesOrNo(v); } },
-    { "log-size", [](Scenario &s, const std::string &v) { s.logSize = byteCount(v); } },
-    { "status-style", applyStatusStyles },
-    { "status-path", [](Scenario &s, const std::string &v) { s.status.place = statusPlace(v); } },
-    { "progress", [](Scenario &s, const std::string &v) { s.status.progress.push_back(v); } },
-    { "file", [](Scenario &s, const std::string &v) { s.status.files.push_back(v); } },
-    { "status", [](Scenario &s, const std::string &v) { s.status.texts.push_back(v); } },
-    { "delay-ms", [](Scenario &s, const std::string &v) { s.delay = delay(v); } },
-    { "files", [](Scenario &s, const std::string &v) { s.fileCount = fileCount(v); } },
-    { "record", [](Scenario &s, const std::string &v) { s.records.push_back(toPath(v)); } },
+/// A key that sets a member of the scenario.
+template <auto Member, auto Read>
+void set(Scenario &scenario, const QString &text)
+{
+    scenario.*Member = Read(text);
+}
+
+/// A key that may be repeated.
+template <auto Member, auto Read = asItIs>
+void add(Scenario &scenario, const QString &text)
+{
+    (scenario.*Member) << Read(text);
+}
+
+const QMap<QString, void (*)(Scenario &, const QString &)> kKeys {
+    { u"exit-code"_s, set<&Scenario::exitCode, exitCode> },
+    { u"crash"_s, set<&Scenario::crashSignal, signalName> },
+    { u"stall"_s, set<&Scenario::stallTime, seconds> },
+    { u"stage"_s, set<&Scenario::stage, stage> },
+    { u"pause"_s, set<&Scenario::pauseStage, stage> },
+    { u"finish-at-once"_s, set<&Scenario::finishAtOnce, yesOrNo> },
+    { u"ignore-termination"_s, set<&Scenario::ignoreTermination, yesOrNo> },
+    { u"hold-pipes"_s, set<&Scenario::holdPipes, seconds> },
+    { u"second-process"_s, set<&Scenario::secondProcess, seconds> },
+    { u"flood-stdout"_s, set<&Scenario::floodBytes, byteCount> },
+    { u"message-box"_s, add<&Scenario::messageBoxes, withLineFeeds> },
+    { u"log-line"_s, add<&Scenario::logLines, withLineFeeds> },
+    { u"log-none"_s, set<&Scenario::logNone, yesOrNo> },
+    { u"log-size"_s, set<&Scenario::logSize, byteCount> },
+    { u"status-style"_s, set<&Scenario::statusStyles, statusStyles> },
+    { u"status-path"_s, set<&Scenario::statusPlace, statusPlace> },
+    { u"progress"_s, add<&Scenario::progress> },
+    { u"file"_s, add<&Scenario::files> },
+    { u"status"_s, add<&Scenario::statusTexts> },
+    { u"delay-ms"_s, set<&Scenario::delay, delay> },
+    { u"files"_s, set<&Scenario::fileCount, fileCount> },
+    { u"record"_s, add<&Scenario::records> },
 };
-// clang-format on
 
-Scenario readScenario(const std::filesystem::path &file)
+void applyLine(Scenario &scenario, const QString &line)
 {
-    const auto text = readFile(file);
-    if (!text)
-        throw ScenarioError("cannot read the scenario file " + toUtf8(file));
-    return parseScenario(*text);
+    const qsizetype equals = line.indexOf(u'=');
+    const auto key = kKeys.find(line.first(std::max<qsizetype>(equals, 0)).trimmed());
+    if (key == kKeys.end())
+        throw ScenarioError { u"unknown scenario line: "_s % line };
+    try {
+        (*key)(scenario, line.sliced(equals + 1).trimmed());
+    } catch (const ScenarioError &error) {
+        throw ScenarioError { u"scenario line \""_s % line % u"\": "_s % error.text };
+    }
+}
+
+Scenario readScenario(const QString &file)
+{
+    const auto content = readFile(file);
+    if (!content)
+        throw ScenarioError { u"cannot read the scenario file "_s % file };
+    Scenario scenario;
+    for (const QString &whole : QString::fromUtf8(*content).split(u'\n')) {
+        const QString line = whole.trimmed();
+        if (!line.isEmpty() && !line.startsWith(u'#'))
+            applyLine(scenario, line);
+    }
+    return scenario;
 }
 
 } // namespace
 
 bool Scenario::exitsAt(Stage at) const
 {
-    return exitCode && at == exitStage.value_or(stage.value_or(Stage::End));
+    return exitCode && at == stage.value_or(Stage::End);
 }
 
 bool Scenario::crashesAt(Stage at) const
 {
-    return !crashSignal.empty() && at == crashStage.value_or(stage.value_or(Stage::Half));
+    return !crashSignal.isEmpty() && at == stage.value_or(Stage::Half);
 }
 
 bool Scenario::stallsAt(Stage at) const
 {
-    return stallTime && at == stallStage.value_or(stage.value_or(Stage::Half));
+    return stallTime && at == stage.value_or(Stage::Half);
 }
 
 bool Scenario::showsMessagesAt(Stage at) const
 {
-    if (!crashSignal.empty())
+    if (!crashSignal.isEmpty())
         return crashesAt(at);
     return exitCode ? exitsAt(at) : at == Stage::End;
 }
 
-Scenario parseScenario(const std::string &text)
+Scenario findScenario(const QString &fileFromOptions)
 {
-    Scenario scenario;
-    std::istringstream stream(text);
-    for (std::string whole; std::getline(stream, whole);) {
-        const std::string line(trimmed(whole));
-        if (line.empty() || line.starts_with('#'))
-            continue;
-        const auto equals = std::min(line.find('='), line.size());
-        const auto key = kKeys.find(trimmed(std::string_view(line).substr(0, equals)));
-        if (equals == line.size() || key == kKeys.end())
-            throw ScenarioError("unknown scenario line: " + line);
-        try {
-            key->second(scenario, std::string(trimmed(line.substr(equals + 1))));
-        } catch (const ScenarioError &error) {
-            throw ScenarioError("scenario line \"" + line + "\": " + error.what());
-        }
-    }
+    const QString beside = QCoreApplication::applicationDirPath() + u"/standin-setup.scenario"_s;
+    QString file = fileFromOptions;
+    if (file.isEmpty())
+        file = qEnvironmentVariable("VARNEL_ENGINE_SCENARIO");
+    if (file.isEmpty() && QFile::exists(beside))
+        file = beside;
+    Scenario scenario = file.isEmpty() ? Scenario() : readScenario(file);
+
+    const QString pace = qEnvironmentVariable("VARNEL_ENGINE_DELAY_MS");
+    if (!pace.isEmpty() && !scenario.delay)
+        scenario.delay = delay(pace);
+    const QString record = qEnvironmentVariable("VARNEL_ENGINE_RECORD");
+    if (!record.isEmpty())
+        scenario.records << record;
     return scenario;
 }
-
-Scenario findScenario(const std::string &fileFromOptions, const std::filesystem::path &executable)
-{
-    const std::string fromEnvironment = platform::environment("VARNEL_ENGINE_SCENARIO");
-    const auto beside = executable.parent_path() / kBesideExecutable;
-
-    Scenario scenario;
-    if (!fileFromOptions.empty())
-        scenario = readScenario(toPath(fileFromOptions));
-    else if (!fromEnvironment.empty())
-        scenario = readScenario(toPath(fromEnvironment));
-    else if (std::filesystem::exists(beside))
-        scenario = readScenario(beside);
-
-    if (const std::string text = platform::environment("VARNEL_ENGINE_DELAY_MS");
-        !text.empty() && !scenario.delay)
-        scenario.delay = delay(text);
-    if (const std::string file = platform::environment("VARNEL_ENGINE_RECORD"); !file.empty())
-        scenario.records.push_back(toPath(file));
-    return scenario;
-}
-
-} // namespace standin

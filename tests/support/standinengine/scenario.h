@@ -1,19 +1,11 @@
 #pragma once
 
-#include "statuswriter.h"
+#include <QStringList>
 
 #include <chrono>
-#include <cstddef>
-#include <cstdint>
-#include <filesystem>
 #include <optional>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
-namespace standin {
-
-/// The points of a run at which it can go wrong.
+/// The points of a run at which it can go wrong, in the order of their names in scenario.cpp.
 enum class Stage {
     Start, ///< The log is open, nothing else has happened.
     BeforeStatus, ///< The folder is there, the status file is not.
@@ -21,39 +13,53 @@ enum class Stage {
     End, ///< All but the entry in the registry is done; the status says 100.
 };
 
-/// A scenario that cannot be read: the run must not go on as an honest one.
-struct ScenarioError : std::runtime_error
-{
-    using std::runtime_error::runtime_error;
+/// What stands at the status file's path, in the order of the names in scenario.cpp.
+enum class StatusPlace {
+    Normal,
+    Directory,
+    Deleted, ///< There until half of the run is done, then gone for good.
+    Fifo,
+    Never,
 };
 
-/// How a run misbehaves. As it stands here it is an honest run.
+/// A scenario that cannot be read: the run must not go on as an honest one.
+struct ScenarioError
+{
+    QString text;
+};
+
+/// How a run misbehaves. As it stands here it is an honest run. README.md describes the keys.
 struct Scenario
 {
+    using Duration = std::chrono::milliseconds;
+
     std::optional<int> exitCode;
-    std::string crashSignal; ///< Empty: no crash.
-    std::optional<std::chrono::milliseconds> stallTime;
-    std::optional<Stage> stage; ///< For those of the three below that are not set.
-    std::optional<Stage> exitStage;
-    std::optional<Stage> crashStage;
-    std::optional<Stage> stallStage;
+    QString crashSignal; ///< Empty: no crash.
+    std::optional<Duration> stallTime;
+    std::optional<Stage> stage; ///< Of the three; else the end for an exit, half for the others.
     std::optional<Stage> pauseStage; ///< None: no pause.
 
     bool finishAtOnce = false;
     bool ignoreTermination = false;
-    std::optional<std::chrono::milliseconds> holdPipes;
-    std::optional<std::chrono::milliseconds> secondProcess;
-    std::uintmax_t floodBytes = 0;
+    std::optional<Duration> holdPipes;
+    std::optional<Duration> secondProcess;
+    qint64 floodBytes = 0;
 
-    std::vector<std::string> messageBoxes;
-    std::vector<std::string> logLines;
+    QStringList messageBoxes;
+    QStringList logLines;
     bool logNone = false;
-    std::uintmax_t logSize = 0;
-    StatusQuirks status;
+    qint64 logSize = 0;
 
-    std::optional<std::chrono::milliseconds> delay; ///< Per file.
-    std::optional<std::size_t> fileCount;
-    std::vector<std::filesystem::path> records;
+    StatusPlace statusPlace = StatusPlace::Normal;
+    QStringList statusStyles;
+    /// Played one per write instead of the honest value; the last one stays.
+    QStringList progress;
+    QStringList files;
+    QStringList statusTexts;
+
+    std::optional<Duration> delay; ///< Per step.
+    std::optional<int> fileCount;
+    QStringList records;
 
     [[nodiscard]] bool exitsAt(Stage at) const;
     [[nodiscard]] bool crashesAt(Stage at) const;
@@ -63,12 +69,7 @@ struct Scenario
     [[nodiscard]] bool showsMessagesAt(Stage at) const;
 };
 
-/// Reads "key = value" lines; a line that begins with '#' is a comment. Throws ScenarioError.
-[[nodiscard]] Scenario parseScenario(const std::string &text);
-
 /// The scenario of this run: the file named on the command line, else by VARNEL_ENGINE_SCENARIO,
-/// else the one beside the executable, else none; the environment's settings added.
-[[nodiscard]] Scenario findScenario(const std::string &fileFromOptions,
-                                    const std::filesystem::path &executable);
-
-} // namespace standin
+/// else the one beside the executable, else none; the environment's settings added. Throws
+/// ScenarioError.
+[[nodiscard]] Scenario findScenario(const QString &fileFromOptions);

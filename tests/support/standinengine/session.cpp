@@ -1,76 +1,90 @@
 #include "session.h"
 
-#include "files.h"
 #include "platform.h"
-#include "product.h"
 
-#include <algorithm>
+#include "product/product.h"
+
+#include <QCoreApplication>
+#include <QRegularExpression>
+
 #include <cstdio>
-#include <string>
 #include <thread>
 
-namespace standin {
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 /// As fast as the readers take it, on both channels in turn; ends early when they are closed.
-void floodOutput(std::uintmax_t bytes)
+void floodOutput(qint64 bytes)
 {
-    const std::string block = std::string(64 * 1024 - 1, '.') + '\n';
-    bool toError = false;
-    while (bytes > 0) {
-        std::FILE *channel = toError ? stderr : stdout;
-        const auto amount = static_cast<std::size_t>(std::min<std::uintmax_t>(bytes, block.size()));
+    const QByteArray block = QByteArray(64 * 1024 - 1, '.') + '\n';
+    for (std::FILE *channel = stdout; bytes > 0; channel = channel == stdout ? stderr : stdout) {
+        const auto amount = size_t(std::min<qint64>(bytes, block.size()));
         if (std::fwrite(block.data(), 1, amount, channel) != amount || std::fflush(channel) != 0)
             return;
-        bytes -= amount;
-        toError = !toError;
+        bytes -= qint64(amount);
     }
 }
 
 } // namespace
 
-Session::Session(Options options, Scenario scenario)
-    : m_options(std::move(options)),
-      m_scenario(std::move(scenario)),
-      m_status(toPath(m_options.statusFile), m_scenario.status)
+Options::Options(const QStringList &arguments)
+{
+    // The first three change nothing: this engine has no window, box or restart.
+    static const QRegularExpression known(
+        u"^/(verysilent|suppressmsgboxes|norestart|(dir|tasks|statusfile|log|scenario)=(.*))$"_s,
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+    for (const QString &argument : arguments) {
+        const QRegularExpressionMatch match = known.match(argument);
+        QString value = match.captured(3);
+        if (value.size() >= 2 && value.startsWith(u'"') && value.endsWith(u'"'))
+            value = value.sliced(1, value.size() - 2);
+        if (match.hasMatch())
+            values[match.captured(2).toLower()] = value;
+        else
+            unknown << argument;
+    }
+}
+
+Session::Session(const Options &options, const Scenario &scenario)
+    : m_options(options), m_scenario(scenario), m_status(options.values[u"statusfile"_s], scenario)
 {}
 
 void Session::start()
 {
-    if (!m_options.logFile.empty() && !m_scenario.logNone)
-        m_log.open(toPath(m_options.logFile));
-    m_log.line("Setup version: stand-in engine for version " + std::string(product::kVersion));
-    m_log.line("Setup command line: " + m_options.commandLine);
-    for (const std::string &argument : m_options.unknown)
-        m_log.line("Unknown switch, ignored: " + argument);
-    for (const std::string &line : m_scenario.logLines)
+    const QString logFile = m_options.values[u"log"_s];
+    if (!logFile.isEmpty() && !m_scenario.logNone)
+        m_log.open(logFile);
+    m_log.line(u"Setup version: stand-in engine for version "_s + Product::kVersion);
+    m_log.line(u"Setup command line: "_s + QCoreApplication::arguments().sliced(1).join(u' '));
+    for (const QString &argument : m_options.unknown)
+        m_log.line(u"Unknown switch, ignored: "_s + argument);
+    for (const QString &line : m_scenario.logLines)
         m_log.line(line);
     reach(Stage::Start);
 }
 
-void Session::beginSteps(std::size_t count, std::chrono::milliseconds wholeTime,
-                         std::string_view status)
+void Session::beginSteps(qsizetype count, Scenario::Duration wholeTime, const QString &status)
 {
     m_stepCount = count;
     m_stepTime = m_scenario.delay.value_or(wholeTime / count);
     reach(Stage::BeforeStatus);
-    writeStatus({}, status);
+    m_status.write(0, {}, status);
     floodOutput(m_scenario.floodBytes);
     m_log.padTo(m_scenario.logSize);
 }
 
-void Session::completeStep(std::string_view file, std::string_view status)
+void Session::completeStep(const QString &file, const QString &status)
 {
     std::this_thread::sleep_for(m_stepTime);
     ++m_stepsDone;
-    writeStatus(file, status);
+    m_status.write(100.0 * double(m_stepsDone) / double(m_stepCount), file, status);
 }
 
 void Session::reach(Stage stage)
 {
     if (m_scenario.showsMessagesAt(stage)) {
-        for (const std::string &text : m_scenario.messageBoxes)
+        for (const QString &text : m_scenario.messageBoxes)
             m_log.messageBox(text);
     }
     if (m_scenario.pauseStage == stage)
@@ -85,15 +99,6 @@ void Session::reach(Stage stage)
 
 void Session::close()
 {
-    m_log.line("Deinitializing Setup.");
+    m_log.line(u"Deinitializing Setup."_s);
     m_log.close();
 }
-
-void Session::writeStatus(std::string_view file, std::string_view status)
-{
-    const double percent =
-        100.0 * static_cast<double>(m_stepsDone) / static_cast<double>(m_stepCount);
-    m_status.write(percent, file, status);
-}
-
-} // namespace standin

@@ -1,15 +1,19 @@
 #pragma once
 
-#include "enginelog.h"
-#include "options.h"
-#include "scenario.h"
-#include "statuswriter.h"
+#include "reports.h"
 
-#include <chrono>
-#include <cstddef>
-#include <string_view>
+#include <QMap>
 
-namespace standin {
+/// The command line of a setup run or an uninstall run; both take the same switches. Their names
+/// ignore letter case, a value may stand in double quotes, and the last of two equal ones wins.
+struct Options
+{
+    /// Arguments without the program path.
+    explicit Options(const QStringList &arguments);
+
+    QMap<QString, QString> values; ///< By the switch's name in lower case.
+    QStringList unknown; ///< Whole arguments, for the log.
+};
 
 /// Thrown where the scenario wants the run to end.
 struct EndOfRun
@@ -22,7 +26,7 @@ struct EndOfRun
 class Session
 {
 public:
-    Session(Options options, Scenario scenario);
+    Session(const Options &options, const Scenario &scenario);
 
     [[nodiscard]] const Options &options() const { return m_options; }
     [[nodiscard]] const Scenario &scenario() const { return m_scenario; }
@@ -33,11 +37,10 @@ public:
 
     /// Passes Stage::BeforeStatus and writes the first status. All steps together take about the
     /// given time, unless the scenario sets the pace.
-    void beginSteps(std::size_t count, std::chrono::milliseconds wholeTime,
-                    std::string_view status);
+    void beginSteps(qsizetype count, Scenario::Duration wholeTime, const QString &status);
 
     /// One of the announced steps is done: waits its time and writes the status.
-    void completeStep(std::string_view file, std::string_view status);
+    void completeStep(const QString &file, const QString &status);
 
     /// Throws EndOfRun, crashes, stalls or pauses where the scenario says so.
     void reach(Stage stage);
@@ -45,15 +48,11 @@ public:
     void close();
 
 private:
-    void writeStatus(std::string_view file, std::string_view status);
-
-    Options m_options;
-    Scenario m_scenario;
+    const Options &m_options;
+    const Scenario &m_scenario;
     EngineLog m_log;
     StatusWriter m_status;
-    std::chrono::milliseconds m_stepTime { 0 };
-    std::size_t m_stepCount = 1;
-    std::size_t m_stepsDone = 0;
+    Scenario::Duration m_stepTime { 0 };
+    qsizetype m_stepCount = 1;
+    qsizetype m_stepsDone = 0;
 };
-
-} // namespace standin
