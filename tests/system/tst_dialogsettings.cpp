@@ -31,19 +31,13 @@ public:
     static void initMain() { qunsetenv("XDG_CONFIG_HOME"); }
 
 private Q_SLOTS:
-    void init();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void nothingIsLeft();
-    void othersSettingsStay_data();
     void othersSettingsStay();
 
 private:
     Sandbox m_sandbox;
 };
-
-void TestDialogSettings::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
 
 void TestDialogSettings::nothingIsLeft()
 {
@@ -60,28 +54,22 @@ void TestDialogSettings::nothingIsLeft()
     QVERIFY2(!files.hasNext(), qPrintable(files.next()));
 }
 
-void TestDialogSettings::othersSettingsStay_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::newRow("of dialogs") << u"FileDialog/lastVisited"_s;
-    QTest::newRow("of something else") << u"Other/value"_s;
-}
-
 void TestDialogSettings::othersSettingsStay()
 {
 #ifndef Q_OS_WIN
     QSKIP("Here the dialog's settings are never those of the user.");
 #endif
-    QFETCH(const QString, key);
-    m_sandbox.setRegistry({});
-    QSettings others(QSettings::UserScope, u"QtProject"_s);
-    others.setValue(key, u"/home"_s);
-    others.sync();
-    const QStringList before = m_sandbox.storedRegistry();
-    QVERIFY(!before.filter(u"QtProject"_s).isEmpty());
-    withoutDialogSettings([] { writeAsADialog(u"/opt"_s); });
-    QCOMPARE(m_sandbox.storedRegistry(), before);
-    QCOMPARE(others.value(key), u"/home"_s);
+    for (const QString &key : { u"FileDialog/lastVisited"_s, u"Other/value"_s }) {
+        m_sandbox.setRegistry({});
+        QSettings others(QSettings::UserScope, u"QtProject"_s);
+        others.setValue(key, u"/home"_s);
+        others.sync();
+        const QStringList before = m_sandbox.storedRegistry();
+        QVERIFY(!before.filter(u"QtProject"_s).isEmpty());
+        withoutDialogSettings([] { writeAsADialog(u"/opt"_s); });
+        QCOMPARE(m_sandbox.storedRegistry(), before);
+        QCOMPARE(others.value(key), u"/home"_s);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestDialogSettings)

@@ -8,7 +8,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
-#include <memory>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -19,19 +19,15 @@ class TestLaunch : public QObject
 private Q_SLOTS:
     void initTestCase();
     void init();
-    void cleanup();
-    void startsOnceInItsFolder_data();
     void startsOnceInItsFolder();
-    void everyCallStartsAnother();
     void relativeFolder();
-    void nothingToStart_data();
     void nothingToStart();
 
 private:
     void installApplication(const QString &folder) const;
     QStringList launches() const;
 
-    std::unique_ptr<Sandbox> m_sandbox;
+    std::optional<Sandbox> m_sandbox;
 };
 
 void TestLaunch::initTestCase()
@@ -43,12 +39,7 @@ void TestLaunch::initTestCase()
 void TestLaunch::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_s));
-    m_sandbox = std::make_unique<Sandbox>();
-}
-
-void TestLaunch::cleanup()
-{
-    m_sandbox.reset();
+    m_sandbox.emplace();
 }
 
 /// Under the application's name the stand-in engine only notes how it was started.
@@ -67,41 +58,26 @@ QStringList TestLaunch::launches() const
     return QString::fromUtf8(m_sandbox->read(u"launches.txt"_s)).split(u'\n', Qt::SkipEmptyParts);
 }
 
-void TestLaunch::startsOnceInItsFolder_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("plain") << u"copy"_s;
-    QTest::newRow("blank") << u"Varnel Schematics"_s;
-    QTest::newRow("apostrophes") << u"a 'b' c"_s;
-    QTest::newRow("shell's signs") << u"a $HOME %TEMP% `x` ; & ^ (b)"_s;
-    QTest::newRow("place markers") << u"a %1 %2"_s;
-    QTest::newRow("other scripts") << u"Схемы 回路"_s;
-#ifndef Q_OS_WIN
-    // There are no such names on Windows.
-    QTest::newRow("quotes") << u"a \"b\""_s;
-    QTest::newRow("more of the shell's signs") << u"a * \\ ? | <b>"_s;
-    QTest::newRow("blank at the end") << u"copy "_s;
-#endif
-}
-
 void TestLaunch::startsOnceInItsFolder()
 {
-    QFETCH(const QString, name);
-    installApplication(name);
-    const QString folder = m_sandbox->path(name);
-    launchApplication(folder);
-    const QString where = QFileInfo(folder).canonicalFilePath();
-    QCOMPARE(launches(),
-             QStringList { QDir::toNativeSeparators(folder + "/VarnelSolutions.exe"_L1) + u'\t'
-                           + QDir::toNativeSeparators(where) });
-}
-
-void TestLaunch::everyCallStartsAnother()
-{
-    installApplication(u"copy"_s);
-    launchApplication(m_sandbox->path(u"copy"_s));
+    QStringList names { u"copy"_s, u"a 'b' c"_s, u"a $HOME %TEMP% `x` ; & ^ (b)"_s, u"a %1 %2"_s,
+                        u"Схемы 回路"_s };
+#ifndef Q_OS_WIN
+    // There are no such names on Windows.
+    names << u"a \"b\""_s << u"a * \\ ? | <b>"_s << u"copy "_s;
+#endif
+    QStringList expected;
+    for (const QString &name : std::as_const(names)) {
+        installApplication(name);
+        const QString folder = m_sandbox->path(name);
+        launchApplication(folder);
+        const QString where = QFileInfo(folder).canonicalFilePath();
+        expected << QDir::toNativeSeparators(folder + "/VarnelSolutions.exe"_L1) + u'\t'
+                + QDir::toNativeSeparators(where);
+        QCOMPARE(launches(), expected);
+    }
     launchApplication(m_sandbox->path(u"copy/"_s));
-    QCOMPARE(launches().size(), 2);
+    QCOMPARE(launches().size(), expected.size() + 1);
 }
 
 void TestLaunch::relativeFolder()
@@ -116,35 +92,28 @@ void TestLaunch::relativeFolder()
     QCOMPARE(lines[0].section(u'\t', 1), QDir::toNativeSeparators(where));
 }
 
-void TestLaunch::nothingToStart_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("no folder") << u"gone"_s;
-    QTest::newRow("empty folder") << u"empty"_s;
-    QTest::newRow("other program") << u"other"_s;
-    QTest::newRow("program below") << u"above"_s;
-    QTest::newRow("file for a folder") << u"file"_s;
-    QTest::newRow("folder for a program") << u"folder"_s;
-#ifndef Q_OS_WIN
-    QTest::newRow("must not be run") << u"locked"_s;
-#endif
-}
-
 void TestLaunch::nothingToStart()
 {
-    QFETCH(const QString, name);
-    QVERIFY(QDir().mkpath(m_sandbox->path(u"empty"_s)));
-    QVERIFY(QDir().mkpath(m_sandbox->path(u"folder/VarnelSolutions.exe"_s)));
-    installApplication(u"above/below"_s);
-    installApplication(u"locked"_s);
-    QVERIFY(QFile::setPermissions(m_sandbox->path(u"locked/VarnelSolutions.exe"_s),
+    const auto copyTo = [this](const QString &file) {
+        return QDir().mkpath(QFileInfo(m_sandbox->path(file)).path())
+            && QFile::copy(Sandbox::setupEngine(), m_sandbox->path(file));
+    };
+    QVERIFY(QDir().mkpath(m_sandbox->path(u"folder for a program/VarnelSolutions.exe"_s)));
+    QVERIFY(copyTo(u"file for a folder"_s));
+    QVERIFY(copyTo(u"other program/Other.exe"_s));
+    installApplication(u"program below/below"_s);
+    QStringList names { u"no folder"_s, u"folder for a program"_s, u"file for a folder"_s,
+                        u"other program"_s, u"program below"_s };
+#ifndef Q_OS_WIN
+    installApplication(u"must not be run"_s);
+    QVERIFY(QFile::setPermissions(m_sandbox->path(u"must not be run/VarnelSolutions.exe"_s),
                                   QFile::ReadOwner | QFile::WriteOwner));
-    for (const QString &copy : { u"file"_s, u"other/Other.exe"_s }) {
-        QVERIFY(QDir().mkpath(QFileInfo(m_sandbox->path(copy)).path()));
-        QVERIFY(QFile::copy(Sandbox::setupEngine(), m_sandbox->path(copy)));
+    names << u"must not be run"_s;
+#endif
+    for (const QString &name : std::as_const(names)) {
+        launchApplication(m_sandbox->path(name));
+        QVERIFY2(launches().isEmpty(), qPrintable(name));
     }
-    launchApplication(m_sandbox->path(name));
-    QCOMPARE(launches(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestLaunch)

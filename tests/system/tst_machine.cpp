@@ -19,23 +19,17 @@ class TestMachine : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void memoryIsThatOfTheKernel();
     void processorIsThatOfTheKernel();
     void systemFolderHoldsLibraries();
     void reducedMotionOfTheDesktop();
 };
 
-void TestMachine::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
-
 void TestMachine::memoryIsThatOfTheKernel()
 {
     const std::optional<quint64> memory = totalMemory();
     QVERIFY(memory.has_value());
-    QVERIFY(*memory > 0);
 #ifdef Q_OS_WIN
     PERFORMANCE_INFORMATION information = {};
     QVERIFY(GetPerformanceInfo(&information, sizeof information));

@@ -2,13 +2,17 @@
 #include "system/machine.h"
 #include "system/probes.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
+#include <QLocale>
 #include <QRegularExpression>
+#include <QStorageInfo>
 #include <QSysInfo>
 #include <QTest>
 
-#include <memory>
+#include <cmath>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -32,17 +36,38 @@ const QString kProcessorKey =
 const QString kDotNetKey =
     uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\NET Framework Setup\NDP\v4\Full)"_s;
 const QString kPolicyKey = uR"(HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Control\CI\Policy)"_s;
-const QString kWebViewMachine32 =
-    uR"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\Microsoft\EdgeUpdate\Clients\)"
-    uR"({F3017226-FE2A-4295-8BDF-00C3A9A7E4C5})"_s;
-const QString kWebViewMachine = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\EdgeUpdate\Clients\)"
-                                uR"({F3017226-FE2A-4295-8BDF-00C3A9A7E4C5})"_s;
-const QString kWebViewUser = uR"(HKEY_CURRENT_USER\SOFTWARE\Microsoft\EdgeUpdate\Clients\)"
-                             uR"({F3017226-FE2A-4295-8BDF-00C3A9A7E4C5})"_s;
+const QString kPolicyState = u"VerifiedAndReputablePolicyState"_s;
+const QString kWebViewClient =
+    uR"(Microsoft\EdgeUpdate\Clients\{F3017226-FE2A-4295-8BDF-00C3A9A7E4C5})"_s;
 
 QString wordSize()
 {
     return QSysInfo::currentCpuArchitecture().contains(u"64"_s) ? u"64-bit"_s : u"32-bit"_s;
+}
+
+/// A volume beside that of the root, so that the answer tells which of the two was looked at.
+QString otherVolume()
+{
+    for (const QString &volume : { u"/dev/shm"_s, u"/dev"_s, u"/proc"_s, u"/sys"_s }) {
+        if (QStorageInfo(volume).rootPath() == volume)
+            return volume;
+    }
+    return {};
+}
+
+/// What the disk space row names as its volume.
+QString volumeOf(const CheckResult &result)
+{
+    return result.value.section(u" free on "_s, 1);
+}
+
+/// The bytes that the disk space row shows as free, rounded as they are shown.
+double freeBytesOf(const CheckResult &result)
+{
+    const QStringList words = result.value.section(u" free on "_s, 0, 0).split(u' ');
+    const QStringList units { u"bytes"_s, u"KB"_s, u"MB"_s, u"GB"_s, u"TB"_s };
+    return QLocale::system().toDouble(words.value(words.size() - 2))
+        * std::pow(1024, units.indexOf(words.last()));
 }
 
 } // namespace
@@ -53,35 +78,27 @@ class TestProbes : public QObject
 
 private Q_SLOTS:
     void init();
-    void cleanup();
     void rowsInOrder();
     void emptyRegistry();
     void registryFeedsTheRows();
-    void rowsOneByOne_data();
-    void rowsOneByOne();
     void webViewRoots_data();
     void webViewRoots();
-    void smartAppControlOn_data();
     void smartAppControlOn();
-    void memoryIsThatOfTheMachine();
-    void vcRuntimeIsTwoFiles_data();
     void vcRuntimeIsTwoFiles();
     void vcRuntimeIsThatOfTheSystem();
-    void everyRunReadsAfresh();
+    void volume_data();
+    void volume();
+    void spaceIsThatWhichIsFree();
+    void diskSpaceCreatesNothing();
 
 private:
-    std::unique_ptr<Sandbox> m_sandbox;
+    std::optional<Sandbox> m_sandbox;
 };
 
 void TestProbes::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_s));
-    m_sandbox = std::make_unique<Sandbox>();
-}
-
-void TestProbes::cleanup()
-{
-    m_sandbox.reset();
+    m_sandbox.emplace();
 }
 
 void TestProbes::rowsInOrder()
@@ -108,13 +125,14 @@ void TestProbes::emptyRegistry()
     QVERIFY(results[SystemRow].ok);
     QCOMPARE(results[ProcessorRow],
              judgeProcessor(processorName(), 0, QSysInfo::currentCpuArchitecture()));
+    QVERIFY(totalMemory().has_value());
+    QCOMPARE(results[MemoryRow], judgeMemory(totalMemory()));
     // This program has no window system, hence no screen.
-    QCOMPARE(results[DisplayRow], (CheckResult { u"Graphics · display"_s, u"Unknown"_s, true }));
-    QCOMPARE(results[DotNetRow], (CheckResult { u".NET Framework"_s, u"Not detected"_s, false }));
+    QCOMPARE(results[DisplayRow], judgeDisplay(std::nullopt, 0));
+    QCOMPARE(results[DotNetRow], judgeDotNet(0));
     QCOMPARE(results[VcRuntimeRow], judgeVcRuntime(vcRuntimePresent()));
-    QCOMPARE(results[WebViewRow],
-             (CheckResult { u"WebView2 Runtime"_s, u"Missing — will install"_s, false }));
-    QCOMPARE(results[SmartAppControlRow], (CheckResult { u"Smart App Control"_s, u"Off"_s, true }));
+    QCOMPARE(results[WebViewRow], judgeWebView({}));
+    QCOMPARE(results[SmartAppControlRow], judgeSmartAppControl(0));
 }
 
 void TestProbes::registryFeedsTheRows()
@@ -128,195 +146,60 @@ void TestProbes::registryFeedsTheRows()
           QJsonObject { { u"ProcessorNameString"_s, u"  AMD(R) Ryzen(TM) 7  CPU 5800X "_s },
                         { u"~MHz"_s, 3800 } } },
         { kDotNetKey, QJsonObject { { u"Release"_s, 528040 } } },
-        { kWebViewMachine32, QJsonObject { { u"pv"_s, u"128.0.2739.42"_s } } },
-        { kPolicyKey, QJsonObject { { u"VerifiedAndReputablePolicyState"_s, 2 } } },
+        { kPolicyKey, QJsonObject { { kPolicyState, 2 } } },
     });
     const QList<CheckResult> results = runSystemChecks(QString());
     QCOMPARE(results.size(), 9);
     QCOMPARE(results[SystemRow].value, QString(u"Windows 11 Pro · 23H2 · " + wordSize()));
-    QVERIFY(results[SystemRow].ok);
-    QCOMPARE(results[ProcessorRow],
-             (CheckResult { u"Processor"_s, u"AMD Ryzen 7 5800X · 3.8 GHz"_s, true }));
-    QCOMPARE(results[DotNetRow], (CheckResult { u".NET Framework"_s, u"4.8"_s, true }));
-    QCOMPARE(results[WebViewRow],
-             (CheckResult { u"WebView2 Runtime"_s, u"128.0.2739.42"_s, true }));
-    QCOMPARE(results[SmartAppControlRow],
-             (CheckResult { u"Smart App Control"_s, u"Evaluation"_s, true }));
-}
-
-void TestProbes::rowsOneByOne_data()
-{
-    QTest::addColumn<Row>("row");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QJsonObject>("values");
-    QTest::addColumn<QString>("value"); // {name} of the system, {bits} of its words
-    QTest::addColumn<bool>("ok");
-    QTest::newRow("build too old") << SystemRow << kSystemKey
-                                   << QJsonObject { { u"ProductName"_s, u"Windows 10 Pro"_s },
-                                                    { u"CurrentBuild"_s, u"17762"_s } }
-                                   << u"Windows 10 Pro · {bits} — unsupported"_s << false;
-    QTest::newRow("oldest build") << SystemRow << kSystemKey
-                                  << QJsonObject { { u"ProductName"_s, u"Windows 10 Pro"_s },
-                                                   { u"CurrentBuild"_s, u"17763"_s } }
-                                  << u"Windows 10 Pro · {bits}"_s << true;
-    QTest::newRow("build as number")
-        << SystemRow << kSystemKey
-        << QJsonObject { { u"ProductName"_s, u"Windows 10 Pro"_s }, { u"CurrentBuild"_s, 22000 } }
-        << u"Windows 11 Pro · {bits}"_s << true;
-    QTest::newRow("build no number") << SystemRow << kSystemKey
-                                     << QJsonObject { { u"ProductName"_s, u"Windows 10 Pro"_s },
-                                                      { u"CurrentBuild"_s, u"22000x"_s } }
-                                     << u"Windows 10 Pro · {bits}"_s << true;
-    QTest::newRow("build alone") << SystemRow << kSystemKey
-                                 << QJsonObject { { u"CurrentBuild"_s, u"22631"_s } }
-                                 << u"{name} · {bits}"_s << true;
-    QTest::newRow("release alone")
-        << SystemRow << kSystemKey << QJsonObject { { u"DisplayVersion"_s, u"22H2"_s } }
-        << u"{name} · 22H2 · {bits}"_s << true;
-    QTest::newRow("system of a wrong type")
-        << SystemRow << kSystemKey
-        << QJsonObject { { u"ProductName"_s, QJsonArray { u"x"_s } },
-                         { u"CurrentBuild"_s, QJsonObject() } }
-        << u"{name} · {bits}"_s << true;
-    QTest::newRow("processor without speed")
-        << ProcessorRow << kProcessorKey
-        << QJsonObject { { u"ProcessorNameString"_s, u"Chip A"_s } } << u"Chip A"_s << true;
-    QTest::newRow("processor tells its speed")
-        << ProcessorRow << kProcessorKey
-        << QJsonObject { { u"ProcessorNameString"_s, u"Chip A @ 2.30GHz"_s }, { u"~MHz"_s, 2295 } }
-        << u"Chip A @ 2.30GHz"_s << true;
-    QTest::newRow("processor with place markers")
-        << ProcessorRow << kProcessorKey
-        << QJsonObject { { u"ProcessorNameString"_s, u"Chip %2 %1"_s }, { u"~MHz"_s, 2295 } }
-        << u"Chip %2 %1 · 2.3 GHz"_s << true;
-    QTest::newRow("framework newest")
-        << DotNetRow << kDotNetKey << QJsonObject { { u"Release"_s, 533320 } } << u"4.8.1"_s
-        << true;
-    QTest::newRow("framework old")
-        << DotNetRow << kDotNetKey << QJsonObject { { u"Release"_s, 378389 } } << u"4.x"_s << true;
-    QTest::newRow("framework no number")
-        << DotNetRow << kDotNetKey << QJsonObject { { u"Release"_s, u"new"_s } }
-        << u"Not detected"_s << false;
-    QTest::newRow("framework's other value")
-        << DotNetRow << kDotNetKey << QJsonObject { { u"Version"_s, 528040 } } << u"Not detected"_s
-        << false;
-    QTest::newRow("control on") << SmartAppControlRow << kPolicyKey
-                                << QJsonObject { { u"VerifiedAndReputablePolicyState"_s, 1 } }
-                                << u"On — blocks the app"_s << false;
-    QTest::newRow("control off") << SmartAppControlRow << kPolicyKey
-                                 << QJsonObject { { u"VerifiedAndReputablePolicyState"_s, 0 } }
-                                 << u"Off"_s << true;
-}
-
-void TestProbes::rowsOneByOne()
-{
-    QFETCH(const Row, row);
-    QFETCH(const QString, key);
-    QFETCH(const QJsonObject, values);
-    QFETCH(QString, value);
-    QFETCH(const bool, ok);
-    m_sandbox->setRegistry({ { key, values } });
-    const QList<CheckResult> results = runSystemChecks(QString());
-    QCOMPARE(results.size(), 9);
-    value.replace(u"{name}"_s, QSysInfo::prettyProductName()).replace(u"{bits}"_s, wordSize());
-    QCOMPARE(results[row].value, value);
-    QCOMPARE(results[row].ok, ok);
+    QCOMPARE(results[ProcessorRow].value, u"AMD Ryzen 7 5800X · 3.8 GHz"_s);
+    QCOMPARE(results[DotNetRow].value, u"4.8"_s);
+    QCOMPARE(results[SmartAppControlRow].value, u"Evaluation"_s);
 }
 
 void TestProbes::webViewRoots_data()
 {
-    QTest::addColumn<QJsonValue>("machine32");
-    QTest::addColumn<QJsonValue>("machine");
-    QTest::addColumn<QJsonValue>("user");
-    QTest::addColumn<QString>("value");
-    const QJsonValue none = QJsonValue::Undefined;
-    const QJsonValue a = u"1.0"_s;
-    const QJsonValue b = u"2.0"_s;
-    const QJsonValue c = u"3.0"_s;
-    const QString missing = u"Missing — will install"_s;
-    QTest::newRow("32-bit view") << a << none << none << u"1.0"_s;
-    QTest::newRow("machine-wide") << none << b << none << u"2.0"_s;
-    QTest::newRow("per user") << none << none << c << u"3.0"_s;
-    QTest::newRow("all three") << a << b << c << u"1.0"_s;
-    QTest::newRow("last two") << none << b << c << u"2.0"_s;
-    QTest::newRow("empty first") << QJsonValue(u""_s) << b << c << u"2.0"_s;
-    QTest::newRow("empty twice") << QJsonValue(u""_s) << QJsonValue(u""_s) << c << u"3.0"_s;
-    QTest::newRow("all empty") << QJsonValue(u""_s) << QJsonValue(u""_s) << QJsonValue(u""_s)
-                               << missing;
-    QTest::newRow("none") << none << none << none << missing;
-    QTest::newRow("wrong type first")
-        << QJsonValue(QJsonArray { u"1.0"_s }) << none << c << u"3.0"_s;
+    QTest::addColumn<QJsonArray>("versions"); // 32-bit view, machine, user
+    QTest::addColumn<QString>("found");
+    QTest::newRow("all three") << QJsonArray { u"1.0"_s, u"2.0"_s, u"3.0"_s } << u"1.0"_s;
+    QTest::newRow("empty first") << QJsonArray { u""_s, u"2.0"_s, u"3.0"_s } << u"2.0"_s;
+    QTest::newRow("wrong types first")
+        << QJsonArray { 1, QJsonArray { u"1.0"_s }, u"3.0"_s } << u"3.0"_s;
+    QTest::newRow("all empty") << QJsonArray { u""_s, u""_s, u""_s } << QString();
 }
 
 void TestProbes::webViewRoots()
 {
-    QFETCH(const QJsonValue, machine32);
-    QFETCH(const QJsonValue, machine);
-    QFETCH(const QJsonValue, user);
-    QFETCH(const QString, value);
+    QFETCH(const QJsonArray, versions);
+    QFETCH(const QString, found);
+    const QString roots[] = { uR"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\)"_s,
+                              uR"(HKEY_LOCAL_MACHINE\SOFTWARE\)"_s,
+                              uR"(HKEY_CURRENT_USER\SOFTWARE\)"_s };
     QJsonObject registry;
-    const auto store = [&registry](const QString &key, const QJsonValue &version) {
-        if (!version.isUndefined())
-            registry[key] = QJsonObject { { u"pv"_s, version } };
-    };
-    store(kWebViewMachine32, machine32);
-    store(kWebViewMachine, machine);
-    store(kWebViewUser, user);
+    for (int i = 0; i < 3; ++i)
+        registry[roots[i] + kWebViewClient] = QJsonObject { { u"pv"_s, versions[i] } };
     m_sandbox->setRegistry(registry);
-    const CheckResult result = runSystemChecks(QString()).value(WebViewRow);
-    QCOMPARE(result.value, value);
-    QCOMPARE(result.ok, !value.startsWith(u"Missing"_s));
-}
-
-void TestProbes::smartAppControlOn_data()
-{
-    QTest::addColumn<QJsonValue>("state");
-    QTest::addColumn<bool>("on");
-    QTest::newRow("none") << QJsonValue(QJsonValue::Undefined) << false;
-    QTest::newRow("0") << QJsonValue(0) << false;
-    QTest::newRow("1") << QJsonValue(1) << true;
-    QTest::newRow("1 as text") << QJsonValue(u"1"_s) << true;
-    QTest::newRow("2") << QJsonValue(2) << false;
-    QTest::newRow("3") << QJsonValue(3) << false;
-    QTest::newRow("-1") << QJsonValue(-1) << false;
-    QTest::newRow("no number") << QJsonValue(u"on"_s) << false;
+    QCOMPARE(runSystemChecks(QString()).value(WebViewRow), judgeWebView(found));
 }
 
 void TestProbes::smartAppControlOn()
 {
-    QFETCH(const QJsonValue, state);
-    QFETCH(const bool, on);
-    QJsonObject policy;
-    if (!state.isUndefined())
-        policy[u"VerifiedAndReputablePolicyState"_s] = state;
-    m_sandbox->setRegistry({ { kPolicyKey, policy } });
-    QCOMPARE(isSmartAppControlOn(), on);
-}
-
-void TestProbes::memoryIsThatOfTheMachine()
-{
-    QVERIFY(totalMemory().has_value());
-    QCOMPARE(runSystemChecks(QString()).value(MemoryRow), judgeMemory(totalMemory()));
-}
-
-void TestProbes::vcRuntimeIsTwoFiles_data()
-{
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<bool>("present");
-    const QString first = u"vcruntime140.dll"_s;
-    const QString second = u"vcruntime140_1.dll"_s;
-    QTest::newRow("none") << QStringList() << false;
-    QTest::newRow("first only") << QStringList { first } << false;
-    QTest::newRow("second only") << QStringList { second } << false;
-    QTest::newRow("both") << QStringList { first, second } << true;
+    QVERIFY(!isSmartAppControlOn());
+    for (const QJsonValue &state : { QJsonValue(2), QJsonValue(u"on"_s), QJsonValue(1) }) {
+        m_sandbox->setRegistry({ { kPolicyKey, QJsonObject { { kPolicyState, state } } } });
+        QCOMPARE(isSmartAppControlOn(), state.toInt() == 1);
+    }
 }
 
 void TestProbes::vcRuntimeIsTwoFiles()
 {
-    QFETCH(const QStringList, files);
-    for (const QString &file : files)
-        m_sandbox->write(u"system/"_s + file, "library");
-    QTEST(hasVcRuntime(m_sandbox->path(u"system"_s)), "present");
+    const QString folder = m_sandbox->path(u"system"_s);
+    QVERIFY(!hasVcRuntime(folder));
+    const QString first = m_sandbox->write(u"system/vcruntime140.dll"_s, "library");
+    QVERIFY(!hasVcRuntime(folder));
+    m_sandbox->write(u"system/vcruntime140_1.dll"_s, "library");
+    QVERIFY(hasVcRuntime(folder));
+    QVERIFY(QFile::remove(first));
+    QVERIFY(!hasVcRuntime(folder));
 }
 
 void TestProbes::vcRuntimeIsThatOfTheSystem()
@@ -337,13 +220,65 @@ void TestProbes::vcRuntimeIsThatOfTheSystem()
 #endif
 }
 
-void TestProbes::everyRunReadsAfresh()
+void TestProbes::volume_data()
 {
-    QVERIFY(!runSystemChecks(QString()).value(DotNetRow).ok);
-    m_sandbox->setRegistry({ { kDotNetKey, QJsonObject { { u"Release"_s, 461808 } } } });
-    QCOMPARE(runSystemChecks(QString()).value(DotNetRow).value, u"4.7.2"_s);
-    m_sandbox->setRegistry({ { kDotNetKey, QJsonObject { { u"Release"_s, 460798 } } } });
-    QCOMPARE(runSystemChecks(QString()).value(DotNetRow).value, u"4.7"_s);
+    QTest::addColumn<QString>("path"); // {other}: another volume, {own}: the sandbox
+    QTest::addColumn<QString>("nearest"); // the existing folder whose volume counts
+    QTest::newRow("root") << u"{root}"_s << u"{root}"_s;
+    QTest::newRow("two missing in the root") << u"{root}no such folder/nor this"_s << u"{root}"_s;
+    QTest::newRow("no path") << QString() << u"{root}"_s;
+    QTest::newRow("relative, missing") << u"no such folder/nor this"_s << u"{root}"_s;
+    QTest::newRow("drive of another system") << uR"(Q:\no such folder\nor this)"_s << u"{root}"_s;
+    QTest::newRow("own folder") << u"{own}/home"_s << u"{own}"_s;
+    QTest::newRow("two missing in the own folder") << u"{own}/home/a/b"_s << u"{own}"_s;
+    QTest::newRow("file for a folder") << u"{own}/file/a"_s << u"{own}"_s;
+#ifndef Q_OS_WIN
+    QTest::newRow("file for a folder, other volume") << u"/dev/null/a/b"_s << u"/dev"_s;
+#endif
+    QTest::newRow("blanks, signs, other scripts") << u"{own}/a %1 & 'б' /c"_s << u"{own}"_s;
+    QTest::newRow("other volume") << u"{other}"_s << u"{other}"_s;
+    QTest::newRow("ten missing on the other volume")
+        << u"{other}/a/b/c/d/e/f/g/h/i/j"_s << u"{other}"_s;
+    QTest::newRow("separators, doubled and at the end") << u"{other}//a//b//"_s << u"{other}"_s;
+}
+
+void TestProbes::volume()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, nearest);
+    const QString other = otherVolume();
+    if (other.isEmpty() && nearest == u"{other}"_s)
+        QSKIP("This system has no volume besides that of its root.");
+    m_sandbox->write(u"file"_s, {});
+    for (QString *text : { &path, &nearest })
+        text->replace(u"{root}"_s, QDir::rootPath())
+            .replace(u"{other}"_s, other)
+            .replace(u"{own}"_s, m_sandbox->path(u"."_s).chopped(2));
+    const QString expected = QDir::toNativeSeparators(QStorageInfo(nearest).rootPath());
+    QCOMPARE(volumeOf(checkDiskSpace(path)), expected);
+    QCOMPARE(volumeOf(runSystemChecks(path).value(DiskRow)), expected);
+}
+
+// Other programs write at the same time, so the numbers are only about the same.
+void TestProbes::spaceIsThatWhichIsFree()
+{
+    for (const QString &folder : { m_sandbox->tempFolder(), otherVolume() }) {
+        const QStorageInfo volume(folder);
+        const double used = double(volume.bytesTotal() - volume.bytesAvailable());
+        if (!volume.isValid() || used < double(volume.bytesTotal()) / 10)
+            continue;
+        const double shown = freeBytesOf(checkDiskSpace(folder));
+        QVERIFY2(std::abs(shown - double(volume.bytesAvailable())) < used / 2,
+                 qPrintable(checkDiskSpace(folder).value));
+        return;
+    }
+    QSKIP("No volume here is used to a tenth, so what is free and what there is look the same.");
+}
+
+void TestProbes::diskSpaceCreatesNothing()
+{
+    QVERIFY(!checkDiskSpace(m_sandbox->path(u"a/b"_s)).value.isEmpty());
+    QVERIFY(!QFile::exists(m_sandbox->path(u"a"_s)));
 }
 
 QTEST_GUILESS_MAIN(TestProbes)

@@ -80,11 +80,10 @@ class TestProbesDisplay : public QObject
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void init();
-    void row();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void sizeIsInRealPixels_data();
     void sizeIsInRealPixels();
-    void sizeIsThatOfThePrimaryScreen();
+    void rowIsAboutThePrimaryScreen();
     void sizeIsThatOfTheSystem();
 
 private:
@@ -103,44 +102,13 @@ void TestProbesDisplay::cleanupTestCase()
     QVERIFY(QDir::setCurrent(QDir::rootPath())); // a folder in use cannot be removed everywhere
 }
 
-void TestProbesDisplay::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
-
-void TestProbesDisplay::row()
-{
-    const auto program = programOnScreens({ { 1920, 1080 } }, 100);
-    QVERIFY(program);
-    const CheckResult result = runSystemChecks(QString()).value(4);
-    QCOMPARE(result.label, u"Graphics · display"_s);
-    const int rate = qRound(QGuiApplication::primaryScreen()->refreshRate());
-    QCOMPARE(result.value, u"1920 × 1080 · %1 Hz"_s.arg(rate));
-    QVERIFY(result.ok);
-}
-
 void TestProbesDisplay::sizeIsInRealPixels_data()
 {
     QTest::addColumn<QSize>("pixels");
     QTest::addColumn<int>("percent");
-    for (const QSize &pixels : {
-             QSize(1280, 800),
-             QSize(1366, 768),
-             QSize(1600, 900),
-             QSize(1680, 1050),
-             QSize(1920, 1080),
-             QSize(1920, 1200),
-             QSize(2160, 1440),
-             QSize(2256, 1504),
-             QSize(2560, 1440),
-             QSize(2560, 1600),
-             QSize(2736, 1824),
-             QSize(2880, 1620),
-             QSize(2880, 1800),
-             QSize(3000, 2000),
-             QSize(3440, 1440),
-             QSize(3840, 2160),
-         }) {
+    for (const QSize &pixels :
+         { QSize(1280, 800), QSize(1366, 768), QSize(1680, 1050), QSize(1920, 1080),
+           QSize(2160, 1440), QSize(2256, 1504), QSize(2736, 1824), QSize(3840, 2160) }) {
         for (const int percent : { 100, 125, 150, 175, 200, 225, 250, 300 })
             QTest::addRow("%d x %d at %d %%", pixels.width(), pixels.height(), percent)
                 << pixels << percent;
@@ -157,12 +125,13 @@ void TestProbesDisplay::sizeIsInRealPixels()
     QCOMPARE(shownSize(), shown(pixels));
 }
 
-void TestProbesDisplay::sizeIsThatOfThePrimaryScreen()
+void TestProbesDisplay::rowIsAboutThePrimaryScreen()
 {
     const auto program = programOnScreens({ { 2560, 1600 }, { 1920, 1080 } }, 150);
     QVERIFY(program);
     QCOMPARE(QGuiApplication::screens().size(), 2);
-    QCOMPARE(shownSize(), shown({ 2560, 1600 }));
+    QCOMPARE(runSystemChecks(QString()).value(4),
+             judgeDisplay(QSize(2560, 1600), QGuiApplication::primaryScreen()->refreshRate()));
 }
 
 void TestProbesDisplay::sizeIsThatOfTheSystem()
@@ -172,9 +141,9 @@ void TestProbesDisplay::sizeIsThatOfTheSystem()
     qputenv("QT_SCALE_FACTOR", "1.37");
     const auto restore = qScopeGuard([] { qunsetenv("QT_SCALE_FACTOR"); });
     const auto program = makeProgram();
-    QCOMPARE(shownSize(), shown({ GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN) }));
-    QCOMPARE(primaryScreenPixels(),
-             QSize(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)));
+    const QSize size(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+    QCOMPARE(shownSize(), shown(size));
+    QCOMPARE(primaryScreenPixels(), size);
 #else
     QSKIP("The test of a scaled desktop is for this.");
 #endif

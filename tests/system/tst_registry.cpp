@@ -1,11 +1,12 @@
 #include "support/sandbox.h"
 #include "system/registry.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QRegularExpression>
 #include <QTest>
 
-#include <memory>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,88 +22,79 @@ class TestRegistry : public QObject
 
 private Q_SLOTS:
     void init();
-    void cleanup();
     void values_data();
     void values();
-    void neitherTextNorNumber_data();
-    void neitherTextNorNumber();
     void notThere_data();
     void notThere();
     void namesIgnoreCase_data();
     void namesIgnoreCase();
     void everyReadIsFresh();
     void readingWritesNothing();
+    void unusableFile();
 
 private:
-    std::unique_ptr<Sandbox> m_sandbox;
+    void setValue(const QJsonValue &value) const
+    {
+        m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, value } } } });
+    }
+    static bool hasValue() { return readRegistryValue(kKey, u"Value"_s).isValid(); }
+
+    std::optional<Sandbox> m_sandbox;
 };
 
 void TestRegistry::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_s));
-    m_sandbox = std::make_unique<Sandbox>();
-}
-
-void TestRegistry::cleanup()
-{
-    m_sandbox.reset();
+    m_sandbox.emplace();
 }
 
 void TestRegistry::values_data()
 {
     QTest::addColumn<QJsonValue>("stored");
-    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("text"); // as it is stored
+    QTest::addColumn<QString>("trimmedText"); // empty for what is no text
     QTest::addColumn<int>("number");
-    QTest::newRow("text") << QJsonValue(u"1.6.9"_s) << u"1.6.9"_s << 0;
-    QTest::newRow("empty text") << QJsonValue(u""_s) << u""_s << 0;
-    QTest::newRow("blanks stay") << QJsonValue(u"  a b \t"_s) << u"  a b \t"_s << 0;
-    QTest::newRow("path") << QJsonValue(uR"(C:\Программы\Varnel)"_s) << uR"(C:\Программы\Varnel)"_s
-                          << 0;
-    QTest::newRow("markup") << QJsonValue(u"<b>%1 & \"x\"</b>"_s) << u"<b>%1 & \"x\"</b>"_s << 0;
-    QTest::newRow("number") << QJsonValue(528040) << u"528040"_s << 528040;
-    QTest::newRow("zero") << QJsonValue(0) << u"0"_s << 0;
-    QTest::newRow("negative number") << QJsonValue(-7) << u"-7"_s << -7;
-    QTest::newRow("number as text") << QJsonValue(u"22631"_s) << u"22631"_s << 22631;
-    QTest::newRow("long text") << QJsonValue(QString(1'000'000, u'x')) << QString(1'000'000, u'x')
-                               << 0;
+    const auto row = [](const char *name, const QJsonValue &stored, const QString &text,
+                        const QString &trimmedText, int number) {
+        QTest::newRow(name) << stored << text << trimmedText << number;
+    };
+    row("text", u"1.6.9"_s, u"1.6.9"_s, u"1.6.9"_s, 0);
+    row("empty text", u""_s, u""_s, u""_s, 0);
+    row("blanks around", u"  a b \t"_s, u"  a b \t"_s, u"a b"_s, 0);
+    row("signs", uR"(C:\Про\<b>%1 & "x")"_s, uR"(C:\Про\<b>%1 & "x")"_s, uR"(C:\Про\<b>%1 & "x")"_s,
+        0);
+    row("number", 528040, u"528040"_s, {}, 528040);
+    row("greatest number", 2147483647, u"2147483647"_s, {}, 2147483647);
+    row("negative number", -7, u"-7"_s, {}, -7);
+    row("number as text", u"22631"_s, u"22631"_s, u"22631"_s, 22631);
+    row("number and more", u"22631.1"_s, u"22631.1"_s, u"22631.1"_s, 0);
+    row("too great", u"4294967296"_s, u"4294967296"_s, u"4294967296"_s, 0);
+    const QString longText(1'000'000, u'x');
+    row("long text", longText, longText, longText, 0);
+    row("null", QJsonValue::Null, {}, {}, 0);
+    row("truth value", true, {}, {}, 0);
+    row("list", QJsonArray { u"1.6.9"_s }, {}, {}, 0);
+    row("object", QJsonObject { { u"Value"_s, u"1.6.9"_s } }, {}, {}, 0);
 }
 
 void TestRegistry::values()
 {
     QFETCH(const QJsonValue, stored);
     QFETCH(const QString, text);
+    QFETCH(const QString, trimmedText);
     QFETCH(const int, number);
-    m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, stored } } } });
-    const QVariant value = readRegistryValue(kKey, u"Value"_s);
-    QVERIFY(value.isValid());
-    QCOMPARE(value.toString(), text);
-    QCOMPARE(value.toInt(), number);
-}
-
-void TestRegistry::neitherTextNorNumber_data()
-{
-    QTest::addColumn<QJsonValue>("stored");
-    QTest::newRow("null") << QJsonValue(QJsonValue::Null);
-    QTest::newRow("true") << QJsonValue(true);
-    QTest::newRow("false") << QJsonValue(false);
-    QTest::newRow("list") << QJsonValue(QJsonArray { u"1.6.9"_s });
-    QTest::newRow("object") << QJsonValue(QJsonObject { { u"Value"_s, u"1.6.9"_s } });
-}
-
-void TestRegistry::neitherTextNorNumber()
-{
-    QFETCH(const QJsonValue, stored);
-    m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, stored } } } });
-    const QVariant value = readRegistryValue(kKey, u"Value"_s);
-    QCOMPARE(value.toString(), QString());
-    QCOMPARE(value.toInt(), 0);
+    setValue(stored);
+    QCOMPARE(readRegistryValue(kKey, u"Value"_s).toString(), text);
+    QCOMPARE(readRegistryText(kKey, u"Value"_s), trimmedText);
+    QCOMPARE(readRegistryInt(kKey, u"Value"_s), number);
+    if (stored.isString() || stored.isDouble())
+        QVERIFY(hasValue());
 }
 
 void TestRegistry::notThere_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("name");
-    QTest::newRow("no such value") << kKey << u"Other"_s;
     QTest::newRow("front of a value's name") << kKey << u"Val"_s;
     QTest::newRow("no name") << kKey << QString();
     QTest::newRow("no such key") << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Other)"_s << u"Value"_s;
@@ -116,9 +108,11 @@ void TestRegistry::notThere()
 {
     QFETCH(const QString, key);
     QFETCH(const QString, name);
-    m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, u"1.6.9"_s } } } });
+    setValue(u"1.6.9"_s);
     QVERIFY(!readRegistryValue(key, name).isValid());
-    QVERIFY(readRegistryValue(kKey, u"Value"_s).isValid());
+    QCOMPARE(readRegistryText(key, name), QString());
+    QCOMPARE(readRegistryInt(key, name), 0);
+    QVERIFY(hasValue());
 }
 
 void TestRegistry::namesIgnoreCase_data()
@@ -126,15 +120,8 @@ void TestRegistry::namesIgnoreCase_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("name");
     QTest::newRow("as stored") << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s << u"DisplayVersion"_s;
-    QTest::newRow("key in capitals")
-        << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\GRÖßE)"_s << u"DisplayVersion"_s;
-    QTest::newRow("key in small letters")
-        << uR"(HKEY_LOCAL_MACHINE\software\größe)"_s << u"DisplayVersion"_s;
-    QTest::newRow("name in capitals")
-        << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s << u"DISPLAYVERSION"_s;
-    QTest::newRow("name in small letters")
-        << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s << u"displayversion"_s;
-    QTest::newRow("both") << uR"(HKEY_LOCAL_MACHINE\Software\GRÖßE)"_s << u"displayVERSION"_s;
+    QTest::newRow("key") << uR"(HKEY_LOCAL_MACHINE\software\GRÖßE)"_s << u"DisplayVersion"_s;
+    QTest::newRow("name") << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s << u"displayVERSION"_s;
 }
 
 void TestRegistry::namesIgnoreCase()
@@ -150,11 +137,11 @@ void TestRegistry::namesIgnoreCase()
 void TestRegistry::everyReadIsFresh()
 {
     for (const QString &text : { u"old"_s, u"new"_s }) {
-        m_sandbox->setRegistry({ { kKey, QJsonObject { { u"Value"_s, text } } } });
+        setValue(text);
         QCOMPARE(readRegistryValue(kKey, u"Value"_s).toString(), text);
     }
     m_sandbox->setRegistry({});
-    QVERIFY(!readRegistryValue(kKey, u"Value"_s).isValid());
+    QVERIFY(!hasValue());
 }
 
 void TestRegistry::readingWritesNothing()
@@ -164,12 +151,37 @@ void TestRegistry::readingWritesNothing()
         m_sandbox->setRegistry(registry);
         const QStringList before = m_sandbox->storedRegistry();
         for (const QString &key :
-             { kKey, QString(kKey + uR"(\Below)"), uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Other\Below)"_s,
-               uR"(HKEY_LOCAL_MACHINE\SYSTEM\Other)"_s, uR"(HKEY_CURRENT_USER\SOFTWARE\Other)"_s,
-               uR"(HKEY_CURRENT_USER\SOFTWARE)"_s })
+             { kKey, QString(kKey + uR"(\Below)"), uR"(HKEY_LOCAL_MACHINE\SYSTEM\Other)"_s,
+               uR"(HKEY_CURRENT_USER\SOFTWARE\Other)"_s, uR"(HKEY_CURRENT_USER\SOFTWARE)"_s })
             QVERIFY(!readRegistryValue(key, u"Other"_s).isValid());
         QCOMPARE(m_sandbox->storedRegistry(), before);
     }
+}
+
+void TestRegistry::unusableFile()
+{
+#ifdef Q_OS_WIN
+    QSKIP("Here the registry is no file.");
+#endif
+    setValue(u"1.6.9"_s);
+    QVERIFY(hasValue());
+    for (const char *content : {
+             "",
+             R"({ "HKEY_LOCAL_MACHINE\\SOFTWARE\\Varnel Test": { "Value": "1.)",
+             R"({ "HKEY_LOCAL_MACHINE\\SOFTWARE\\Varnel Test": { "Value": "1" } } x)",
+             R"([ { "HKEY_LOCAL_MACHINE\\SOFTWARE\\Varnel Test": { "Value": "1" } } ])",
+             R"({ "HKEY_LOCAL_MACHINE\\SOFTWARE\\Varnel Test": "Value" })",
+         }) {
+        m_sandbox->write(u"registry.json"_s, content);
+        QVERIFY2(!hasValue(), content);
+    }
+    setValue(u"1.6.9"_s);
+    for (const QString &file : { u""_s, m_sandbox->path(u"gone"_s), m_sandbox->tempFolder() }) {
+        qputenv("VARNEL_REGISTRY_JSON", file.toLocal8Bit());
+        QVERIFY2(!hasValue(), qPrintable(file));
+    }
+    qunsetenv("VARNEL_REGISTRY_JSON");
+    QVERIFY(!hasValue());
 }
 
 QTEST_GUILESS_MAIN(TestRegistry)

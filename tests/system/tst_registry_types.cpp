@@ -32,79 +32,47 @@ class TestRegistryTypes : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void texts_data();
-    void texts();
-    void numbers_data();
-    void numbers();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void values_data();
+    void values();
     void bothViews();
-
-private:
-    static void store(int type, const QByteArray &bytes);
 };
 
-void TestRegistryTypes::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
-
-void TestRegistryTypes::store(int type, const QByteArray &bytes)
-{
-    QCOMPARE(RegSetKeyValueW(HKEY_LOCAL_MACHINE, wide(kBelow), L"Value", DWORD(type),
-                             bytes.constData(), DWORD(bytes.size())),
-             ERROR_SUCCESS);
-}
-
-void TestRegistryTypes::texts_data()
+void TestRegistryTypes::values_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("text");
-    QTest::newRow("text") << REG_SZ << stored(u"1.6.9\0"_s) << u"1.6.9"_s;
-    QTest::newRow("text without an end mark") << REG_SZ << stored(u"1.6.9") << u"1.6.9"_s;
-    QTest::newRow("no text") << REG_SZ << QByteArray() << QString();
-    // Setup programs store their folder as it is; a variable in it is part of the name.
-    QTest::newRow("text with variables")
-        << REG_EXPAND_SZ << stored(u"%ProgramFiles%\\Varnel\0"_s) << u"%ProgramFiles%\\Varnel"_s;
-    QTest::newRow("number") << REG_DWORD << QByteArray("\x0a\0\0\0", 4) << QString();
-    QTest::newRow("no bytes of no kind") << REG_NONE << QByteArray() << QString();
-    QTest::newRow("no bytes") << REG_BINARY << QByteArray() << QString();
-    QTest::newRow("several texts") << REG_MULTI_SZ << stored(u"one\0two\0\0"_s) << QString();
-    QTest::newRow("a list of one text") << REG_MULTI_SZ << stored(u"one\0\0"_s) << QString();
-}
-
-void TestRegistryTypes::texts()
-{
-    QFETCH(const int, type);
-    QFETCH(const QByteArray, bytes);
-    const Sandbox sandbox;
-    store(type, bytes);
-    QTEST(readRegistryText(kKey, u"Value"_s), "text");
-}
-
-void TestRegistryTypes::numbers_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("number");
-    QTest::newRow("number") << REG_DWORD << QByteArray("\xa8\x0e\x08\0", 4) << 528040;
-    QTest::newRow("greatest number") << REG_DWORD << QByteArray("\xff\xff\xff\xff", 4) << -1;
-    QTest::newRow("long number") << REG_QWORD << QByteArray("\xa8\x0e\x08\0\0\0\0\0", 8) << 528040;
-    QTest::newRow("number as text") << REG_SZ << stored(u"22631\0"_s) << 22631;
-    QTest::newRow("text") << REG_SZ << stored(u"22H2\0"_s) << 0;
-    QTest::newRow("several texts") << REG_MULTI_SZ
-                                   << stored(u"1\0"
-                                             "2\0\0"_s)
-                                   << 0;
-    QTest::newRow("bytes") << REG_BINARY << QByteArray("\1\2\3", 3) << 0;
+    const auto row = [](const char *name, int type, const QByteArray &bytes, const QString &text,
+                        int number) { QTest::newRow(name) << type << bytes << text << number; };
+    row("text without an end mark", REG_SZ, stored(u"1.6.9"), u"1.6.9"_s, 0);
+    row("no text", REG_SZ, {}, {}, 0);
+    // Setup programs store their folder as it is; a variable in it is part of the name.
+    row("text with variables", REG_EXPAND_SZ, stored(u"%ProgramFiles%\\Varnel\0"_s),
+        u"%ProgramFiles%\\Varnel"_s, 0);
+    row("several texts", REG_MULTI_SZ,
+        stored(u"1\0"
+               "2\0\0"_s),
+        {}, 0);
+    row("a list of one text", REG_MULTI_SZ, stored(u"one\0\0"_s), {}, 0);
+    row("greatest number", REG_DWORD, QByteArray("\xff\xff\xff\xff", 4), {}, -1);
+    row("long number", REG_QWORD, QByteArray("\xa8\x0e\x08\0\0\0\0\0", 8), {}, 528040);
+    row("no bytes", REG_BINARY, {}, {}, 0);
+    row("bytes", REG_BINARY, QByteArray("\1\2\3", 3), {}, 0);
 }
 
-void TestRegistryTypes::numbers()
+void TestRegistryTypes::values()
 {
     QFETCH(const int, type);
     QFETCH(const QByteArray, bytes);
+    QFETCH(const QString, text);
     const Sandbox sandbox;
-    store(type, bytes);
+    QCOMPARE(RegSetKeyValueW(HKEY_LOCAL_MACHINE, wide(kBelow), L"Value", DWORD(type),
+                             bytes.constData(), DWORD(bytes.size())),
+             ERROR_SUCCESS);
+    if (type != REG_BINARY || bytes.isEmpty())
+        QCOMPARE(readRegistryText(kKey, u"Value"_s), text);
     QTEST(readRegistryInt(kKey, u"Value"_s), "number");
 }
 

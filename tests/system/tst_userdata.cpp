@@ -4,13 +4,26 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTest>
 
-#include <memory>
+#include <optional>
+
+#ifndef Q_OS_WIN
+#include <sched.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QString kOurs = u"appdata/Varnel Schematics/Varnel Schematics"_s;
+
+} // namespace
 
 class TestUserData : public QObject
 {
@@ -18,33 +31,40 @@ class TestUserData : public QObject
 
 private Q_SLOTS:
     void init();
-    void cleanup();
     void removesTheFolderAlone();
-    void folderNeedNotExist_data();
     void folderNeedNotExist();
-    void rootIsCleaned_data();
     void rootIsCleaned();
     void otherScripts();
-    void unusableRoot_data();
     void unusableRoot();
     void fileInPlaceOfTheFolder();
     void removesWriteProtectedFiles();
+#ifndef Q_OS_WIN
+    // On Windows, links to folders take rights of their own, and no process can have a file system
+    // of its own.
+    void targetIsLink();
+    void parentIsLink();
+    void rootIsLink();
+    void linksInsideGoButAreNotFollowed();
+    void rootOfTheFileSystem_data();
+    void rootOfTheFileSystem();
+#endif
 
 private:
     QStringList everything() const;
+    bool link(const QString &target, const QString &name) const
+    {
+        return QFile::link(m_sandbox->path(target), m_sandbox->path(name));
+    }
 
-    std::unique_ptr<Sandbox> m_sandbox;
+    std::optional<Sandbox> m_sandbox;
 };
 
 void TestUserData::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_s));
-    m_sandbox = std::make_unique<Sandbox>();
-}
-
-void TestUserData::cleanup()
-{
-    m_sandbox.reset();
+    m_sandbox.emplace();
+    m_sandbox->write(u"elsewhere/Varnel Schematics/settings.ini"_s, "kept");
+    m_sandbox->write(u"elsewhere/settings.ini"_s, "kept");
 }
 
 /// All that is in the sandbox, files and folders, relative and sorted.
@@ -68,57 +88,39 @@ void TestUserData::removesTheFolderAlone()
              u"appdata/Varnel Schematics/Varnel Schematics.ini"_s,
              u"appdata/Varnel Schematics/Varnel Schematics 2/settings.ini"_s,
              u"appdata/Varnel Schematics 2/Varnel Schematics/settings.ini"_s,
-             u"appdata/Other/settings.ini"_s,
              u"appdata/settings.ini"_s,
          })
         m_sandbox->write(kept, "kept");
     const QStringList before = everything();
-    for (const QString &gone : { u"settings.ini"_s, u".hidden"_s, u"library/parts/r.lib"_s,
-                                 u"Varnel Schematics/Varnel Schematics/x"_s })
-        m_sandbox->write(u"appdata/Varnel Schematics/Varnel Schematics/" + gone, "gone");
-    QVERIFY(QDir().mkpath(m_sandbox->path(u"appdata/Varnel Schematics/Varnel Schematics/empty"_s)));
+    for (const QString &gone : { u"/settings.ini"_s, u"/.hidden"_s, u"/library/parts/r.lib"_s,
+                                 u"/Varnel Schematics/Varnel Schematics/x"_s })
+        m_sandbox->write(kOurs + gone, "gone");
+    QVERIFY(QDir().mkpath(m_sandbox->path(kOurs + "/empty"_L1)));
 
     removeUserData();
     QCOMPARE(everything(), before);
-}
-
-void TestUserData::folderNeedNotExist_data()
-{
-    QTest::addColumn<QString>("there");
-    QTest::newRow("empty root") << u"appdata"_s;
-    QTest::newRow("folder of the maker alone") << u"appdata/Varnel Schematics"_s;
-    QTest::newRow("no root") << QString();
 }
 
 void TestUserData::folderNeedNotExist()
 {
-    QFETCH(const QString, there);
-    if (there.isEmpty())
-        qputenv("APPDATA", m_sandbox->path(u"gone"_s).toLocal8Bit());
-    else
-        QVERIFY(QDir().mkpath(m_sandbox->path(there)));
-    const QStringList before = everything();
-    removeUserData();
-    QCOMPARE(everything(), before);
-}
-
-void TestUserData::rootIsCleaned_data()
-{
-    QTest::addColumn<QString>("root");
-    QTest::newRow("separator at the end") << u"appdata/"_s;
-    QTest::newRow("doubled separators") << u"/appdata//"_s;
-    QTest::newRow("the folder itself") << u"appdata/."_s;
-    QTest::newRow("up and down") << u"appdata/Varnel Schematics/../../appdata"_s;
+    for (const QString &root : { u"appdata"_s, u"gone"_s }) {
+        setVariable("APPDATA", m_sandbox->path(root));
+        const QStringList before = everything();
+        removeUserData();
+        QCOMPARE(everything(), before);
+    }
 }
 
 void TestUserData::rootIsCleaned()
 {
-    QFETCH(const QString, root);
-    m_sandbox->write(u"appdata/Varnel Schematics/Varnel Schematics/settings.ini"_s, "gone");
-    qputenv("APPDATA", m_sandbox->path(u"."_s).toLocal8Bit() + '/' + root.toLocal8Bit());
-    removeUserData();
-    QVERIFY(!QFileInfo::exists(m_sandbox->path(u"appdata/Varnel Schematics/Varnel Schematics"_s)));
-    QVERIFY(QFileInfo::exists(m_sandbox->path(u"appdata/Varnel Schematics"_s)));
+    for (const QString &root :
+         { u"/appdata//"_s, u"appdata/."_s, u"appdata/Varnel Schematics/../../appdata"_s }) {
+        m_sandbox->write(kOurs + "/settings.ini"_L1, "gone");
+        setVariable("APPDATA", m_sandbox->path(u"."_s) + u'/' + root);
+        removeUserData();
+        QVERIFY2(!QFileInfo::exists(m_sandbox->path(kOurs)), qPrintable(root));
+        QVERIFY(QFileInfo::exists(m_sandbox->path(u"appdata/Varnel Schematics"_s)));
+    }
 }
 
 void TestUserData::otherScripts()
@@ -128,57 +130,148 @@ void TestUserData::otherScripts()
     setVariable("APPDATA", m_sandbox->path(name));
     removeUserData();
     QVERIFY(!QFileInfo::exists(m_sandbox->path(name + "/Varnel Schematics/Varnel Schematics"_L1)));
-    QVERIFY(QFileInfo::exists(m_sandbox->path(name + "/Varnel Schematics"_L1)));
 }
 
-void TestUserData::unusableRoot_data()
-{
-    QTest::addColumn<QByteArray>("root"); // null: unset
-    QTest::newRow("unset") << QByteArray();
-    QTest::newRow("empty") << ""_ba;
-    QTest::newRow("blank") << " "_ba;
-    QTest::newRow("current folder") << "."_ba;
-    QTest::newRow("relative") << "appdata"_ba;
-    QTest::newRow("relative to the current folder") << "./appdata"_ba;
-    QTest::newRow("relative and up") << "../appdata"_ba;
-    QTest::newRow("tilde") << "~/appdata"_ba;
-}
-
-// From any of these the current folder would lead to a folder that looks like ours.
+// From each of these roots the current folder would lead to a folder that looks like ours.
 void TestUserData::unusableRoot()
 {
-    QFETCH(const QByteArray, root);
     const auto restore = qScopeGuard([folder = QDir::currentPath()] { QDir::setCurrent(folder); });
-    const QString ours = u"Varnel Schematics/Varnel Schematics/settings.ini"_s;
     QStringList parents { u"here/"_s, u"here/appdata/"_s, u"appdata/"_s, u"here/~/appdata/"_s,
                           u"home/appdata/"_s };
 #ifndef Q_OS_WIN
     parents << u"here/ /"_s;
 #endif
     for (const QString &parent : std::as_const(parents))
-        m_sandbox->write(parent + ours, "kept");
+        m_sandbox->write(parent + "Varnel Schematics/Varnel Schematics/settings.ini"_L1, "kept");
     QVERIFY(QDir::setCurrent(m_sandbox->path(u"here"_s)));
-    QVERIFY(root.isNull() ? qunsetenv("APPDATA") : qputenv("APPDATA", root));
+    const QStringList before = everything();
+    QVERIFY(qunsetenv("APPDATA"));
+    removeUserData();
+    QCOMPARE(everything(), before);
+    for (const char *root : { "", " ", ".", "appdata", "../appdata", "~/appdata" }) {
+        QVERIFY(qputenv("APPDATA", root));
+        removeUserData();
+        QVERIFY2(everything() == before, root);
+    }
+}
+
+void TestUserData::fileInPlaceOfTheFolder()
+{
+    m_sandbox->write(kOurs, "kept");
+    removeUserData();
+    QCOMPARE(m_sandbox->read(kOurs), "kept"_ba);
+}
+
+void TestUserData::removesWriteProtectedFiles()
+{
+    const QString file = m_sandbox->write(kOurs + "/a/settings.ini"_L1, "gone");
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
+    removeUserData();
+    QVERIFY(!QFileInfo::exists(m_sandbox->path(kOurs)));
+}
+
+#ifndef Q_OS_WIN
+
+namespace {
+
+enum Outcome : int { Done, NoRootOfItsOwn };
+
+/// Runs removeUserData() in a process for which `folder` is the file system's root, with APPDATA
+/// set to `root`. Only root may do so, and others in a name space of their own where the kernel
+/// lets them.
+int removeUserDataBelow(const QString &folder, const QByteArray &root)
+{
+    const QByteArray newRoot = QFile::encodeName(folder);
+    qputenv("APPDATA", root);
+    const pid_t child = fork();
+    if (child == 0) {
+#ifdef Q_OS_LINUX
+        if (geteuid() != 0 && unshare(CLONE_NEWUSER) != 0)
+            _exit(NoRootOfItsOwn);
+#endif
+        if (chroot(newRoot.constData()) != 0 || chdir("/") != 0)
+            _exit(NoRootOfItsOwn);
+        removeUserData();
+        _exit(Done);
+    }
+    int status = -1;
+    return waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+} // namespace
+
+void TestUserData::targetIsLink()
+{
+    m_sandbox->write(u"appdata/Varnel Schematics/beside/settings.ini"_s, "kept");
+    for (const QString &target : { u"elsewhere"_s, u"appdata/Varnel Schematics/beside"_s,
+                                   u"appdata"_s, u"elsewhere/settings.ini"_s, u"nothing"_s }) {
+        QVERIFY(link(target, kOurs));
+        const QStringList before = everything();
+        removeUserData();
+        QVERIFY(QFileInfo(m_sandbox->path(kOurs)).isSymLink());
+        QVERIFY2(everything() == before, qPrintable(target));
+        QVERIFY(QFile::remove(m_sandbox->path(kOurs)));
+    }
+}
+
+void TestUserData::parentIsLink()
+{
+    QVERIFY(link(u"elsewhere"_s, u"appdata/Varnel Schematics"_s));
     const QStringList before = everything();
     removeUserData();
     QCOMPARE(everything(), before);
 }
 
-void TestUserData::fileInPlaceOfTheFolder()
+// The user or the administrator may keep the whole root somewhere else.
+void TestUserData::rootIsLink()
 {
-    m_sandbox->write(u"appdata/Varnel Schematics/Varnel Schematics"_s, "kept");
+    m_sandbox->write(u"moved/Varnel Schematics/Varnel Schematics/settings.ini"_s, "gone");
+    QVERIFY(link(u"moved"_s, u"link"_s));
+    setVariable("APPDATA", m_sandbox->path(u"link"_s));
     removeUserData();
-    QCOMPARE(m_sandbox->read(u"appdata/Varnel Schematics/Varnel Schematics"_s), "kept"_ba);
+    QVERIFY(!QFileInfo::exists(m_sandbox->path(u"moved/Varnel Schematics/Varnel Schematics"_s)));
+    QVERIFY(QFileInfo::exists(m_sandbox->path(u"moved/Varnel Schematics"_s)));
 }
 
-void TestUserData::removesWriteProtectedFiles()
+void TestUserData::linksInsideGoButAreNotFollowed()
 {
-    const QString file =
-        m_sandbox->write(u"appdata/Varnel Schematics/Varnel Schematics/a/settings.ini"_s, "gone");
-    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
+    QVERIFY(QDir().mkpath(m_sandbox->path(u"appdata/Varnel Schematics"_s)));
+    const QStringList before = everything();
+    m_sandbox->write(kOurs + "/sub/settings.ini"_L1, "gone");
+    QVERIFY(link(u"elsewhere"_s, kOurs + "/folder"_L1));
+    QVERIFY(link(u"elsewhere"_s, kOurs + "/sub/folder"_L1));
+    QVERIFY(link(u"elsewhere/settings.ini"_s, kOurs + "/file"_L1));
+    QVERIFY(link(u"gone"_s, kOurs + "/nowhere"_L1));
+    QVERIFY(link(u"appdata"_s, kOurs + "/back"_L1));
     removeUserData();
-    QVERIFY(!QFileInfo::exists(m_sandbox->path(u"appdata/Varnel Schematics/Varnel Schematics"_s)));
+    QCOMPARE(everything(), before);
 }
+
+void TestUserData::rootOfTheFileSystem_data()
+{
+    QTest::addColumn<QByteArray>("root");
+    QTest::addColumn<bool>("removed");
+    QTest::newRow("root, twice") << "//"_ba << false;
+    QTest::newRow("root, the long way") << "/appdata/.."_ba << false;
+    // Shows that in that process something would be removed if it should be.
+    QTest::newRow("a folder in it") << "/appdata"_ba << true;
+}
+
+void TestUserData::rootOfTheFileSystem()
+{
+    QFETCH(const QByteArray, root);
+    QFETCH(const bool, removed);
+    const QString inRoot = m_sandbox->write(u"Varnel Schematics/Varnel Schematics/x"_s, "kept");
+    const QString below = m_sandbox->write(kOurs + "/x"_L1, "x");
+    const int outcome = removeUserDataBelow(m_sandbox->path(u"."_s), root);
+    if (outcome == NoRootOfItsOwn)
+        QSKIP("This user may not give a process a root of its own.");
+    QCOMPARE(outcome, int(Done));
+    QVERIFY(QFileInfo::exists(inRoot));
+    QCOMPARE(QFileInfo::exists(below), !removed);
+}
+
+#endif
 
 QTEST_GUILESS_MAIN(TestUserData)
 #include "tst_userdata.moc"
