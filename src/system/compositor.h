@@ -1,5 +1,5 @@
 #pragma once
 
-/// True if the desktop blends the transparent parts of windows with what is behind them; where it
-/// does not, they are black, and a window had better leave them out of its shape.
+/// True if the desktop blends the transparent parts of windows with what is behind them. Where it
+/// does not, they are black, so a window has to cut them out of its shape.
 [[nodiscard]] bool desktopBlendsWindows();

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Replies of the X server are ours to free.
+/// The caller has to free replies of the X server.
 struct FreeReply
 {
     void operator()(void *reply) const { std::free(reply); }
@@ -20,7 +20,7 @@ bool desktopBlendsWindows()
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (!x11 || !x11->connection())
-        return true; // no X server, or windows that are on no screen
+        return true; // no X server, or no screen at all
     // Source: Extended Window Manager Hints 1.5, "Compositing Managers": one owns this selection.
     constexpr char kSelection[] = "_NET_WM_CM_S0";
     xcb_connection_t *connection = x11->connection();

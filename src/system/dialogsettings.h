@@ -2,6 +2,6 @@
 
 #include <functional>
 
-/// Runs `showDialog`, which shows one of Qt's file dialogs, and leaves nothing behind of what such
-/// a dialog writes into the user's settings when it goes, cancelled or not.
+/// Runs `showDialog`, which shows one of Qt's file dialogs, and keeps the user's settings as they
+/// were: such a dialog writes into them when it is closed, also when it is cancelled.
 void withoutDialogSettings(const std::function<void()> &showDialog);

@@ -45,7 +45,7 @@ QVariantHash values(QSettings &settings, const QString &key)
 
 void withoutDialogSettings(const std::function<void()> &showDialog)
 {
-    // Opened on a key that always exists: a settings object creates its own.
+    // Open a key that always exists: QSettings creates the key that it is opened on.
     QSettings settings(uR"(HKEY_CURRENT_USER\Software)"_s, QSettings::NativeFormat);
     QStringList missing; // the innermost first
     for (QString key = kDialogKey; !key.isEmpty(); key = parentKey(key)) {

@@ -2,9 +2,8 @@
 
 #include <QString>
 
-/// What the system's list of installed programs says of an existing copy, and where a fresh copy
-/// goes. Nothing here reports an error: what cannot be read counts as "not found" and is an empty
-/// text.
+/// What the system's list of installed programs says about an installed copy, and where a new copy
+/// goes. There are no errors here: what cannot be read counts as not found and is an empty text.
 
 /// First non-empty value of `name` in the product's uninstall entry, trimmed: machine-wide, then
 /// the machine's 32-bit view, then the user's own.

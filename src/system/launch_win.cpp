@@ -26,9 +26,10 @@ void launchApplication(const QString &folder)
 {
     const QString program = QDir(folder).absoluteFilePath(Product::kExecutable.toString());
     if (!QFileInfo(program).isFile())
-        return; // of a folder, the shell would show what is in it
+        return; // the shell would open a window with the content of a folder
 
-    // The wizard is in front now and about to go; without this the application would open behind.
+    // The wizard has the foreground now and is about to close. Without this call, the application
+    // would open behind other windows.
     AllowSetForegroundWindow(ASFW_ANY);
 
     const QString nativeProgram = QDir::toNativeSeparators(program);

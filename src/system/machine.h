@@ -4,9 +4,7 @@
 
 #include <optional>
 
-/// Facts about this machine that no other interface of ours gives.
-
-/// Physical memory in bytes; nothing if the system does not tell.
+/// Physical memory in bytes; nothing if the system does not report it.
 [[nodiscard]] std::optional<quint64> totalMemory();
 
 /// Processor name where it is not found in the registry; empty where it is.

@@ -75,7 +75,7 @@ int smartAppControlState()
                            u"VerifiedAndReputablePolicyState"_s);
 }
 
-/// One folder up, judged by the text alone; empty if there is none.
+/// The parent folder, by the text alone; empty if there is none.
 QString parentFolder(const QString &path)
 {
     const qsizetype separator = path.lastIndexOf(QDir::separator());

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The registry knows no letter case in its names, so neither does its stand-in.
+/// The registry ignores letter case in names, so the file that stands for it does so too.
 QJsonValue findIgnoringCase(const QJsonObject &object, const QString &name)
 {
     for (auto it = object.begin(); it != object.end(); ++it) {
@@ -20,7 +20,7 @@ QJsonValue findIgnoringCase(const QJsonObject &object, const QString &name)
 
 QVariant readRegistryValue(const QString &keyPath, const QString &name)
 {
-    // Read afresh each time, like the registry itself: the setup engine may have changed it.
+    // Read it each time: the setup engine may have changed it.
     QFile file(qEnvironmentVariable("VARNEL_REGISTRY_JSON"));
     if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};

@@ -22,7 +22,7 @@ const QString kMissing = u"Missing — will install"_s;
 CheckResult judgeOperatingSystem(const OperatingSystem &system)
 {
     QString name = system.productName;
-    // The registry keeps the older name on the newer system.
+    // On Windows 11 the registry still says Windows 10.
     if (system.build >= kFirstWindows11Build)
         name.replace("Windows 10"_L1, "Windows 11"_L1);
     if (name.isEmpty())
@@ -94,7 +94,7 @@ QSize unscaledScreenSize(QSize scaled, double ratio)
 {
     const auto unscaled = [ratio](int length) {
         const double exact = length * ratio;
-        // Nearly all panels have lengths that 8 divides, the others even ones.
+        // Nearly all panels have lengths divisible by 8, the others even ones.
         for (const int unit : { 8, 2 }) {
             const int candidate = unit * qRound(exact / unit);
             if (qRound(candidate / ratio) == length)

@@ -15,11 +15,10 @@ struct CheckResult
     bool operator==(const CheckResult &) const = default;
 };
 
-/// The judgements on what the probes read: each a function of its arguments alone. A missing
-/// finding is an empty text, a 0 or nothing, and is never held against the machine unless said
-/// here.
+// These functions make a row of what a probe has read; they depend on their arguments alone. What
+// could not be read is an empty text, 0 or nothing; the row is then ok unless said otherwise.
 
-/// What the system says of itself; `build` decides.
+/// What the system reports about itself; only `build` decides whether it is supported.
 struct OperatingSystem
 {
     QString productName;
@@ -30,7 +29,7 @@ struct OperatingSystem
 };
 [[nodiscard]] CheckResult judgeOperatingSystem(const OperatingSystem &system);
 
-/// `megahertz` is shown unless the name tells the speed itself.
+/// `megahertz` is shown unless the name contains the speed.
 [[nodiscard]] CheckResult judgeProcessor(const QString &name, int megahertz,
                                          const QString &architecture);
 
@@ -42,8 +41,8 @@ struct OperatingSystem
 /// `pixels` in device pixels, nothing without a screen; `refreshRate` in hertz.
 [[nodiscard]] CheckResult judgeDisplay(std::optional<QSize> pixels, double refreshRate);
 
-/// Pixels of a screen whose size was divided by `ratio` and then rounded to `scaled`. Where several
-/// sizes come into question, the one that is likely for a panel.
+/// Pixels of a screen whose size was divided by `ratio` and then rounded to `scaled`. If several
+/// sizes are possible, the one that is most usual for a panel.
 [[nodiscard]] QSize unscaledScreenSize(QSize scaled, double ratio);
 
 /// `release` is the framework's own release number; a missing framework is not ok.

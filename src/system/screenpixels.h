@@ -4,6 +4,6 @@
 
 #include <optional>
 
-/// Size of the primary screen in its own pixels, as the system tells it; nothing where it does not.
-/// Qt tells sizes only after it has divided them by the scale and rounded them.
+/// Size of the primary screen in physical pixels; nothing where the system does not report it. Qt's
+/// own sizes are already divided by the scale factor and rounded.
 [[nodiscard]] std::optional<QSize> primaryScreenPixels();

@@ -9,7 +9,7 @@ using namespace Qt::Literals::StringLiterals;
 std::optional<QSize> primaryScreenPixels()
 {
     if (QGuiApplication::platformName() != "windows"_L1)
-        return std::nullopt; // windows that are on no screen
+        return std::nullopt; // there is no screen
     MONITORINFOEXW monitor {};
     monitor.cbSize = sizeof monitor;
     DEVMODEW mode {};

@@ -19,14 +19,14 @@ bool removeFile(const QString &path)
 {
     if (QFile::remove(path))
         return true;
-    // Windows keeps what is marked read-only. What a link leads to must not change.
+    // Windows does not delete read-only files. The target of a link must not be changed.
     return !isLink(path) && QFile::setPermissions(path, QFile::permissions(path) | QFile::WriteUser)
         && QFile::remove(path);
 }
 
-/// Removes a folder with all that is in it. A link goes itself, of whatever kind; what it leads to
-/// stays. QDir's own way goes through a junction, which every user can make, and this may run with
-/// administrator rights.
+/// Removes a folder with its content. Of a link of any kind, the link is removed and the target
+/// stays. QDir::removeRecursively() would follow a junction, which every user can create, and this
+/// may run with administrator rights.
 void removeFolder(const QString &path)
 {
     const QFileInfoList entries = QDir(path).entryInfoList(QDir::AllEntries | QDir::Hidden
@@ -36,7 +36,7 @@ void removeFolder(const QString &path)
         if (entry.isDir() && !isLink(entryPath))
             removeFolder(entryPath);
         else if (!removeFile(entryPath))
-            QDir().rmdir(entryPath); // for Windows a link to a folder is a folder
+            QDir().rmdir(entryPath); // on Windows, a link to a folder is removed like a folder
     }
     QDir().rmdir(path);
 }

@@ -3,9 +3,9 @@
 #include <QJsonObject>
 #include <QStringList>
 
-/// The registry that this process reads as long as the object lives; empty at first. Where there is
-/// a real one, the process sees a part of it that nobody else uses in place of its roots, so that
-/// neither the user's entries get in the way nor ours into theirs.
+/// The registry that this process reads as long as the object lives; empty at first. On Windows, a
+/// key that nobody else uses takes the place of the roots, so that the test does not see the user's
+/// entries and cannot change them.
 class RegistryStore
 {
 public:
@@ -15,9 +15,9 @@ public:
     Q_DISABLE_COPY_MOVE(RegistryStore)
 
     /// Replaces everything: full key path -> object of value names. What is neither a text nor a
-    /// number becomes a value of a kind that nobody expects.
+    /// number becomes a value without a type.
     void set(const QJsonObject &registry) const;
-    /// Everything that is there, down to empty keys, as lines that are the same as long as it is.
+    /// Everything that is there, also empty keys, as lines to be compared.
     [[nodiscard]] QStringList content() const;
 
 private:

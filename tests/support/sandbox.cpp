@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// What a program that was started last may take to end.
+/// How long the program that was started last may take to end.
 constexpr auto kLastProgram = 5s;
 
 } // namespace
@@ -52,7 +52,7 @@ Sandbox::~Sandbox()
         else
             qunsetenv(variable.name);
     }
-    // The folder of a program can only go when the program has ended.
+    // On Windows the folder of a running program cannot be removed.
     const QDeadlineTimer limit(kLastProgram);
     while (!QDir(m_folder.path()).removeRecursively() && !limit.hasExpired())
         QThread::msleep(10);

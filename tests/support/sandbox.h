@@ -8,9 +8,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// A small world of its own for one test: temp folder, home, desktop, preferences, registry, and
-/// the stand-in setup engine with a scenario. The process's environment points there for as long as
-/// it lives; afterwards nothing of it is left.
+/// Gives one test a temp folder, home, desktop, preferences and registry of its own, and the
+/// stand-in setup engine with a scenario. It changes the process's environment, and the destructor
+/// removes everything again.
 class Sandbox
 {
 public:
@@ -23,9 +23,9 @@ public:
 
     /// Absolute path of `name` in the sandbox.
     [[nodiscard]] QString path(const QString &name) const;
-    /// The same in the way that this system writes paths.
+    /// The same with native separators.
     [[nodiscard]] QString nativePath(const QString &name) const;
-    /// A name that a folder may have here, with signs that careless code takes for something else.
+    /// A valid name for a folder, with characters that mean something in markup or in a format.
     [[nodiscard]] static QString oddName();
     /// Folder that the process takes for the system's temp folder.
     [[nodiscard]] QString tempFolder() const { return path(QStringLiteral("temp")); }
@@ -36,19 +36,19 @@ public:
     QString write(const QString &name, const QByteArray &content) const;
     [[nodiscard]] QByteArray read(const QString &name) const;
 
-    /// How the stand-in engine behaves from now on: lines of "key = value". Without delay
-    /// otherwise.
+    /// How the stand-in engine behaves from now on: lines of "key = value". It waits nowhere unless
+    /// they say so.
     void setScenario(const QByteArray &lines);
     /// The argument lists of the engine's runs so far, each with the program first.
     [[nodiscard]] QList<QStringList> engineRuns() const;
 
-    /// The registry of this world: full key path -> object of value names.
+    /// Replaces the registry: full key path -> object of value names.
     void setRegistry(const QJsonObject &registry) const;
     /// See RegistryStore::content().
     [[nodiscard]] QStringList storedRegistry() const { return m_registry.content(); }
-    /// What the stand-in engine has recorded; it never touches a real registry.
+    /// What the stand-in engine has written; it uses a file also where there is a real registry.
     [[nodiscard]] QJsonObject registry() const;
-    /// Makes that what this process reads. Where there is no real registry, it is already.
+    /// Copies that into the registry that this process reads, where that is not the same file.
     void adoptRegistry() const { setRegistry(registry()); }
     /// Records an installed copy the way the setup engine does, machine-wide.
     void recordInstallation(const QString &version, const QString &location,

@@ -17,10 +17,10 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// Not a setup's code: the scenario could not be read, and a test would wait for nothing.
+/// No setup ends with this code: the scenario could not be read.
 constexpr int kBadScenario = 64;
 
-/// The program's part when it was copied as the installed application, which is so on Windows.
+/// What a copy of this program does that stands for the installed application, as on Windows.
 int recordLaunch()
 {
     QStringList parts = QCoreApplication::arguments();

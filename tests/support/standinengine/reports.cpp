@@ -31,7 +31,7 @@ QByteArray playedOr(const QStringList &played, qsizetype turn, const QString &ho
 void EngineLog::open(const QString &file)
 {
     m_file.setFileName(file);
-    // Unbuffered, because somebody reads along.
+    // Unbuffered, because the wizard reads the log while it grows.
     if (m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         write(kByteOrderMark);
     line(u"Log opened. (Time zone: UTC+00:00)"_s);
