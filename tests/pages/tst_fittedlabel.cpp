@@ -3,6 +3,7 @@
 #include "pages/pagelabels.h"
 #include "pages/pagetext.h"
 #include "pages/strictwarnings.h"
+#include "pages/summarybox.h"
 #include "support/drawing.h"
 #include "support/grab.h"
 #include "theme/fonts.h"
@@ -41,6 +42,40 @@ struct FramedLabel : FittedLabel
     }
 };
 
+/// A label as high as its text needs to be.
+struct WrappingLabel : FittedLabel
+{
+    WrappingLabel(const QString &text, int width) : FittedLabel(shortenMiddle)
+    {
+        setFont(monospacedFont(10));
+        setWordWrap(true);
+        setText(text);
+        resize(width, heightForWidth(width));
+    }
+};
+
+/// The summary of a page that names `path`.
+struct Summary : SummaryBox
+{
+    explicit Summary(const QString &path)
+    {
+        resize(440, height());
+        setRichText(u"Destination location:<br>%1<br><br>Additional tasks:<br>(none)"_s, path);
+        show();
+    }
+};
+
+QString nameOf(QWidget &widget)
+{
+    QString name = QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Name);
+    return name.replace(QChar::Nbsp, u' ');
+}
+
+QString descriptionOf(QWidget &widget)
+{
+    return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Description);
+}
+
 } // namespace
 
 class TestFittedLabel : public QObject
@@ -57,12 +92,11 @@ private Q_SLOTS:
     void longWordGoesOnInTheNextLine();
     void shortensWhatHasNoLine();
     void askedWidthIsBounded();
-    void toolTipHasItWhole_data();
-    void toolTipHasItWhole();
     void toolTipStaysOnTheScreen();
-    void textThatIsSeenNeedsNoToolTip();
-    void assistiveTechnologyHasItWhole();
     void isCopiedWhole();
+    void summaryKeepsItsLines_data();
+    void summaryKeepsItsLines();
+    void summaryBreaksAFolderAtItsSeparators();
 };
 
 void TestFittedLabel::shortTextLooksLikeAnyLabel()
@@ -74,6 +108,7 @@ void TestFittedLabel::shortTextLooksLikeAnyLabel()
     plain.resize(kSize);
     plain.show();
     QCOMPARE(grabWidget(label, 2.0), grabWidget(plain, 2.0));
+    QCOMPARE(toolTipOf(label), QString());
 }
 
 void TestFittedLabel::longPathLosesItsMiddle()
@@ -94,64 +129,65 @@ void TestFittedLabel::longPathLosesItsMiddle()
     QVERIFY2(std::abs(place.y() - whole.y()) < 0.1, qPrintable(QString::number(place.y())));
     QCOMPARE(place.x(), whole.x());
     QVERIFY(label.fontMetrics().horizontalAdvance(lines[0]) > kSize.width() - 2 * 12 - 3 - 10);
+
+    QCOMPARE(toolTipOf(label), longPath());
+    QCOMPARE(nameOf(label), longPath());
+    QCOMPARE(descriptionOf(label), QString()); // the tool tip is not read out
 }
 
 void TestFittedLabel::textInMarkupIsShortened()
 {
     FramedLabel label({});
     label.setRichText(u"Installed <b>%1</b>"_s, longPath());
-    QCOMPARE(shownText(&label).replace(u'\u00a0', u' '), u"Installed "_s + longPath());
     const QStringList lines = shownLines(label);
     QCOMPARE(lines.size(), 1);
     QVERIFY2(lines[0].startsWith(u"Installed C:\\Users\\Some"_s), qPrintable(lines[0]));
     QVERIFY2(lines[0].endsWith(u"\\Varnel"_s), qPrintable(lines[0]));
-    QVERIFY(lines[0].contains(u'…'));
+    QCOMPARE(lines[0].count(u'…'), 1);
+    QCOMPARE(toolTipOf(label), longPath());
+    QCOMPARE(nameOf(label), u"Installed "_s + longPath());
+    QCOMPARE(descriptionOf(label), QString());
 }
 
 // Above all not after the colon of the drive.
 void TestFittedLabel::wrapsAtSeparators()
 {
-    FittedLabel label(shortenMiddle);
-    label.setFont(monospacedFont(10));
-    label.setWordWrap(true);
-    const QString path = uR"(C:\Users\firstname.lastname\AppData\Local\Temp\setup.log)"_s;
-    label.setText(u"Installed into the folder "_s + path);
+    const QString text =
+        uR"(Installed into the folder C:\Users\firstname.lastname\AppData\Local\Temp\setup.log)"_s;
     for (int width = 170; width <= 300; width += 5) {
-        label.resize(width, label.heightForWidth(width));
+        WrappingLabel label(text, width);
         const QStringList lines = shownLines(label);
         QVERIFY(lines.size() > 1);
         QString joined;
         for (const QString &line : lines) {
             QVERIFY2(!line.endsWith(u"C:"), qPrintable(lines.join(u'|')));
             joined += line;
-            if (!line.endsWith(u'\\') && joined.size() < label.text().size())
+            if (!line.endsWith(u'\\') && joined.size() < text.size())
                 joined += u' '; // the blank at which the line was broken is not drawn
         }
-        QCOMPARE(joined, label.text());
+        QCOMPARE(joined, text);
+        QCOMPARE(toolTipOf(label), QString());
     }
 }
 
 void TestFittedLabel::longWordGoesOnInTheNextLine()
 {
-    FittedLabel label(shortenMiddle);
-    label.setFont(monospacedFont(10));
-    label.setWordWrap(true);
-    label.setText(longWord());
-    const int lineHeight = label.fontMetrics().height();
-    label.resize(300, label.heightForWidth(300));
+    WrappingLabel label(longWord(), 300);
     const QStringList lines = shownLines(label);
     QCOMPARE(lines.join(QString()), longWord());
     QVERIFY(lines.size() >= 4);
+    const int lineHeight = label.fontMetrics().height();
     QVERIFY(label.height() >= lines.size() * lineHeight);
     QVERIFY(label.height() < (lines.size() + 1) * lineHeight);
+    // It begins as high as a text in one line.
+    WrappingLabel word(u"m"_s, 300);
+    const auto top = [](QWidget &widget) { return draw(widget, 1.0).texts.first().baseline.y(); };
+    QVERIFY(std::abs(top(label) - top(word)) < 1.5);
 }
 
 void TestFittedLabel::shortensWhatHasNoLine()
 {
-    FittedLabel label(shortenMiddle);
-    label.setFont(monospacedFont(10));
-    label.setWordWrap(true);
-    label.setText(u"begin "_s + longWord() + u" end"_s);
+    WrappingLabel label(u"begin "_s + longWord() + u" end"_s, 300);
     label.resize(300, 2 * label.fontMetrics().height() + 2);
     const QStringList lines = shownLines(label);
     QCOMPARE(lines.size(), 2);
@@ -169,51 +205,11 @@ void TestFittedLabel::askedWidthIsBounded()
     QVERIFY(label.sizeHint().width() > 1000);
 }
 
-void TestFittedLabel::toolTipHasItWhole_data()
-{
-    QTest::addColumn<bool>("inMarkup");
-    QTest::newRow("plain") << false;
-    QTest::newRow("in markup") << true;
-}
-
-void TestFittedLabel::toolTipHasItWhole()
-{
-    QFETCH(bool, inMarkup);
-    FramedLabel label(longPath());
-    if (inMarkup)
-        label.setRichText(u"Installed <b>%1</b>"_s, longPath());
-    QCOMPARE(toolTipOf(label), longPath());
-}
-
 void TestFittedLabel::toolTipStaysOnTheScreen()
 {
     QLabel tip(textToolTip(u"C:\\"_s + u"folderWithoutABlank\\"_s.repeated(12)));
     tip.setWordWrap(true);
     QVERIFY(tip.minimumSizeHint().width() < 300);
-}
-
-void TestFittedLabel::textThatIsSeenNeedsNoToolTip()
-{
-    FramedLabel label(u"C:\\Program Files\\Varnel"_s);
-    QCOMPARE(toolTipOf(label), QString());
-    FittedLabel wrapping(shortenMiddle);
-    wrapping.setWordWrap(true);
-    wrapping.setText(longPath());
-    wrapping.resize(200, wrapping.heightForWidth(200));
-    QCOMPARE(toolTipOf(wrapping), QString());
-}
-
-void TestFittedLabel::assistiveTechnologyHasItWhole()
-{
-    FramedLabel label(longPath());
-    QVERIFY(!toolTipOf(label).isEmpty());
-    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(&label);
-    QCOMPARE(interface->text(QAccessible::Name), longPath());
-    QCOMPARE(interface->text(QAccessible::Description), QString());
-    label.setRichText(u"Installed <b>%1</b>"_s, longPath());
-    QCOMPARE(interface->text(QAccessible::Name).replace(u'\u00a0', u' '),
-             u"Installed "_s + longPath());
-    QCOMPARE(interface->text(QAccessible::Description), QString());
 }
 
 void TestFittedLabel::isCopiedWhole()
@@ -224,10 +220,66 @@ void TestFittedLabel::isCopiedWhole()
     QTest::mousePress(&label, Qt::LeftButton, {}, QPoint(30, 17));
     QTest::mouseMove(&label, QPoint(60, 17));
     QTest::mouseRelease(&label, Qt::LeftButton, {}, QPoint(60, 17));
-    QVERIFY(grabWidget(label) != before); // it is seen that something is selected
+    QVERIFY(grabWidget(label) != before); // the selection shows
     QApplication::clipboard()->clear();
     QTest::keySequence(&label, QKeySequence::Copy);
     QCOMPARE(QApplication::clipboard()->text(), longPath());
+}
+
+void TestFittedLabel::summaryKeepsItsLines_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<int>("lines"); // of the path
+    QTest::addColumn<bool>("whole");
+    QTest::newRow("one line") << uR"(C:\Program Files\Varnel)"_s << 1 << true;
+    QTest::newRow("two lines") << uR"(C:\folder\)"_s.repeated(9) + u"last"_s << 2 << true;
+    QTest::newRow("three lines") << uR"(C:\folder\)"_s.repeated(14) + u"last"_s << 2 << false;
+    QTest::newRow("word of two lines") << QString(100, u'm') << 2 << true;
+    QTest::newRow("word of four lines") << longWord() << 2 << false;
+    QTest::newRow("blanks") << u"one  two   "_s.repeated(5) << 1 << true;
+}
+
+void TestFittedLabel::summaryKeepsItsLines()
+{
+    QFETCH(QString, path);
+    QFETCH(int, lines);
+    QFETCH(bool, whole);
+    Summary box(path);
+    QStringList shown = shownLines(box);
+    QCOMPARE(shown.takeFirst(), u"Destination location:"_s);
+    QCOMPARE(shown.takeLast(), u"(none)"_s);
+    QCOMPARE(shown.takeLast(), u"Additional tasks:"_s);
+    QCOMPARE(shown.size(), lines);
+    QCOMPARE(shown.join(QString()) == path, whole);
+    QCOMPARE(shown.join(QString()).count(u'…'), whole ? 0 : 1);
+    QCOMPARE(shown.first().left(3), path.left(3));
+    QCOMPARE(shown.last().right(4), path.right(4));
+    QCOMPARE(toolTipOf(box), whole ? QString() : path);
+    QCOMPARE(nameOf(box), u"Destination location:\n"_s + path + u"\n\nAdditional tasks:\n(none)");
+    QCOMPARE(descriptionOf(box), u"Summary"_s);
+
+    // The last line is not cut off by the frame.
+    const double last = draw(box, 1.0).texts.last().baseline.y();
+    QVERIFY2(last + box.fontMetrics().descent() < box.height() - 2,
+             qPrintable(QString::number(last)));
+}
+
+// A folder whose end is cut off at the edge would name another folder, which might exist.
+void TestFittedLabel::summaryBreaksAFolderAtItsSeparators()
+{
+    const QString path =
+        uR"(C:\Users\firstname.lastname\AppData\Local\Programs\Engineering\VarnelSchematics-x64)"_s;
+    Summary box(path);
+    const QStringList lines = shownLines(box);
+    QCOMPARE(lines[1] + lines[2], path);
+    QVERIFY2(lines[1].endsWith(u'\\'), qPrintable(lines[1]));
+    for (double ratio : { 1.0, 2.0 }) {
+        // Both lines end before the frame does.
+        const QImage picture = grabWidget(box, ratio);
+        const QColor ground = colourAt(picture, { 4.0, 60.0 });
+        const QRect edge(QPoint(box.width() - 13, 20) * ratio, QSize(11, 90) * ratio);
+        QCOMPARE(pixelsUnlike(picture.copy(edge), ground), 0);
+    }
 }
 
 QTEST_MAIN(TestFittedLabel)

@@ -1,0 +1,340 @@
+// What the pages say, and what they ask for. Where everything stands and what it looks like is
+// recorded in tests/wizard/structure/.
+
+#include "app/applicationfonts.h"
+#include "pages/confirmuninstallpage.h"
+#include "pages/finishedpage.h"
+#include "pages/manualclock.h"
+#include "pages/pagetext.h"
+#include "pages/readypage.h"
+#include "pages/readytoupdatepage.h"
+#include "pages/strictwarnings.h"
+#include "pages/taskspage.h"
+#include "pages/uninstallcompletepage.h"
+#include "pages/updateavailablepage.h"
+#include "pages/updatefinishedpage.h"
+#include "pages/welcomepage.h"
+#include "support/drawing.h"
+#include "support/grab.h"
+#include "theme/thememanager.h"
+#include "widgets/gifbadge.h"
+#include "widgets/togglecheckbox.h"
+
+#include <QAccessible>
+#include <QLabel>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using Page = std::unique_ptr<WizardPage>;
+using MakePage = Page (*)(const QString &text);
+
+/// A page on which `set` has been called.
+template <typename T, typename... Parameters, typename... Values>
+Page pageWith(void (T::*set)(Parameters...), const Values &...values)
+{
+    auto page = std::make_unique<T>();
+    (page.get()->*set)(values...);
+    return page;
+}
+
+QString withoutBlanks(const QString &text)
+{
+    return QString(text).remove(QRegularExpression(u"\\s"_s));
+}
+
+/// The label of `page` that shows `text`.
+QLabel *labelShowing(const WizardPage &page, const QString &text)
+{
+    for (QLabel *label : page.findChildren<QLabel *>()) {
+        if (shownText(label) == text)
+            return label;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+class TestPages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { registerApplicationFonts(); }
+    void init();
+    void texts();
+    void outsideTextIsLiteral_data();
+    void outsideTextIsLiteral();
+    void longTextFits_data() { outsideTextIsLiteral_data(); }
+    void longTextFits();
+    void longVersionLeavesTheOtherOneWhole();
+    void versionsAreNamed();
+    void followsTheTheme_data();
+    void followsTheTheme();
+    void summaryKeepsTheColourOfItsMoment();
+    void shortcutIsWantedUnlessDeclined();
+    void preferencesStayUnlessChosen();
+    void badgePops();
+};
+
+void TestPages::init()
+{
+    failOnWarnings();
+    ThemeManager::instance().setDarkMode(false);
+}
+
+void TestPages::texts()
+{
+    const auto shows = [](const Page &page, const QString &text) {
+        return labelShowing(*page, text) != nullptr;
+    };
+    const QString removal = u"This will remove Varnel Schematics from your computer."_s;
+    QVERIFY(shows(std::make_unique<ConfirmUninstallPage>(), removal));
+    ConfirmUninstallPage confirm;
+    confirm.setVersion(u"1.6.8"_s);
+    confirm.setVersion({});
+    QVERIFY(labelShowing(confirm, removal));
+
+    QVERIFY(shows(pageWith(&ReadyPage::setSummary, u"/opt"_s, false),
+                  u"Destination location:\n/opt\n\nAdditional tasks:\n(none)"_s));
+    QVERIFY(shows(pageWith(&FinishedPage::setResult, u"/opt"_s, false), u"Installed to /opt."_s));
+
+    const QString kept =
+        u"Destination location:\n%1\n\nYour preferences and license will be kept."_s;
+    ReadyToUpdatePage ready;
+    QVERIFY(labelShowing(ready, u"Setup will update Varnel Schematics to version 1.6.9."_s));
+    ready.setDetails(u"1.7"_s, {});
+    QVERIFY(labelShowing(ready, kept.arg(uR"(C:\Program Files\Varnel Schematics)"_s)));
+    ready.setDetails(u"1.7"_s, u"/opt"_s);
+    ready.setDetails(u"1.8"_s, {}); // an unknown folder: the one before stays
+    QVERIFY(labelShowing(ready, kept.arg(u"/opt"_s)));
+    QVERIFY(labelShowing(ready, u"Setup will update Varnel Schematics to version 1.8."_s));
+
+    QVERIFY(shows(pageWith(&UpdateAvailablePage::setVersions, QString(), u"1.6.9"_s),
+                  u"Installed not found"_s));
+    QVERIFY(shows(std::make_unique<UpdateFinishedPage>(),
+                  u"Now running version 1.6.9.\nYour settings were preserved."_s));
+    QVERIFY(shows(pageWith(&UninstallCompletePage::setPreferencesRemoved, true),
+                  u"Varnel Schematics and your preferences have been removed.\n"
+                  "Thanks for using it — we hope to see you again soon."_s));
+    QVERIFY(shows(pageWith(&UninstallCompletePage::setPreferencesRemoved, false),
+                  u"Varnel Schematics has been removed from your computer.\n"
+                  "Your preferences were kept in case you're back soon."_s));
+}
+
+/// Every place where text from outside is shown.
+void TestPages::outsideTextIsLiteral_data()
+{
+    QTest::addColumn<MakePage>("make");
+    QTest::addColumn<QString>("sentence");
+    QTest::addColumn<bool>("wraps"); // as far as the page has room
+    const auto row = [](const char *name, MakePage make, const QString &sentence, bool wraps) {
+        QTest::newRow(name) << make << sentence << wraps;
+    };
+    row(
+        "version to be removed",
+        [](const QString &text) { return pageWith(&ConfirmUninstallPage::setVersion, text); },
+        u"This will remove Varnel Schematics %1 from your computer."_s, true);
+    row(
+        "destination",
+        [](const QString &text) { return pageWith(&ReadyPage::setSummary, text, true); },
+        u"Destination location:\n%1\n\nAdditional tasks:\nCreate a desktop shortcut"_s, false);
+    row(
+        "destination of an update",
+        [](const QString &text) {
+            return pageWith(&ReadyToUpdatePage::setDetails, u"2.0"_s, text);
+        },
+        u"Destination location:\n%1\n\nYour preferences and license will be kept."_s, false);
+    row(
+        "version of an update",
+        [](const QString &text) {
+            return pageWith(&ReadyToUpdatePage::setDetails, text, u"/opt"_s);
+        },
+        u"Setup will update Varnel Schematics to version %1."_s, true);
+    row(
+        "installed version",
+        [](const QString &text) {
+            return pageWith(&UpdateAvailablePage::setVersions, text, u"2.0"_s);
+        },
+        u"Installed %1"_s, false);
+    row(
+        "available version",
+        [](const QString &text) {
+            return pageWith(&UpdateAvailablePage::setVersions, u"1.0"_s, text);
+        },
+        u"Available %1"_s, false);
+    row(
+        "folder that it was installed into",
+        [](const QString &text) { return pageWith(&FinishedPage::setResult, text, true); },
+        u"Installed to %1.\nA shortcut is on your desktop."_s, true);
+    row(
+        "version after an update",
+        [](const QString &text) { return pageWith(&UpdateFinishedPage::setVersion, text); },
+        u"Now running version %1.\nYour settings were preserved."_s, true);
+}
+
+void TestPages::outsideTextIsLiteral()
+{
+    QFETCH(const MakePage, make);
+    QFETCH(const QString, sentence);
+    for (const QString &text :
+         { kLiteral, u"/a&lt;b"_s, u"/a  b   c"_s, u"%1 %2 %3 %%"_s, u"\"@INS_TX\""_s }) {
+        const Page page = make(text);
+        page->resize(1500, kPageSize.height()); // no line has to be broken
+        QLabel *label = labelShowing(*page, sentence.arg(text));
+        QVERIFY(label);
+        const QImage laidOut = grabWidget(*page);
+        QCOMPARE(shownLines(*label), sentence.arg(text).split(u'\n', Qt::SkipEmptyParts));
+    }
+}
+
+void TestPages::longTextFits()
+{
+    QFETCH(const MakePage, make);
+    QFETCH(const QString, sentence);
+    QFETCH(const bool, wraps);
+    const QString folders = u"C:\\"_s + u"firstname.lastname\\one  two\\"_s.repeated(8) + u"x64"_s;
+    const QString endless = longWord().repeated(50);
+    for (const QString &text : { longWord(), folders, endless }) {
+        const Page page = make(text);
+        QVERIFY(fitsWindow(page.get()));
+        QLabel *label = labelShowing(*page, sentence.arg(text));
+        QVERIFY(label);
+        const QString shown = withoutBlanks(shownLines(*label).join(QString()));
+        const bool isWhole = shown == withoutBlanks(sentence.arg(text));
+        QCOMPARE(isWhole, wraps && text != endless);
+        if (isWhole) {
+            QCOMPARE(toolTipOf(*label), QString());
+            continue;
+        }
+        // The beginning and the end of the sentence are there, and one ellipsis.
+        QVERIFY2(shown.startsWith(withoutBlanks(sentence.section(u"%1"_s, 0, 0))),
+                 qPrintable(shown));
+        QVERIFY2(shown.endsWith(withoutBlanks(sentence.section(u"%1"_s, 1))), qPrintable(shown));
+        QCOMPARE(shown.count(u'…'), 1);
+        QVERIFY(toolTipOf(*label).contains(text));
+    }
+}
+
+// The two versions are read as one line.
+void TestPages::longVersionLeavesTheOtherOneWhole()
+{
+    const Page page = pageWith(&UpdateAvailablePage::setVersions, longWord(), u"1.6.9"_s);
+    QVERIFY(fitsWindow(page.get()));
+    QLabel *available = labelShowing(*page, u"Available 1.6.9"_s);
+    QVERIFY(available);
+    QCOMPARE(shownLines(*available), QStringList(u"Available 1.6.9"_s));
+    const auto baseline = [](QLabel *label) {
+        return draw(*label, 1.0).texts.first().baseline.y();
+    };
+    QCOMPARE(baseline(labelShowing(*page, u"Installed "_s + longWord())), baseline(available));
+}
+
+void TestPages::versionsAreNamed()
+{
+    const auto names = [](const Page &page) {
+        QStringList result;
+        for (QLabel *label : page->findChildren<QLabel *>()) {
+            const auto *interface = QAccessible::queryAccessibleInterface(label);
+            if (!label->accessibleName().isEmpty())
+                result << interface->text(QAccessible::Name)
+                        + interface->text(QAccessible::Description);
+        }
+        return result;
+    };
+    QCOMPARE(names(pageWith(&UpdateAvailablePage::setVersions, u"1.6.8"_s, u"1.6.9"_s)),
+             (QStringList { u"Installed version: 1.6.8"_s, u"Available version: 1.6.9"_s }));
+    QCOMPARE(names(pageWith(&UpdateAvailablePage::setVersions, QString(), u"1.6.9"_s)),
+             (QStringList { u"Installed version: not found"_s, u"Available version: 1.6.9"_s }));
+}
+
+void TestPages::followsTheTheme_data()
+{
+    QTest::addColumn<MakePage>("make");
+    QTest::newRow("welcome") << MakePage(
+        [](const QString &) -> Page { return std::make_unique<WelcomePage>(); });
+    QTest::newRow("tasks") << MakePage(
+        [](const QString &) -> Page { return std::make_unique<TasksPage>(); });
+    QTest::newRow("confirm a removal") << MakePage(
+        [](const QString &) -> Page { return std::make_unique<ConfirmUninstallPage>(); });
+    QTest::newRow("ready to update")
+        << MakePage([](const QString &) -> Page { return std::make_unique<ReadyToUpdatePage>(); });
+    QTest::newRow("update available") << MakePage([](const QString &text) {
+        return pageWith(&UpdateAvailablePage::setVersions, text, text);
+    });
+}
+
+void TestPages::followsTheTheme()
+{
+    QFETCH(const MakePage, make);
+    const auto grab = [](const Page &page) {
+        page->resize(kPageSize);
+        return grabWidget(*page);
+    };
+    const Page page = make(u"1.6.9"_s);
+    for (const bool dark : { true, false }) {
+        const QImage before = grab(page);
+        ThemeManager::instance().setDarkMode(dark);
+        QCOMPARE(grab(page), grab(make(u"1.6.9"_s)));
+        QVERIFY(grab(page) != before);
+    }
+}
+
+void TestPages::summaryKeepsTheColourOfItsMoment()
+{
+    ReadyPage page;
+    page.setSummary(u"/opt"_s, true);
+    const auto *summary = labelShowing(
+        page, u"Destination location:\n/opt\n\nAdditional tasks:\nCreate a desktop shortcut"_s);
+    QVERIFY(summary);
+    const QString light = summary->text();
+    ThemeManager::instance().setDarkMode(true);
+    QCOMPARE(summary->text(), light);
+    page.setSummary(u"/opt"_s, true);
+    page.resize(kPageSize);
+    const Page dark = pageWith(&ReadyPage::setSummary, u"/opt"_s, true);
+    dark->resize(kPageSize);
+    QCOMPARE(grabWidget(page), grabWidget(*dark));
+    QVERIFY(summary->text() != light);
+}
+
+void TestPages::shortcutIsWantedUnlessDeclined()
+{
+    TasksPage page;
+    page.resize(kPageSize);
+    page.show();
+    QVERIFY(page.desktopShortcut());
+    QTest::mouseClick(page.findChild<ToggleCheckbox *>(), Qt::LeftButton);
+    QVERIFY(!page.desktopShortcut());
+}
+
+void TestPages::preferencesStayUnlessChosen()
+{
+    ConfirmUninstallPage page;
+    page.resize(kPageSize);
+    page.show();
+    QVERIFY(!page.deletePreferences());
+    QTest::mouseClick(page.findChild<ToggleCheckbox *>(), Qt::LeftButton);
+    QVERIFY(page.deletePreferences());
+    page.setVersion(u"1.6.8"_s);
+    QVERIFY(page.deletePreferences());
+}
+
+void TestPages::badgePops()
+{
+    ManualClock clock;
+    UninstallCompletePage page;
+    const auto *badge = page.findChild<GifBadge *>();
+    QCOMPARE(badge->popProgress(), 1.0);
+    page.start();
+    QCOMPARE(badge->popProgress(), 0.0);
+    clock.pass(400);
+    QCOMPARE(badge->popProgress(), 1.0);
+}
+
+QTEST_MAIN(TestPages)
+#include "tst_pages.moc"
