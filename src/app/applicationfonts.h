@@ -1,4 +1,4 @@
 #pragma once
 
-/// Registers the fonts that the program brings along. One that fails to load is done without.
+/// Registers the fonts in the program's resources. A font that fails to load is skipped.
 void registerApplicationFonts();

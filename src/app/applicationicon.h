@@ -2,6 +2,5 @@
 
 #include <QIcon>
 
-/// The mark as a window icon in every size that a desktop asks for; empty if its drawing cannot be
-/// read.
+/// The mark as a window icon, in all sizes that desktops use; null if the drawing cannot be read.
 [[nodiscard]] QIcon applicationIcon();

@@ -14,8 +14,8 @@ void setUpApplication()
 {
     QApplication::setApplicationName(Product::kSetupName.toString());
     QApplication::setOrganizationName(Product::kPublisher.toString());
-    // The wizard ends the process itself: it may still have a program to start when its window is
-    // gone.
+    // The wizard ends the process itself: after its window has closed it may have to start the
+    // installed application.
     QApplication::setQuitOnLastWindowClosed(false);
 
     if (const QIcon icon = applicationIcon(); !icon.isNull())
@@ -23,5 +23,7 @@ void setUpApplication()
     registerApplicationFonts();
     installPaintedAccessibility();
     setDesktopMotionQuery(desktopPrefersReducedMotion);
+    // Setup has no switch for the theme and is always light. The dark theme is there because the
+    // colour tables are those of the application, which has both.
     ThemeManager::instance().setDarkMode(false);
 }

@@ -1,5 +1,5 @@
 #pragma once
 
-/// Gives the application object what every window of it relies on: names, icon, fonts, theme, and
-/// how it ends.
+/// Sets up the application object before the first window is made: names, icon, fonts, theme, and
+/// that closing the last window does not quit.
 void setUpApplication();

@@ -4,7 +4,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kFirstArgument = 1; // before it stands the program
+constexpr qsizetype kFirstArgument = 1; // the one before it is the program
 
 qsizetype indexOf(const QStringList &arguments, QLatin1StringView option)
 {

@@ -7,15 +7,14 @@
 
 #include <optional>
 
-/// What the wizard was asked to do.
+/// What the wizard was asked to do on its command line.
 struct CommandLine
 {
     QString setupExecutable; ///< "--setup-exe"; empty if absent or without a value
     QString uninstaller; ///< "--uninstaller"; likewise
-    std::optional<RunMode> runMode; ///< nothing: to be decided by what is installed
+    std::optional<RunMode> runMode; ///< empty if none was given: main() decides
 };
 
-/// Reads the argument list, program first. Options may stand in any order and letter case; of
-/// several modes removal wins, then update. Nothing is ever rejected: unknown arguments are
-/// ignored.
+/// Reads the argument list, which begins with the program. Options may come in any order and letter
+/// case; of several modes, uninstall wins, then update. Unknown arguments are ignored.
 [[nodiscard]] CommandLine parseCommandLine(const QStringList &arguments);

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The window from its first page until it has ended the event loop. The engine is the caller's, so
-/// that it cleans up when the window is gone.
+/// Shows the window and runs the event loop. The caller owns the engine, so that the engine is
+/// destroyed, and cleans up, after the window.
 int runWizard(InstallerEngine &engine, const CommandLine &commandLine)
 {
     InstallerWizard wizard;
