@@ -9,6 +9,7 @@
 #include "pages/readypage.h"
 #include "pages/readytoupdatepage.h"
 #include "pages/strictwarnings.h"
+#include "pages/summarybox.h"
 #include "pages/taskspage.h"
 #include "pages/uninstallcompletepage.h"
 #include "pages/updateavailablepage.h"
@@ -45,6 +46,12 @@ Page pageWith(void (T::*set)(Parameters...), const Values &...values)
 QString withoutBlanks(const QString &text)
 {
     return QString(text).remove(QRegularExpression(u"\\s"_s));
+}
+
+QImage picture(WizardPage &page)
+{
+    page.resize(kPageSize);
+    return grabWidget(page);
 }
 
 /// The label of `page` that shows `text`.
@@ -132,49 +139,30 @@ void TestPages::outsideTextIsLiteral_data()
     QTest::addColumn<MakePage>("make");
     QTest::addColumn<QString>("sentence");
     QTest::addColumn<bool>("wraps"); // as far as the page has room
-    const auto row = [](const char *name, MakePage make, const QString &sentence, bool wraps) {
+    const auto row = [](const char *name, const QString &sentence, bool wraps, MakePage make) {
         QTest::newRow(name) << make << sentence << wraps;
     };
-    row(
-        "version to be removed",
-        [](const QString &text) { return pageWith(&ConfirmUninstallPage::setVersion, text); },
-        u"This will remove Varnel Schematics %1 from your computer."_s, true);
-    row(
-        "destination",
-        [](const QString &text) { return pageWith(&ReadyPage::setSummary, text, true); },
-        u"Destination location:\n%1\n\nAdditional tasks:\nCreate a desktop shortcut"_s, false);
-    row(
-        "destination of an update",
-        [](const QString &text) {
-            return pageWith(&ReadyToUpdatePage::setDetails, u"2.0"_s, text);
-        },
-        u"Destination location:\n%1\n\nYour preferences and license will be kept."_s, false);
-    row(
-        "version of an update",
-        [](const QString &text) {
-            return pageWith(&ReadyToUpdatePage::setDetails, text, u"/opt"_s);
-        },
-        u"Setup will update Varnel Schematics to version %1."_s, true);
-    row(
-        "installed version",
-        [](const QString &text) {
-            return pageWith(&UpdateAvailablePage::setVersions, text, u"2.0"_s);
-        },
-        u"Installed %1"_s, false);
-    row(
-        "available version",
-        [](const QString &text) {
-            return pageWith(&UpdateAvailablePage::setVersions, u"1.0"_s, text);
-        },
-        u"Available %1"_s, false);
-    row(
-        "folder that it was installed into",
-        [](const QString &text) { return pageWith(&FinishedPage::setResult, text, true); },
-        u"Installed to %1.\nA shortcut is on your desktop."_s, true);
-    row(
-        "version after an update",
-        [](const QString &text) { return pageWith(&UpdateFinishedPage::setVersion, text); },
-        u"Now running version %1.\nYour settings were preserved."_s, true);
+    row("version to be removed", u"This will remove Varnel Schematics %1 from your computer."_s,
+        true,
+        [](const QString &text) { return pageWith(&ConfirmUninstallPage::setVersion, text); });
+    row("destination",
+        u"Destination location:\n%1\n\nAdditional tasks:\nCreate a desktop shortcut"_s, false,
+        [](const QString &text) { return pageWith(&ReadyPage::setSummary, text, true); });
+    row("folder of an update",
+        u"Destination location:\n%1\n\nYour preferences and license will be kept."_s, false,
+        [](const QString &text) { return pageWith(&ReadyToUpdatePage::setDetails, u"2"_s, text); });
+    row("version of an update", u"Setup will update Varnel Schematics to version %1."_s, true,
+        [](const QString &text) { return pageWith(&ReadyToUpdatePage::setDetails, text, u"/"_s); });
+    row("installed version", u"Installed %1"_s, false, [](const QString &text) {
+        return pageWith(&UpdateAvailablePage::setVersions, text, u"2"_s);
+    });
+    row("available version", u"Available %1"_s, false, [](const QString &text) {
+        return pageWith(&UpdateAvailablePage::setVersions, u"1"_s, text);
+    });
+    row("installed folder", u"Installed to %1.\nA shortcut is on your desktop."_s, true,
+        [](const QString &text) { return pageWith(&FinishedPage::setResult, text, true); });
+    row("version after an update", u"Now running version %1.\nYour settings were preserved."_s,
+        true, [](const QString &text) { return pageWith(&UpdateFinishedPage::setVersion, text); });
 }
 
 void TestPages::outsideTextIsLiteral()
@@ -255,32 +243,28 @@ void TestPages::versionsAreNamed()
 void TestPages::followsTheTheme_data()
 {
     QTest::addColumn<MakePage>("make");
-    QTest::newRow("welcome") << MakePage(
-        [](const QString &) -> Page { return std::make_unique<WelcomePage>(); });
-    QTest::newRow("tasks") << MakePage(
-        [](const QString &) -> Page { return std::make_unique<TasksPage>(); });
-    QTest::newRow("confirm a removal") << MakePage(
+    const auto row = [](const char *name, MakePage make) { QTest::newRow(name) << make; };
+    row("welcome", [](const QString &) -> Page { return std::make_unique<WelcomePage>(); });
+    row("tasks", [](const QString &) -> Page { return std::make_unique<TasksPage>(); });
+    row("removal",
         [](const QString &) -> Page { return std::make_unique<ConfirmUninstallPage>(); });
-    QTest::newRow("ready to update")
-        << MakePage([](const QString &) -> Page { return std::make_unique<ReadyToUpdatePage>(); });
-    QTest::newRow("update available") << MakePage([](const QString &text) {
+    row("ready to update",
+        [](const QString &) -> Page { return std::make_unique<ReadyToUpdatePage>(); });
+    row("update available", [](const QString &text) {
         return pageWith(&UpdateAvailablePage::setVersions, text, text);
     });
 }
 
+// Looks like a page that was made in this theme.
 void TestPages::followsTheTheme()
 {
     QFETCH(const MakePage, make);
-    const auto grab = [](const Page &page) {
-        page->resize(kPageSize);
-        return grabWidget(*page);
-    };
     const Page page = make(u"1.6.9"_s);
     for (const bool dark : { true, false }) {
-        const QImage before = grab(page);
+        const QImage before = picture(*page);
         ThemeManager::instance().setDarkMode(dark);
-        QCOMPARE(grab(page), grab(make(u"1.6.9"_s)));
-        QVERIFY(grab(page) != before);
+        QCOMPARE(picture(*page), picture(*make(u"1.6.9"_s)));
+        QVERIFY(picture(*page) != before);
     }
 }
 
@@ -295,10 +279,7 @@ void TestPages::summaryKeepsTheColourOfItsMoment()
     ThemeManager::instance().setDarkMode(true);
     QCOMPARE(summary->text(), light);
     page.setSummary(u"/opt"_s, true);
-    page.resize(kPageSize);
-    const Page dark = pageWith(&ReadyPage::setSummary, u"/opt"_s, true);
-    dark->resize(kPageSize);
-    QCOMPARE(grabWidget(page), grabWidget(*dark));
+    QCOMPARE(picture(page), picture(*pageWith(&ReadyPage::setSummary, u"/opt"_s, true)));
     QVERIFY(summary->text() != light);
 }
 
