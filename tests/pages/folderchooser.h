@@ -7,11 +7,11 @@
 #include <QTest>
 #include <QTimer>
 
-/// Clicks `change` and lets `use` deal with the folder chooser that comes up.
+/// Clicks `change` and calls `use` with the folder chooser that opens.
 template <typename Use>
 void useFolderChooser(QPushButton *change, Use use)
 {
-    // Should something go wrong, no dialog may wait for somebody who is not there.
+    // If something goes wrong, the dialog must not wait for a user for ever.
     QTimer guard;
     guard.callOnTimeout([] { QApplication::activeModalWidget()->close(); });
     guard.start(10'000);

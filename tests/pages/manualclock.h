@@ -2,9 +2,8 @@
 
 #include <QAnimationDriver>
 
-/// Holds every property animation still for as long as it lives; they only move when told how much
-/// time goes by. Timers are not affected. Right to the millisecond, but for one: an animation that
-/// is the first to run may be that much ahead.
+/// Stops the clock of all property animations for as long as it lives; they only move in pass().
+/// Timers are not affected. The first animation to run may be one millisecond ahead.
 class ManualClock : public QAnimationDriver
 {
     Q_OBJECT

@@ -18,7 +18,7 @@ QString visible(QString text)
     return text.remove(u'\u200b').remove(u'\ufeff').replace(u'\u00a0', u' ');
 }
 
-/// At once; the tool tips' own way takes its time.
+/// At once, which QToolTip::hideText() does not.
 void hideToolTip()
 {
     for (QWidget *window : QApplication::topLevelWidgets()) {

@@ -9,7 +9,7 @@ class QWidget;
 /// The room that the window has for a page.
 inline constexpr QSize kPageSize(484, 390);
 
-/// What no page may take for markup, a shortcut or a place marker.
+/// Text from outside that must not be taken for markup, a shortcut or a place marker.
 inline const QString kLiteral = QStringLiteral("a&b <i>%2 %1</i>");
 
 /// A word of 200 characters.
@@ -21,13 +21,13 @@ inline const QString kLiteral = QStringLiteral("a&b <i>%2 %1</i>");
 /// The label of `page` that shows exactly `text`; null if there is none.
 [[nodiscard]] QLabel *labelOf(const QWidget *page, const QString &text);
 
-/// What somebody sees of a rich text: its characters.
+/// The text of a label without its markup.
 [[nodiscard]] QString shownText(const QLabel *label);
 
 /// The text of the tool tip that comes when the pointer rests on `widget`; empty if none does.
 [[nodiscard]] QString toolTipOf(QWidget &widget);
 
-/// What is to be read of `widget`, line by line.
+/// The lines of text that `widget` draws.
 [[nodiscard]] QStringList shownLines(QWidget &widget);
 
 /// True if `label` shows all of its text, as it does at `pixelSize` whatever the default font is.

@@ -3,8 +3,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
-/// Makes every warning a failure of the test, but for what the off-screen platform says whenever a
-/// window is shown on it or brought to the front.
+/// Makes every warning a failure of the test, except those that the off-screen platform prints
+/// whenever a window is shown or raised.
 inline void failOnWarnings()
 {
     QTest::failOnWarning(QRegularExpression(

@@ -6,8 +6,8 @@
 
 class QTimer;
 
-/// Takes down the interval of every timer object that fires in this process, so that a delay can be
-/// judged by what it was set to and not by a clock.
+/// Records the interval of every QTimer that fires in this process, so that a test can check the
+/// delay that was set instead of measuring time.
 class TimerWatch : public QObject
 {
     Q_OBJECT
