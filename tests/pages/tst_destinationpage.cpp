@@ -115,9 +115,10 @@ void TestDestinationPage::startsAtTheDefaultFolder()
 
 void TestDestinationPage::setPath()
 {
+    const QString markup = u"/opt/"_s + kLiteral;
     ShownPage page;
-    for (const QString &path : { u"/opt/Varnel Schematics"_s, uR"(D:\Tools)"_s,
-                                 u"/opt/"_s + kLiteral, u" /opt/\"a\"  "_s }) {
+    for (const QString &path :
+         { u"/opt/Varnel Schematics"_s, uR"(D:\Tools)"_s, markup, u" /opt/\"a\"  "_s }) {
         page.setPath(path);
         QCOMPARE(page.path(), QDir::toNativeSeparators(path));
         QVERIFY(page.pathLabel());
