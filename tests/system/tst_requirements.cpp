@@ -19,8 +19,8 @@ class TestRequirements : public QObject
     Q_OBJECT
 
 public:
-    // The free disk space is shown as the system's locale has it, all else with a decimal point.
-    static void initMain() { qputenv("LC_ALL", "de_DE.UTF-8"); }
+    // English with a decimal comma, which the free disk space follows; all else has a point.
+    static void initMain() { qputenv("LC_ALL", "en_DE.UTF-8"); }
 
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }

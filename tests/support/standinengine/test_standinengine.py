@@ -140,9 +140,6 @@ class StandinEngine(unittest.TestCase):
     def registry_content(self):
         return json.loads(self.registry.read_text())
 
-    # Every status stays for long enough to be seen on a busy machine.
-    AT_LEISURE = "files = 12\ndelay-ms = 100"
-
     def test_install(self):
         self.folder = self.root / "Schaltpläne 回路 %1"
         process = self.start(arguments=self.arguments(tasks="first,DesktopIcon"),
@@ -179,7 +176,8 @@ class StandinEngine(unittest.TestCase):
     def test_status_file_along_the_runs(self):
         self.status.write_text("x" * 10_000)
         number = self.status.stat().st_ino
-        seen = self.watch(self.start(self.AT_LEISURE))
+        at_leisure = "files = 12\ndelay-ms = 100"  # to be seen on a busy machine too
+        seen = self.watch(self.start(at_leisure))
         self.assertEqual(self.status.stat().st_ino, number, "rewritten in place")
         self.assertEqual(list(dict.fromkeys(status["status"] for status in seen)),
                          ["Extracting application files…", "Installing WebView2 Runtime…",
@@ -189,7 +187,8 @@ class StandinEngine(unittest.TestCase):
         self.assertGreater(len(files), 8)
         self.assertEqual([name for name in files if not Path(name).is_file()], [])
 
-        seen = self.watch(self.start(self.AT_LEISURE, program=self.folder / "unins000.exe",
+        self.status.unlink()
+        seen = self.watch(self.start(at_leisure, program=self.folder / "unins000.exe",
                                      arguments=[f"/STATUSFILE={self.status}"]))
         self.assertEqual(list(dict.fromkeys(status["status"] for status in seen)),
                          ["Removing application files…", "Removing shortcuts…",
