@@ -1,6 +1,6 @@
 #pragma once
 
-#include "wizard/runmode.h"
+#include "pages/runmode.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,9 @@
 #include "pages/confirmuninstallpage.h"
 
 #include "pages/pagelabels.h"
+#include "pages/setupchoices.h"
 #include "product/product.h"
+#include "system/installation.h"
 #include "widgets/togglecheckbox.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -23,6 +25,19 @@ ConfirmUninstallPage::ConfirmUninstallPage(QWidget *parent) : WizardPage(parent)
     layout->addWidget(m_deletePreferences);
     layout->addStretch();
     setVersion({});
+}
+
+void ConfirmUninstallPage::prepare(SetupChoices &choices)
+{
+    if (choices.uninstaller.isEmpty())
+        choices.uninstaller = uninstallerPath();
+    setVersion(installedVersion());
+    m_deletePreferences->setChecked(choices.removesPreferences);
+}
+
+void ConfirmUninstallPage::leave(SetupChoices &choices)
+{
+    choices.removesPreferences = deletePreferences();
 }
 
 void ConfirmUninstallPage::setVersion(const QString &version)

@@ -18,6 +18,10 @@ public:
 
     [[nodiscard]] bool deletePreferences() const;
 
+    /// Chooses the recorded uninstaller, unless another one is given.
+    void prepare(SetupChoices &choices) override;
+    void leave(SetupChoices &choices) override;
+
 private:
     QLabel *m_body;
     ToggleCheckbox *m_deletePreferences;

@@ -3,6 +3,7 @@
 #include "files/installpath.h"
 #include "pages/fittedlabel.h"
 #include "pages/pagelabels.h"
+#include "pages/setupchoices.h"
 #include "system/dialogsettings.h"
 #include "system/installation.h"
 #include "system/probes.h"
@@ -71,12 +72,21 @@ void DestinationPage::setPath(const QString &path)
 {
     m_path = QDir::toNativeSeparators(path);
     m_pathLabel->setText(m_path);
-    // An update is told its folder while its first page comes in, which need not wait for a disk
-    // that sleeps or lies in the network: the figure is asked for when the page is shown.
+    // A disk may sleep or lie in the network: nobody waits for a figure that is not on screen.
     if (isVisible())
         refreshDiskSpace();
     else
         m_diskSpace->clear();
+}
+
+void DestinationPage::prepare(SetupChoices &choices)
+{
+    setPath(choices.folder);
+}
+
+void DestinationPage::leave(SetupChoices &choices)
+{
+    choices.folder = m_path;
 }
 
 void DestinationPage::showEvent(QShowEvent *)

@@ -17,6 +17,9 @@ public:
     [[nodiscard]] QString path() const { return m_path; }
     void setPath(const QString &path);
 
+    void prepare(SetupChoices &choices) override;
+    void leave(SetupChoices &choices) override;
+
 protected:
     void showEvent(QShowEvent *event) override;
 

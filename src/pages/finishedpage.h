@@ -16,8 +16,8 @@ public:
     /// Says where the product went and whether there is a shortcut.
     void setResult(const QString &path, bool desktopShortcut);
 
-    /// The seal, to be played, and for the celebration to start from.
-    [[nodiscard]] SealCheck *seal() const { return m_seal; }
+    void prepare(SetupChoices &choices) override;
+    [[nodiscard]] SealCheck *seal() const override { return m_seal; }
 
 private:
     SealCheck *m_seal;

@@ -87,12 +87,13 @@ LicensePage::LicensePage(QWidget *parent) : WizardPage(parent)
     m_answers->addButton(m_accept);
     decline->setChecked(true);
     connect(m_accept, &QAbstractButton::toggled, this, &LicensePage::acceptedChanged);
+    connect(this, &LicensePage::acceptedChanged, this, &LicensePage::completeChanged);
     layout->addWidget(decline);
     layout->addWidget(m_accept);
     layout->addStretch();
 }
 
-QWidget *LicensePage::answer() const
+QWidget *LicensePage::openQuestion() const
 {
     return m_answers->checkedButton();
 }

@@ -14,9 +14,10 @@ public:
     explicit LicensePage(QWidget *parent = nullptr);
 
     [[nodiscard]] bool isAccepted() const;
-    /// The answer that is chosen now, for the keyboard to start from.
-    [[nodiscard]] QWidget *answer() const;
 
+    [[nodiscard]] bool isComplete() const override { return isAccepted(); }
+    /// The answer that is chosen now.
+    [[nodiscard]] QWidget *openQuestion() const override;
     [[nodiscard]] QString spokenSummary() const override;
 
 Q_SIGNALS:

@@ -1,6 +1,7 @@
 #include "pages/readypage.h"
 
 #include "pages/pagelabels.h"
+#include "pages/setupchoices.h"
 #include "pages/summarybox.h"
 #include "theme/themed.h"
 
@@ -15,6 +16,12 @@ ReadyPage::ReadyPage(QWidget *parent) : WizardPage(parent)
     m_summary = new SummaryBox(this);
     layout->addWidget(m_summary);
     layout->addStretch();
+}
+
+void ReadyPage::prepare(SetupChoices &choices)
+{
+    if (!choices.folder.isEmpty())
+        setSummary(choices.folder, choices.desktopShortcut);
 }
 
 void ReadyPage::setSummary(const QString &path, bool desktopShortcut)

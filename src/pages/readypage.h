@@ -15,6 +15,8 @@ public:
     /// Fills the summary; it keeps the colours of this moment until it is filled again.
     void setSummary(const QString &path, bool desktopShortcut);
 
+    void prepare(SetupChoices &choices) override;
+
 private:
     SummaryBox *m_summary;
 };

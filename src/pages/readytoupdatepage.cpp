@@ -3,6 +3,7 @@
 #include "pages/pagelabels.h"
 #include "pages/summarybox.h"
 #include "product/product.h"
+#include "system/installation.h"
 #include "theme/themed.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -19,6 +20,11 @@ ReadyToUpdatePage::ReadyToUpdatePage(QWidget *parent)
     layout->addWidget(m_summary);
     layout->addStretch();
     onThemeChange(this, [this] { rebuild(); });
+}
+
+void ReadyToUpdatePage::prepare(SetupChoices &)
+{
+    setDetails(Product::kVersion.toString(), updateFolder());
 }
 
 void ReadyToUpdatePage::setDetails(const QString &version, const QString &folder)

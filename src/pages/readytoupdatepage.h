@@ -16,6 +16,8 @@ public:
     /// An empty `folder` keeps the one shown before.
     void setDetails(const QString &version, const QString &folder);
 
+    void prepare(SetupChoices &choices) override;
+
 private:
     void rebuild();
 

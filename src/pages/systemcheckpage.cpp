@@ -2,6 +2,7 @@
 
 #include "pages/checkrow.h"
 #include "pages/pagelabels.h"
+#include "pages/setupchoices.h"
 #include "system/probes.h"
 #include "widgets/animation.h"
 #include "widgets/spokentext.h"
@@ -53,6 +54,21 @@ SystemCheckPage::SystemCheckPage(QWidget *parent)
     m_warningAnimation.setDuration(kWarningDuration);
     connect(&m_warningDelay, &DelayedStart::due, this,
             [this] { glideTo(m_warningAnimation, 1.0); });
+}
+
+void SystemCheckPage::prepare(SetupChoices &choices)
+{
+    runChecks(choices.folder);
+}
+
+void SystemCheckPage::start()
+{
+    startReveal();
+}
+
+void SystemCheckPage::leave(SetupChoices &)
+{
+    resetReveal();
 }
 
 void SystemCheckPage::runChecks(const QString &destinationPath)

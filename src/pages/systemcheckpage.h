@@ -30,6 +30,10 @@ public:
     /// Says that Smart App Control is on or off, in its row and for the warning.
     void setSmartAppControlOn(bool on);
 
+    void prepare(SetupChoices &choices) override;
+    void start() override;
+    void leave(SetupChoices &choices) override;
+    [[nodiscard]] int itemCount() const override { return checkCount(); }
     [[nodiscard]] QString spokenSummary() const override;
 
     /// Number of rows of the last run.

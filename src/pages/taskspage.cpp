@@ -1,6 +1,7 @@
 #include "pages/taskspage.h"
 
 #include "pages/pagelabels.h"
+#include "pages/setupchoices.h"
 #include "widgets/togglecheckbox.h"
 
 TasksPage::TasksPage(QWidget *parent) : WizardPage(parent)
@@ -14,6 +15,16 @@ TasksPage::TasksPage(QWidget *parent) : WizardPage(parent)
     m_desktopShortcut->setChecked(true);
     layout->addWidget(m_desktopShortcut);
     layout->addStretch();
+}
+
+void TasksPage::prepare(SetupChoices &choices)
+{
+    m_desktopShortcut->setChecked(choices.desktopShortcut);
+}
+
+void TasksPage::leave(SetupChoices &choices)
+{
+    choices.desktopShortcut = desktopShortcut();
 }
 
 bool TasksPage::desktopShortcut() const

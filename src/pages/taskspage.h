@@ -14,6 +14,9 @@ public:
 
     [[nodiscard]] bool desktopShortcut() const;
 
+    void prepare(SetupChoices &choices) override;
+    void leave(SetupChoices &choices) override;
+
 private:
     ToggleCheckbox *m_desktopShortcut;
 };

@@ -1,6 +1,7 @@
 #include "pages/uninstallcompletepage.h"
 
 #include "pages/pagelabels.h"
+#include "pages/setupchoices.h"
 #include "widgets/gifbadge.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -15,6 +16,11 @@ UninstallCompletePage::UninstallCompletePage(QWidget *parent) : WizardPage(paren
 {
     m_badge = new GifBadge(u":/assets/bye.gif"_s, kBadgeSize, this);
     m_body = layOutFinishPage(this, m_badge, tr("See You Later!"));
+}
+
+void UninstallCompletePage::prepare(SetupChoices &choices)
+{
+    setPreferencesRemoved(choices.removesPreferences);
 }
 
 void UninstallCompletePage::setPreferencesRemoved(bool removed)

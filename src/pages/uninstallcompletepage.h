@@ -14,8 +14,10 @@ public:
     explicit UninstallCompletePage(QWidget *parent = nullptr);
 
     void setPreferencesRemoved(bool removed);
+
+    void prepare(SetupChoices &choices) override;
     /// Pops the badge in.
-    void start();
+    void start() override;
 
 private:
     GifBadge *m_badge;

@@ -2,6 +2,9 @@
 
 #include "pages/fittedlabel.h"
 #include "pages/pagelabels.h"
+#include "pages/setupchoices.h"
+#include "product/product.h"
+#include "system/installation.h"
 #include "theme/fonts.h"
 #include "theme/stylesheets.h"
 #include "theme/themed.h"
@@ -69,6 +72,13 @@ UpdateAvailablePage::UpdateAvailablePage(QWidget *parent) : WizardPage(parent)
     row->addStretch();
     layout->addLayout(row);
     layout->addStretch();
+}
+
+void UpdateAvailablePage::prepare(SetupChoices &choices)
+{
+    setVersions(installedVersion(), Product::kVersion.toString());
+    if (const QString folder = updateFolder(); !folder.isEmpty())
+        choices.folder = folder;
 }
 
 void UpdateAvailablePage::setVersions(const QString &installed, const QString &available)

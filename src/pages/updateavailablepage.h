@@ -15,6 +15,9 @@ public:
     /// An empty `installed` reads "not found".
     void setVersions(const QString &installed, const QString &available);
 
+    /// Chooses the folder of the recorded copy, if there is one.
+    void prepare(SetupChoices &choices) override;
+
 private:
     FittedLabel *m_installed;
     FittedLabel *m_available;

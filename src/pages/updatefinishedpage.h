@@ -15,8 +15,8 @@ public:
 
     void setVersion(const QString &version);
 
-    /// The seal, to be played, and for the celebration to start from.
-    [[nodiscard]] SealCheck *seal() const { return m_seal; }
+    void prepare(SetupChoices &choices) override;
+    [[nodiscard]] SealCheck *seal() const override { return m_seal; }
 
 private:
     SealCheck *m_seal;

@@ -17,6 +17,12 @@ QString plainText(const QLabel &label)
 
 } // namespace
 
+void WizardPage::prepare(SetupChoices &) {}
+
+void WizardPage::start() {}
+
+void WizardPage::leave(SetupChoices &) {}
+
 QString WizardPage::spokenSummary() const
 {
     QStringList texts;

@@ -1,5 +1,6 @@
 #include "system/installation.h"
 
+#include "files/installpath.h"
 #include "product/product.h"
 #include "system/registry.h"
 
@@ -37,6 +38,14 @@ QString installLocation()
     while (location.endsWith(u'\\') || location.endsWith(u'/'))
         location.chop(1);
     return QDir::toNativeSeparators(location);
+}
+
+QString updateFolder()
+{
+    const QString recorded = installLocation();
+    const QString given = installFolder(recorded);
+    return QString(recorded).replace(u'\\', u'/') == given ? recorded
+                                                           : QDir::toNativeSeparators(given);
 }
 
 bool isInstalled()

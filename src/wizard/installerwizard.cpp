@@ -1,14 +1,7 @@
 #include "wizard/installerwizard.h"
 
 #include "engine/installerengine.h"
-#include "pages/confirmuninstallpage.h"
-#include "pages/destinationpage.h"
-#include "pages/finishedpage.h"
-#include "pages/licensepage.h"
-#include "pages/systemcheckpage.h"
-#include "pages/taskspage.h"
-#include "pages/uninstallcompletepage.h"
-#include "pages/updatefinishedpage.h"
+#include "pages/wizardpage.h"
 #include "system/compositor.h"
 #include "system/installation.h"
 #include "system/launch.h"
@@ -19,9 +12,11 @@
 #include "wizard/installerpane.h"
 #include "wizard/installerrail.h"
 #include "wizard/installertitlebar.h"
-#include "wizard/installingpage.h"
 #include "wizard/nativewindow.h"
+#include "wizard/progresspage.h"
+#include "wizard/realrun.h"
 #include "wizard/runplan.h"
+#include "wizard/simulatedrun.h"
 #include "wizard/windowshape.h"
 #include "wizard/wizardpages.h"
 
@@ -35,7 +30,6 @@
 #include <chrono>
 #include <utility>
 
-using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -53,15 +47,10 @@ InstallerWizard::InstallerWizard(QWidget *parent)
     if (!desktopBlendsWindows())
         setMask(windowShape());
     buildChrome();
-    m_pages = std::make_unique<WizardPages>(*m_pane);
-
-    connect(&m_simulation, &SimulatedRun::progress, this, &InstallerWizard::showProgress);
-    connect(&m_simulation, &SimulatedRun::currentFile, this,
-            [this](const QString &path) { progressPage()->setCurrentFile(path); });
-    connect(&m_simulation, &SimulatedRun::finished, this, [this] {
-        completeRun();
-        m_finishDelay.start();
-    });
+    m_pages = createPages();
+    for (WizardPage *page : std::as_const(m_pages))
+        m_pane->addPage(page);
+    m_choices.folder = defaultInstallDir();
 
     m_finishDelay.setSingleShot(true);
     m_finishDelay.setTimerType(Qt::PreciseTimer);
@@ -106,19 +95,17 @@ void InstallerWizard::setEngine(InstallerEngine *engine)
 
 void InstallerWizard::setUninstallerPath(const QString &path)
 {
-    m_uninstallerPath = path;
+    m_choices.uninstaller = path;
 }
 
 void InstallerWizard::setRunMode(RunMode mode)
 {
-    // While it is still known which run may be under way.
-    leavePage(m_pages->page(firstPage(mode)));
-    m_runMode = mode;
+    m_choices.mode = mode;
     const QString title = mode == RunMode::Uninstall ? tr("Varnel Schematics uninstall")
                                                      : tr("Varnel Schematics setup");
     m_titleBar->setTitle(title);
     setWindowTitle(title);
-    enterPage(firstPage(mode));
+    enterPage(runPlan(mode).firstPage);
     m_rail->mark()->replay();
 }
 
@@ -131,8 +118,8 @@ void InstallerWizard::showEvent(QShowEvent *event)
     // Once more when the window is on screen, so that the entrance is seen; but not over the head
     // of a user who was quick enough to be somewhere else already.
     QTimer::singleShot(0, this, [this] {
-        if (!m_pane->currentPage() || m_pane->currentPage() == m_pages->page(firstPage(m_runMode)))
-            setRunMode(m_runMode);
+        if (!m_page || m_page == page(runPlan(m_choices.mode).firstPage))
+            setRunMode(m_choices.mode);
     });
 }
 
@@ -149,7 +136,7 @@ void InstallerWizard::closeAndQuit(bool launch)
     hide();
     QTimer::singleShot(0, this, [this, launch] {
         if (launch)
-            launchApplication(m_pages->destination()->path());
+            launchApplication(m_choices.folder);
         QCoreApplication::exit();
     });
 }
@@ -177,61 +164,59 @@ void InstallerWizard::keyPressEvent(QKeyEvent *event)
     }
 }
 
-void InstallerWizard::leavePage(const QWidget *next)
+void InstallerWizard::leavePage(const WizardPage *next)
 {
     m_pane->prepareToShow(next); // before anything that it shows is reset
-    m_simulation.stop();
+    m_run.reset();
     m_finishDelay.stop();
     m_idleDelay.stop();
     m_celebration->stop();
     m_announcer.stop();
-    for (const QMetaObject::Connection &connection : m_engineConnections)
-        disconnect(connection);
     // Whatever is hidden with the focus passes it on, and that to the title bar's buttons.
     if (QWidget *focused = focusWidget())
         focused->clearFocus();
     m_footer->clear();
-    m_pages->systemCheck()->resetReveal();
-    progressPage()->setWaiting(false);
-    m_pages->installing()->resetBar();
+    if (m_page)
+        m_page->leave(m_choices);
     m_rail->mark()->setFill(1.0);
     m_rail->mark()->startIdle();
 }
 
+void InstallerWizard::showPage(WizardPage *page)
+{
+    leavePage(page);
+    page->prepare(m_choices);
+    m_page = page;
+    m_pane->setCurrentPage(page, true);
+}
+
 void InstallerWizard::enterPage(PageId id)
 {
-    WizardPage *page = m_pages->page(id);
-    leavePage(page);
-    if (id == PageId::ConfirmUninstall && m_uninstallerPath.isEmpty())
-        m_uninstallerPath = uninstallerPath();
-    m_pages->prepare(id);
     // A window that opens is read out as a whole, with the page that is on it.
-    const bool isNews = isVisible() && m_pane->currentPage() != page;
-    m_pane->setCurrentPage(page, true);
+    const bool isNews = isVisible() && m_page != page(id);
+    showPage(page(id));
     showFooter(pageStop(id));
-    focusWayOn(isNews ? page->spokenSummary() : QString());
-    if (id == PageId::SystemCheck)
-        m_pages->systemCheck()->startReveal();
+    focusWayOn(isNews ? m_page->spokenSummary() : QString());
+    m_page->start();
 }
 
 void InstallerWizard::showFooter(const PageStop &stop)
 {
-    m_footer->setStatusText(tr(stop.status, nullptr, m_pages->systemCheck()->checkCount()));
+    m_footer->setStatusText(tr(stop.status, nullptr, m_page->itemCount()));
+    QPushButton *last = nullptr;
     for (const FooterButton &button : { stop.left, stop.right }) {
         if (button.text)
-            addFooterButton(button);
+            last = addFooterButton(button);
     }
-    if (stop.page == PageId::License) {
-        QPushButton *next = m_footer->buttons().last();
-        next->setEnabled(m_pages->license()->isAccepted());
-        connect(m_pages->license(), &LicensePage::acceptedChanged, next, &QWidget::setEnabled);
-    }
+    last->setEnabled(m_page->isComplete());
+    connect(m_page, &WizardPage::completeChanged, last, &QWidget::setEnabled);
 }
 
-void InstallerWizard::addFooterButton(const FooterButton &button)
+QPushButton *InstallerWizard::addFooterButton(const FooterButton &button)
 {
     QPushButton *widget = m_footer->addButton(tr(button.text), button.primary, button.danger);
-    connect(widget, &QPushButton::clicked, this, [this, button] { obey(button); });
+    connect(widget, &QPushButton::clicked, this, [this, button] { execute(button); });
+    return widget;
 }
 
 void InstallerWizard::focusWayOn(const QString &spoken)
@@ -242,11 +227,11 @@ void InstallerWizard::focusWayOn(const QString &spoken)
     QWidget *place =
         InstallerFooterBar::isDanger(buttons.last()) ? buttons.first() : buttons.last();
     if (!place->isEnabled())
-        place = m_pages->license()->answer();
+        place = m_page->openQuestion();
     m_focus.give(place, spoken);
 }
 
-void InstallerWizard::obey(const FooterButton &button)
+void InstallerWizard::execute(const FooterButton &button)
 {
     switch (button.command) {
     case Command::ShowPage:
@@ -266,66 +251,48 @@ void InstallerWizard::obey(const FooterButton &button)
 
 ProgressPage *InstallerWizard::progressPage() const
 {
-    return m_pages->progressPage(m_runMode);
+    return qobject_cast<ProgressPage *>(page(runPlan(m_choices.mode).progressPage));
 }
 
 void InstallerWizard::startRun()
 {
-    leavePage(progressPage());
-    m_pane->setCurrentPage(progressPage(), true);
+    ProgressPage *page = progressPage();
+    const RunPlan &plan = runPlan(m_choices.mode);
+    showPage(page);
     m_footer->setStatusText(tr("Do not turn off your PC"));
     m_footer->addButton(tr("Cancel"), false, false)->setEnabled(false);
     m_rail->mark()->stopIdle();
-    m_rail->mark()->setFill(runPlan(m_runMode).fillsMark ? 0.0 : 1.0);
-    progressPage()->begin(runSteps(m_runMode, m_pages->confirmUninstall()->deletePreferences()));
+    m_rail->mark()->setFill(plan.fillsMark ? 0.0 : 1.0);
     // A run has nothing to press; the focus is where it can be heard what is being done.
-    const QString spoken = progressPage()->spokenSummary();
-    m_focus.give(progressPage(), spoken);
+    const QString spoken = page->spokenSummary();
+    m_focus.give(page, spoken);
     m_announcer.start(spoken);
+
     if (usesEngine())
-        startEngine();
+        m_run = std::make_unique<RealRun>(*m_engine, m_choices);
     else
-        m_simulation.start(runPlan(m_runMode).simulationStep);
+        m_run = std::make_unique<SimulatedRun>(plan.simulationStep);
+    connect(m_run.get(), &SetupRun::progress, this, &InstallerWizard::showProgress);
+    connect(m_run.get(), &SetupRun::currentFile, page, &ProgressPage::setCurrentFile);
+    connect(m_run.get(), &SetupRun::statusChanged, this, &InstallerWizard::showStatus);
+    connect(m_run.get(), &SetupRun::finished, this, &InstallerWizard::onRunFinished);
+    page->setWaiting(m_run->isReal()); // a simulation has figures at once
+    m_run->start();
 }
 
 bool InstallerWizard::usesEngine() const
 {
     if (!m_engine)
         return false;
-    return m_runMode == RunMode::Uninstall ? !m_uninstallerPath.isEmpty()
-                                           : !m_engine->setupExecutable().isEmpty();
-}
-
-void InstallerWizard::startEngine()
-{
-    ProgressPage *page = progressPage();
-    m_engineConnections = {
-        connect(m_engine, &InstallerEngine::progress, this, &InstallerWizard::showProgress),
-        connect(m_engine, &InstallerEngine::currentFile, page, &ProgressPage::setCurrentFile),
-        connect(m_engine, &InstallerEngine::statusChanged, this, &InstallerWizard::showStatus),
-        connect(m_engine, &InstallerEngine::finished, this, &InstallerWizard::onEngineFinished),
-    };
-    page->setWaiting(true);
-    switch (m_runMode) {
-    case RunMode::Install:
-        m_engine->startInstall(
-            m_pages->destination()->path(),
-            m_pages->tasks()->desktopShortcut() ? QStringList { u"desktopicon"_s } : QStringList());
-        break;
-    case RunMode::Update:
-        m_engine->startInstall(installLocation(), {});
-        break;
-    case RunMode::Uninstall:
-        m_engine->startUninstall(m_uninstallerPath);
-        break;
-    }
+    return m_choices.mode == RunMode::Uninstall ? !m_choices.uninstaller.isEmpty()
+                                                : !m_engine->setupExecutable().isEmpty();
 }
 
 void InstallerWizard::showProgress(double fraction)
 {
     progressPage()->setProgress(fraction);
     m_announcer.tellStep(progressPage()->currentStep());
-    m_rail->mark()->setFill(runPlan(m_runMode).fillsMark ? fraction : 1.0 - fraction);
+    m_rail->mark()->setFill(runPlan(m_choices.mode).fillsMark ? fraction : 1.0 - fraction);
 }
 
 void InstallerWizard::showStatus(const QString &status)
@@ -334,14 +301,15 @@ void InstallerWizard::showStatus(const QString &status)
     m_announcer.tellStatus(status);
 }
 
-void InstallerWizard::onEngineFinished(bool ok, const QString &error)
+void InstallerWizard::onRunFinished(bool ok, const QString &error)
 {
-    for (const QMetaObject::Connection &connection : m_engineConnections)
-        disconnect(connection);
+    // A crashed engine's last words may still follow.
+    m_run->disconnect();
+    m_announcer.stop(); // what comes now is told, which would cut this short
     if (!ok)
         return failRun(error);
     completeRun();
-    if (m_runMode == RunMode::Uninstall && m_pages->confirmUninstall()->deletePreferences()) {
+    if (m_choices.mode == RunMode::Uninstall && m_choices.removesPreferences && m_run->isReal()) {
         // They may take a while to go, in which nothing is painted.
         m_pane->endTransition();
         progressPage()->settle();
@@ -352,14 +320,12 @@ void InstallerWizard::onEngineFinished(bool ok, const QString &error)
 
 void InstallerWizard::completeRun()
 {
-    m_announcer.stop(); // the page that comes is told, which would cut this short
     progressPage()->completeSteps();
     progressPage()->setStatus(tr("Finishing up…"));
 }
 
 void InstallerWizard::failRun(const QString &error)
 {
-    m_announcer.stop();
     progressPage()->showError(error.isEmpty() ? tr("Setup did not complete.") : error);
     m_footer->setStatusText(tr("Setup could not finish"));
     m_footer->clear();
@@ -373,17 +339,16 @@ void InstallerWizard::failRun(const QString &error)
 
 void InstallerWizard::enterFinish()
 {
-    enterPage(runPlan(m_runMode).finishPage);
+    const RunPlan &plan = runPlan(m_choices.mode);
+    enterPage(plan.finishPage);
     AnimatedMark *mark = m_rail->mark();
-    mark->setFill(m_runMode == RunMode::Uninstall ? 0.0 : 1.0);
-    if (m_runMode == RunMode::Uninstall) {
-        mark->replay();
-        m_pages->uninstallComplete()->start();
-        return;
-    }
-    mark->stopIdle(); // it floats once it has come in
+    mark->setFill(plan.fillsMark ? 1.0 : 0.0);
+    SealCheck *seal = m_page->seal();
+    if (seal)
+        mark->stopIdle(); // it floats once it has come in
     mark->replay();
-    m_celebration->start(m_runMode == RunMode::Update ? m_pages->updateFinished()->seal()
-                                                      : m_pages->finished()->seal());
-    m_idleDelay.start(kIdleDelay);
+    if (seal) {
+        m_celebration->start(seal);
+        m_idleDelay.start(kIdleDelay);
+    }
 }

@@ -1,16 +1,15 @@
 #pragma once
 
+#include "pages/setupchoices.h"
 #include "widgets/announcer.h"
 #include "widgets/delayedstart.h"
 #include "wizard/keyguard.h"
 #include "wizard/pageflow.h"
-#include "wizard/simulatedrun.h"
 #include "wizard/spokenfocus.h"
 
 #include <QTimer>
 #include <QWidget>
 
-#include <array>
 #include <memory>
 
 class Celebration;
@@ -20,12 +19,14 @@ class InstallerPane;
 class InstallerRail;
 class InstallerTitleBar;
 class ProgressPage;
-class WizardPages;
+class QPushButton;
+class SetupRun;
+class WizardPage;
 
-/// The one window. It conducts: which page comes and what its footer says is in the page flow, what
-/// a page is told in the wizard's pages, what a run is made of in the run plan; the window enters
-/// pages, starts runs and shows how they go. Every change of page passes through leavePage(), so
-/// that at most one run is ever connected.
+/// The one window. It conducts and knows no page by name: which page comes and what its footer says
+/// is in the page flow, what a run is made of in the run plan, what has been decided in the
+/// choices, which the pages fill. The window enters pages, starts runs and shows how they go. Every
+/// change of page passes through leavePage(), so that there is at most one run.
 class InstallerWizard : public QWidget
 {
     Q_OBJECT
@@ -53,37 +54,37 @@ protected:
 private:
     void buildChrome();
 
+    [[nodiscard]] WizardPage *page(PageId page) const { return m_pages[int(page)]; }
+    [[nodiscard]] ProgressPage *progressPage() const;
+
     void enterPage(PageId page);
-    void leavePage(const QWidget *next);
+    void leavePage(const WizardPage *next);
+    void showPage(WizardPage *page);
     void showFooter(const PageStop &stop);
-    void addFooterButton(const FooterButton &button);
+    QPushButton *addFooterButton(const FooterButton &button);
     void focusWayOn(const QString &spoken);
-    void obey(const FooterButton &button);
+    void execute(const FooterButton &button);
 
     void startRun();
-    void startEngine();
     [[nodiscard]] bool usesEngine() const;
     void showProgress(double fraction);
     void showStatus(const QString &status);
+    void onRunFinished(bool ok, const QString &error);
     void completeRun();
-    void onEngineFinished(bool ok, const QString &error);
     void failRun(const QString &error);
     void enterFinish();
-
-    [[nodiscard]] ProgressPage *progressPage() const;
 
     InstallerTitleBar *m_titleBar;
     InstallerRail *m_rail;
     InstallerPane *m_pane;
     InstallerFooterBar *m_footer;
     Celebration *m_celebration;
-    std::unique_ptr<WizardPages> m_pages;
+    QList<WizardPage *> m_pages; ///< by PageId
+    WizardPage *m_page = nullptr; ///< the current one
 
-    RunMode m_runMode = RunMode::Install;
-    QString m_uninstallerPath;
+    SetupChoices m_choices;
     InstallerEngine *m_engine = nullptr;
-    std::array<QMetaObject::Connection, 4> m_engineConnections;
-    SimulatedRun m_simulation;
+    std::unique_ptr<SetupRun> m_run; ///< until the page is left on which it is followed
     QTimer m_finishDelay { this }; ///< the last look at a completed run
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating
     SpokenFocus m_focus { this };

@@ -75,6 +75,20 @@ constexpr PageStop kStops[] = {
 };
 // clang-format on
 
+constexpr bool hasStop(PageId page)
+{
+    return std::ranges::count(kStops, page, &PageStop::page) == 1;
+}
+
+constexpr bool leadsSomewhere(const FooterButton &button)
+{
+    return button.command != Command::ShowPage || hasStop(button.target);
+}
+
+static_assert(std::ranges::all_of(kStops, [](const PageStop &stop) {
+    return hasStop(stop.page) && leadsSomewhere(stop.left) && leadsSomewhere(stop.right);
+}));
+
 } // namespace
 
 std::span<const PageStop> pageStops()
@@ -84,13 +98,5 @@ std::span<const PageStop> pageStops()
 
 const PageStop &pageStop(PageId page)
 {
-    return *std::find_if(std::begin(kStops), std::end(kStops),
-                         [page](const PageStop &stop) { return stop.page == page; });
-}
-
-PageId firstPage(RunMode mode)
-{
-    constexpr PageId kFirstPages[] = { PageId::Welcome, PageId::UpdateAvailable,
-                                       PageId::ConfirmUninstall };
-    return kFirstPages[int(mode)];
+    return *std::ranges::find(kStops, page, &PageStop::page);
 }

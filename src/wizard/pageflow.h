@@ -1,7 +1,5 @@
 #pragma once
 
-#include "wizard/runmode.h"
-
 #include <span>
 
 /// The pages, in the order in which they are built.
@@ -22,7 +20,7 @@ enum class PageId {
     Uninstalling,
     UninstallComplete,
 };
-inline constexpr int kPageCount = 15;
+inline constexpr int kPageCount = int(PageId::UninstallComplete) + 1;
 
 /// What a footer button does.
 enum class Command { ShowPage, StartRun, Close, OpenAndClose };
@@ -48,5 +46,3 @@ struct PageStop
 /// Every page that has a way on, before and after a run. The progress pages have none.
 [[nodiscard]] std::span<const PageStop> pageStops();
 [[nodiscard]] const PageStop &pageStop(PageId page);
-
-[[nodiscard]] PageId firstPage(RunMode mode);

@@ -2,10 +2,12 @@
 
 #include "pages/fittedlabel.h"
 #include "pages/pagelabels.h"
+#include "pages/setupchoices.h"
 #include "theme/fonts.h"
 #include "theme/themed.h"
 #include "widgets/progresstrack.h"
 #include "widgets/spokentext.h"
+#include "wizard/runplan.h"
 #include "wizard/steplist.h"
 
 #include <QHBoxLayout>
@@ -84,6 +86,11 @@ ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
     layout->addWidget(m_captionLabel);
 }
 
+void ProgressPage::prepare(SetupChoices &choices)
+{
+    begin(runSteps(choices.mode, choices.removesPreferences));
+}
+
 void ProgressPage::begin(const QStringList &steps)
 {
     m_hasError = false;
@@ -93,6 +100,11 @@ void ProgressPage::begin(const QStringList &steps)
     m_percentLabel->setText(u"0%"_s);
     resetBar();
     setStatus(m_texts.caption);
+}
+
+void ProgressPage::leave(SetupChoices &)
+{
+    resetBar();
 }
 
 void ProgressPage::setWaiting(bool waiting)

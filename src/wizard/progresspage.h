@@ -16,6 +16,9 @@ class ProgressPage : public WizardPage
 public:
     /// Prepares the page for a new run: steps hidden, bar empty, "0%", the page's own caption.
     void begin(const QStringList &steps);
+    /// Begins with the steps of a run with these choices.
+    void prepare(SetupChoices &choices) override;
+    void leave(SetupChoices &choices) override;
 
     /// Sweeps the bar for as long as there is no figure; false shows the figure again.
     void setWaiting(bool waiting);
@@ -32,7 +35,7 @@ public:
     void showError(const QString &message);
     /// Paints the figures as they are to stay, for work during which nothing is painted.
     void settle();
-    /// Empties the bar at once, when the page is left.
+    /// Empties the bar at once.
     void resetBar();
 
     /// The step that is being worked on; empty before the first figure.

@@ -1,18 +1,24 @@
 #pragma once
 
+#include "pages/runmode.h"
 #include "wizard/pageflow.h"
 
 #include <QStringList>
 
-/// What a run of each mode is made of.
+#include <array>
+
+/// What the window does in each mode.
 struct RunPlan
 {
+    RunMode mode;
+    PageId firstPage;
     PageId progressPage;
     PageId finishPage;
     bool fillsMark; ///< the mark fills with progress; otherwise it empties
     double simulationStep; ///< percentage points per tick without an engine
+    std::array<const char *, 4> steps; ///< to be translated in the wizard's context
 };
 [[nodiscard]] const RunPlan &runPlan(RunMode mode);
 
-/// The steps that the progress page shows; `removesUserData` adds one to a removal.
-[[nodiscard]] QStringList runSteps(RunMode mode, bool removesUserData);
+/// The steps that the progress page shows; `removesPreferences` adds one to a removal.
+[[nodiscard]] QStringList runSteps(RunMode mode, bool removesPreferences);

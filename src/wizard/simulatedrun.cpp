@@ -25,24 +25,16 @@ constexpr std::array<QStringView, 9> kFiles = {
 
 } // namespace
 
-SimulatedRun::SimulatedRun(QObject *parent) : QObject(parent)
+SimulatedRun::SimulatedRun(double step) : m_step(step)
 {
     m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.setInterval(kTick);
     connect(&m_timer, &QTimer::timeout, this, &SimulatedRun::tick);
 }
 
-void SimulatedRun::start(double step)
+void SimulatedRun::start()
 {
-    m_step = step;
-    m_percent = 0.0;
-    m_fileCount = 0;
     m_timer.start();
-}
-
-void SimulatedRun::stop()
-{
-    m_timer.stop();
 }
 
 void SimulatedRun::tick()
@@ -53,6 +45,6 @@ void SimulatedRun::tick()
         Q_EMIT currentFile(kFolder + kFiles[size_t(m_fileCount++) % kFiles.size()]);
     if (m_percent >= 100.0) {
         m_timer.stop();
-        Q_EMIT finished();
+        Q_EMIT finished(true, QString());
     }
 }

@@ -163,12 +163,12 @@ void TestLicensePage::answerChangesByArrowKeys()
 {
     ShownPage page;
     QVERIFY(QTest::qWaitForWindowActive(&page));
-    page.answer()->setFocus();
+    page.openQuestion()->setFocus();
     QCOMPARE(page.focusWidget(), page.decline());
     QTest::keyClick(page.focusWidget(), Qt::Key_Down);
     QVERIFY(page.isAccepted());
     QCOMPARE(page.focusWidget(), page.accept());
-    QCOMPARE(page.answer(), page.accept());
+    QCOMPARE(page.openQuestion(), page.accept());
     QTest::keyClick(page.focusWidget(), Qt::Key_Up);
     QVERIFY(!page.isAccepted());
     QCOMPARE(page.focusWidget(), page.decline());

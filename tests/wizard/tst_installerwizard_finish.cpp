@@ -196,8 +196,10 @@ void TestInstallerWizardFinish::pages()
 void TestInstallerWizardFinish::installTellsWhatWasDone()
 {
     WizardDriver driver { QString() };
-    driver.find<DestinationPage>()->setPath(u"/opt/"_s + kLiteral);
-    QVERIFY(finishRun(driver, RunMode::Install));
+    driver.show(RunMode::Install);
+    QVERIFY(driver.goToReadyPage(u"/opt/"_s + kLiteral));
+    QVERIFY(driver.press(u"Install"_s));
+    QVERIFY(driver.finishSimulation());
     QTRY_VERIFY_WITH_TIMEOUT(driver.shows<FinishedPage>(), kPatience);
     QVERIFY(labelOf(driver.currentPage(),
                     u"Installed to "_s + QDir::toNativeSeparators(u"/opt/"_s + kLiteral)

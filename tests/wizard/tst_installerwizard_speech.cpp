@@ -218,8 +218,7 @@ void TestInstallerWizardSpeech::pathsLiterally()
     const QString path = QDir::toNativeSeparators(u"/opt/a  b/"_s + kLiteral);
     Listener driver { QString() };
     QVERIFY(driver.open(RunMode::Install));
-    driver.find<DestinationPage>()->setPath(path);
-    QVERIFY(driver.goToReadyPage());
+    QVERIFY(driver.goToReadyPage(path));
     QVERIFY2(Listener::heard().contains(u": "_s + path + u". "_s), qPrintable(Listener::heard()));
     QVERIFY(driver.pressAll({ u"Back"_s, u"Back"_s }));
     QVERIFY2(Listener::heard().contains(u" "_s + path + u". "_s), qPrintable(Listener::heard()));

@@ -1,5 +1,7 @@
 #include "wizard/pageflow.h"
 
+#include "pages/runmode.h"
+
 #include <QSet>
 #include <QTest>
 
@@ -49,8 +51,6 @@ private Q_SLOTS:
     void stops();
     void everyStopIsListedOnce();
     void noWayLeadsOntoAProgressPage();
-    void firstPages_data();
-    void firstPages();
     void modesHaveTheirNumbers();
     void pagesAreInTheOrderInWhichTheyAreBuilt();
 };
@@ -126,21 +126,6 @@ void TestPageFlow::noWayLeadsOntoAProgressPage()
             QCOMPARE(pageStop(button.target).page, button.target);
         }
     }
-}
-
-void TestPageFlow::firstPages_data()
-{
-    QTest::addColumn<RunMode>("mode");
-    QTest::addColumn<PageId>("page");
-    QTest::newRow("install") << RunMode::Install << PageId::Welcome;
-    QTest::newRow("update") << RunMode::Update << PageId::UpdateAvailable;
-    QTest::newRow("uninstall") << RunMode::Uninstall << PageId::ConfirmUninstall;
-}
-
-void TestPageFlow::firstPages()
-{
-    QFETCH(RunMode, mode);
-    QTEST(firstPage(mode), "page");
 }
 
 void TestPageFlow::modesHaveTheirNumbers()

@@ -1,5 +1,6 @@
 #include "wizard/wizarddriver.h"
 
+#include "pages/destinationpage.h"
 #include "pages/layoutoutline.h"
 #include "widgets/animatedmark.h"
 #include "widgets/progresstrack.h"
@@ -65,10 +66,14 @@ bool WizardDriver::pressAll(const QStringList &texts)
     return true;
 }
 
-bool WizardDriver::goToReadyPage()
+bool WizardDriver::goToReadyPage(const QString &folder)
 {
-    return press(u"Next"_s) && click(u"I accept the license agreement"_s)
-        && pressAll({ u"Next"_s, u"Next"_s, u"Next"_s, u"Next"_s });
+    if (!press(u"Next"_s) || !click(u"I accept the license agreement"_s)
+        || !pressAll({ u"Next"_s, u"Next"_s }))
+        return false;
+    if (!folder.isEmpty())
+        find<DestinationPage>()->setPath(folder);
+    return pressAll({ u"Next"_s, u"Next"_s });
 }
 
 bool WizardDriver::click(const QString &text)

@@ -36,8 +36,9 @@ public:
     bool press(const QString &text);
     /// Presses one after another; false if one of them is not there.
     bool pressAll(const QStringList &texts);
-    /// From the welcome page to the ready page, accepting the licence.
-    bool goToReadyPage();
+    /// From the welcome page to the ready page, accepting the licence, and choosing `folder` unless
+    /// it is empty.
+    bool goToReadyPage(const QString &folder = {});
     /// Clicks the option or check box of that text; false if it is not on the page.
     bool click(const QString &text);
 

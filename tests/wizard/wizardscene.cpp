@@ -87,7 +87,7 @@ void WizardScene::open(RunMode mode)
     m_wizard->setRunMode(mode);
     m_wizard->show();
     m_mode = mode;
-    m_page = firstPage(mode);
+    m_page = runPlan(mode).firstPage;
     // The first page comes in once more when the window is on screen; this comes after it.
     bool hasEntered = false;
     QTimer::singleShot(0, m_wizard.get(), [&] { hasEntered = true; });
