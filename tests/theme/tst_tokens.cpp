@@ -25,15 +25,11 @@ const QMap<QString, int> kFamilies {
 // Some colours of the main application, and the one of the wizard that no page shows at rest.
 constexpr ThemeToken kFixedValues[] = {
     { "@INS_ACCENT_HOVER"_L1, "#0A5EC9"_L1, "#A5BBFF"_L1 },
-    { "@BORDER"_L1, "#E5E7EB"_L1, "#374151"_L1 },
     { "@COPPER"_L1, "#C4681F"_L1, "#E08A3C"_L1 },
-    { "@BRASS"_L1, "#9C7A3D"_L1, "#C6A15B"_L1 },
     { "@DLG_SURFACE"_L1, "#FFFFFF"_L1, "#202023"_L1 },
     { "@WN_SCRIM"_L1, "#8C0C1018"_L1, "#AD04070C"_L1 },
     { "@FILE_SCHEMATIC"_L1, "#D83B36"_L1, "#E04B45"_L1 },
-    { "@LGN_ACCENT"_L1, "#2E4BC7"_L1, "#8AA6FF"_L1 },
     { "@SLN_BEVEL"_L1, "#A6FFFFFF"_L1, "#14FFFFFF"_L1 },
-    { "@HDR_INK"_L1, "#0F1419"_L1, "#E9EDF2"_L1 },
 };
 
 // The least contrasts of WCAG 2.2, success criteria 1.4.3 (text) and 1.4.11 (marks and controls).
