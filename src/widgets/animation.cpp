@@ -62,8 +62,7 @@ void playOnce(QPropertyAnimation &animation)
 
 void glideTo(QPropertyAnimation &animation, double target)
 {
-    animation.stop();
-    animation.setStartValue(animation.targetObject()->property(animation.propertyName()));
+    animation.stop(); // while it runs, a new end would move the property at once
     animation.setEndValue(target);
     playOnce(animation);
 }

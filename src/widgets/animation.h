@@ -21,6 +21,6 @@ void setDesktopMotionQuery(bool (*query)());
 /// showsMotion() is false, and as soon as the widget goes out of sight.
 void playOnce(QPropertyAnimation &animation);
 
-/// Animates the property of `animation` from its present value to `target`, also in the middle of
-/// another run.
+/// Animates the property of `animation`, which has no start value, from its present value to
+/// `target`, also in the middle of another run.
 void glideTo(QPropertyAnimation &animation, double target);
