@@ -63,7 +63,7 @@ void TestThemed::restylingRunsNowAndOnEveryChange()
         ThemeManager::instance().setDarkMode(true);
         ThemeManager::instance().setDarkMode(false);
     }
-    ThemeManager::instance().setDarkMode(true); // nobody is left to be restyled
+    ThemeManager::instance().setDarkMode(true); // its context has been deleted
     QCOMPARE(seen, QStringList({ u"#131923"_s, u"#EDF1FA"_s, u"#131923"_s }));
 }
 

@@ -62,7 +62,7 @@ void styleWithWarning(const char *warning)
 
 } // namespace
 
-// There is one manager, made by the first that asks and by nobody else.
+// There is one manager: instance() creates it, and nothing else can.
 static_assert(!std::is_default_constructible_v<ThemeManager>);
 static_assert(ThemeManager::Light == 0 && ThemeManager::Dark == 1);
 
