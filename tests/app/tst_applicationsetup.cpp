@@ -161,7 +161,7 @@ void TestApplicationSetup::iconFillsItsSquare()
     const double top = (side - kDrawing.height() * scale) / 2;
     const QRectF expected(kShapes.x() * scale, top + kShapes.y() * scale, kShapes.width() * scale,
                           kShapes.height() * scale);
-    // A pixel that the edge only touches may be so faint that it is nothing.
+    // A pixel that the edge only touches may be fully transparent after rounding.
     const QRect area = painted(image);
     QVERIFY(expected.toAlignedRect().contains(area));
     QVERIFY(area.contains(expected.toAlignedRect().adjusted(1, 1, -1, -1)));

@@ -96,7 +96,7 @@ void TestCommandLine::parse()
         QCOMPARE(commandLine.uninstaller, uninstaller);
     };
     check(u"/opt/VarnelSetup"_s);
-    // What the program is called decides nothing.
+    // The name of the program is no option.
     check(u"--uninstall"_s);
     check(u"--setup-exe"_s);
 }

@@ -1,4 +1,5 @@
-// By these, what is installed on users' machines is found: a slip of the hand must not change them.
+// What is installed on users' machines is found by these values, so they must not change by
+// mistake.
 #include "product/product.h"
 
 #include <QTest>

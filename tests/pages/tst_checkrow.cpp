@@ -148,7 +148,7 @@ void TestCheckRow::figureStaysWhenTheVolumeIsLong()
     QCOMPARE(value.count(u'…'), 1);
     const QPointF place = draw(row, 1.0).texts.last().baseline;
 
-    // However much longer the volume is, the figure stands where it stood.
+    // A longer volume does not move the figure.
     row.setResult({ u"Disk space"_s, figure + u"\\\\"_s + longWord(), true });
     QVERIFY(row.value().startsWith(figure));
     QCOMPARE(draw(row, 1.0).texts.last().baseline, place);
@@ -171,7 +171,7 @@ void TestCheckRow::shortenedValueHasAToolTip()
     QCOMPARE(QAccessible::queryAccessibleInterface(&row)->text(QAccessible::Description),
              QString());
     row.resetReveal();
-    QCOMPARE(toolTipOf(row), QString()); // nothing is to be seen yet
+    QCOMPARE(toolTipOf(row), QString()); // nothing is visible yet
     ShownRow whole(kGood);
     QCOMPARE(toolTipOf(whole), QString());
 }

@@ -144,7 +144,7 @@ void TestFittedText::endlessTextIsMeasuredInParts()
 void TestFittedText::pathBreaks_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("broken"); // "|" for a break that may be, "&" for one that may not
+    QTest::addColumn<QString>("broken"); // "|" where a line may break, "&" where it may not
     QTest::newRow("no path") << u"Setup could not start."_s << u"Setup could not start."_s;
     QTest::newRow("drive") << uR"(in C:\a\b)"_s << uR"(in C:&\|a&\|b)"_s;
     QTest::newRow("share") << uR"(on \\server\share)"_s << uR"(on \\|server&\|share)"_s;

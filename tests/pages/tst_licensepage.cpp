@@ -125,7 +125,7 @@ void TestLicensePage::longTextScrolls()
         QCOMPARE(colour(3, 20), themedColor(u"@INS_LINE2"_s));
         for (const QPoint &empty : { QPoint(8, 20), QPoint(3, 3), QPoint(3, bar->height() - 3) })
             QCOMPARE(colour(empty.x(), empty.y()), themedColor(u"@INS_PANEL"_s));
-        // What else the page shows in this theme is recorded.
+        // It looks like a view that was made in this theme.
         const ShownPage anew;
         QCOMPARE(grabWidget(*page.view()), grabWidget(*anew.view()));
     }

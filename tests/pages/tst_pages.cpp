@@ -138,7 +138,7 @@ void TestPages::outsideTextIsLiteral_data()
 {
     QTest::addColumn<MakePage>("make");
     QTest::addColumn<QString>("sentence");
-    QTest::addColumn<bool>("wraps"); // as far as the page has room
+    QTest::addColumn<bool>("wraps"); // instead of being shortened, while there is room
     const auto row = [](const char *name, const QString &sentence, bool wraps, MakePage make) {
         QTest::newRow(name) << make << sentence << wraps;
     };
@@ -257,7 +257,7 @@ void TestPages::followsTheTheme_data()
     });
 }
 
-// Looks like a page that was made in this theme.
+// It looks like a page that was made in this theme.
 void TestPages::followsTheTheme()
 {
     QFETCH(const MakePage, make);

@@ -285,7 +285,7 @@ void TestSystemCheckPage::fits()
 {
     QFETCH(const QFont, font);
     const DesktopFont desktop(font);
-    qputenv("VARNEL_REDUCED_MOTION", "1"); // all of it is there at once
+    qputenv("VARNEL_REDUCED_MOTION", "1"); // everything appears at once
     const auto restore = qScopeGuard([] { qunsetenv("VARNEL_REDUCED_MOTION"); });
     recordSmartAppControl(1);
     ShownPage page;
