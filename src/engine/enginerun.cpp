@@ -3,8 +3,8 @@
 #include "engine/argumenttext.h"
 #include "engine/exitcode.h"
 #include "engine/logsummary.h"
-#include "files/regularfile.h"
 #include "engine/statusfile.h"
+#include "files/regularfile.h"
 
 #include <QCoreApplication>
 #include <QDir>
