@@ -447,5 +447,4 @@ class StandinEngine(unittest.TestCase):
         self.assertEqual(self.run_engine(stderr=subprocess.DEVNULL), 64)
 
 
-if __name__ == "__main__":
-    unittest.main()
+unittest.main()
