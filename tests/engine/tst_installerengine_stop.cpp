@@ -172,20 +172,18 @@ void TestInstallerEngineStop::stopFromASignal()
     QCOMPARE(scene.sandbox.tempFiles(), QStringList());
 }
 
-// The process says itself here that it has ended, so that no poll comes before the last one.
 void TestInstallerEngineStop::stopFromTheLastPollOfAFailure()
 {
-    EngineScene scene("stall = forever\nstage = start\nlog-none = yes");
+    EngineScene scene("finish-at-once = yes\nexit-code = 4");
     scene.start();
     scene.writeStatus("status=last words\n");
-    QProcess *process = scene.process();
     const QString log = u"temp/"_s + QFileInfo(scene.engine.logFilePath()).fileName();
     const auto stop = [&] {
         scene.engine.stop();
         scene.sandbox.write(log, "As where it cannot be removed\n");
     };
     connect(&scene.engine, &InstallerEngine::statusChanged, this, stop);
-    Q_EMIT process->finished(4, QProcess::NormalExit);
+    QVERIFY(scene.process()->waitForFinished()); // without a timer, so without an earlier poll
     scene.record.settle();
     QCOMPARE(scene.record.events, QStringList { u"status last words"_s });
     QCOMPARE(scene.engine.lastLogPath(), QString());
