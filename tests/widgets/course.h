@@ -7,7 +7,7 @@
 
 class ManualClock;
 
-/// The way an animated number takes.
+/// How an animated number changes over time.
 struct Course
 {
     double from;

@@ -1,6 +1,16 @@
 #include "widgets/look.h"
 
+#include "pages/strictwarnings.h"
+#include "support/grab.h"
+#include "theme/themed.h"
+
 #include <cmath>
+
+void expectNoWarningsInLightTheme()
+{
+    failOnWarnings();
+    ThemeManager::instance().setDarkMode(false);
+}
 
 QString difference(const QColor &actual, const QColor &expected, int tolerance)
 {
@@ -26,6 +36,17 @@ QString difference(const QImage &actual, const QImage &expected, int tolerance)
             if (!unlike.isEmpty())
                 return QStringLiteral("at %1, %2: ").arg(x).arg(y) + unlike;
         }
+    }
+    return {};
+}
+
+QString differenceAt(const QImage &picture, const QList<QPointF> &places, const QColor &expected,
+                     int tolerance)
+{
+    for (const QPointF &place : places) {
+        const QString unlike = difference(colourAt(picture, place), expected, tolerance);
+        if (!unlike.isEmpty())
+            return QStringLiteral("at %1, %2: ").arg(place.x()).arg(place.y()) + unlike;
     }
     return {};
 }

@@ -2,8 +2,12 @@
 
 #include <QColor>
 #include <QImage>
+#include <QList>
 #include <QRectF>
 #include <QString>
+
+/// For the start of a test: warnings are failures, and the theme is the light one.
+void expectNoWarningsInLightTheme();
 
 /// Empty if the two colours are alike in every channel to within `tolerance` (of 255), else what is
 /// different about them, for a test to print.
@@ -11,6 +15,11 @@
 
 /// The same of two pictures of one size, of the first pixel that is not alike.
 [[nodiscard]] QString difference(const QImage &actual, const QImage &expected, int tolerance = 2);
+
+/// The same of the colours at some places of `picture` (in pixels, whatever its ratio), which
+/// should all be `expected`.
+[[nodiscard]] QString differenceAt(const QImage &picture, const QList<QPointF> &places,
+                                   const QColor &expected, int tolerance = 2);
 
 /// What `top` at `opacity` looks like on `bottom`.
 [[nodiscard]] QColor blended(const QColor &top, double opacity, const QColor &bottom);

@@ -1,33 +1,55 @@
+// What all animations are made of: how they run, when they start, and whether they can be seen.
+
 #include "pages/manualclock.h"
 #include "pages/strictwarnings.h"
 #include "widgets/animation.h"
+#include "widgets/course.h"
+#include "widgets/delayedstart.h"
+#include "widgets/reducedmotion.h"
 
 #include <QGraphicsOpacityEffect>
 #include <QPropertyAnimation>
 #include <QSignalSpy>
-#include <QWidget>
+
+using namespace std::chrono_literals;
 
 namespace {
 
 constexpr int kDuration = 200;
+constexpr auto kLong = 1h;
 
-class Subject : public QWidget
+class Moving : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(double level READ level WRITE setLevel)
 
 public:
-    [[nodiscard]] double level() const { return m_level; }
-    void setLevel(double level)
-    {
-        m_level = level;
-        levels << level;
-    }
+    using QWidget::QWidget;
 
-    QList<double> levels;
+    [[nodiscard]] double level() const { return m_level; }
+    void setLevel(double level) { m_level = level; }
 
 private:
     double m_level = 0.0;
+};
+
+/// A window that is not shown yet, something that moves in it and something that starts later.
+struct Scene
+{
+    Scene() { animation.setDuration(kDuration); }
+
+    [[nodiscard]] bool isRunning() const
+    {
+        return animation.state() == QPropertyAnimation::Running;
+    }
+    [[nodiscard]] QTimer &timer() const { return *start.findChild<QTimer *>(); }
+
+    QWidget window;
+    Moving child { &window };
+    QPropertyAnimation animation { &child, "level" };
+    QSignalSpy finished { &animation, &QPropertyAnimation::finished };
+    DelayedStart start { &child };
+    QSignalSpy due { &start, &DelayedStart::due };
 };
 
 } // namespace
@@ -37,210 +59,120 @@ class TestAnimation : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup() { qunsetenv("VARNEL_REDUCED_MOTION"); }
+    void init() { failOnWarnings(); }
     void playsFromItsBeginning();
-    void playingAgainStartsOver();
     void glidesFromWhereThePropertyIs();
-    void glideTurnsBackWithoutAJump();
-    void glideToWhereItIs();
-    void glideKeepsItsCurve();
-    void reducedMotionEndsAtOnce_data();
-    void reducedMotionEndsAtOnce();
-    void reducedMotionGlidesAtOnce();
-    void reducedMotionIsAskedEachTime();
+    void delayedStartIsDueOnce();
+    void delayedStartCountsAnew();
+    void stoppedDelayedStartIsNeverDue();
+    void reducedMotion();
     void reducedMotionOfTheDesktop();
-    void runsInAWindowThatIsYetToBeShown();
-    void endsWithTheSight_data();
-    void endsWithTheSight();
-    void endsAtOnceOutOfSight_data();
-    void endsAtOnceOutOfSight();
-    void runsAgainInSight();
-    void effectEndsWithItsWidget();
-    void invisible();
+    void runsInAWindowThatIsNotShownYet();
+    void endsWhenItIsHidden_data();
+    void endsWhenItIsHidden();
+    void animationOfAnEffectEndsWithItsWidget();
+    void watcherFollowsTheWidgetAndItsWindow();
+    void watcherOfAWidgetThatMovesToAnotherWindow();
 };
-
-void TestAnimation::init()
-{
-    failOnWarnings();
-}
 
 void TestAnimation::playsFromItsBeginning()
 {
     ManualClock clock;
-    Subject subject;
-    subject.setLevel(0.7);
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    animation.setStartValue(0.25);
-    animation.setEndValue(1.0);
-    const QSignalSpy finished(&animation, &QAbstractAnimation::finished);
-    playOnce(animation);
-    QCOMPARE(subject.level(), 0.25);
-    QCOMPARE(animation.state(), QAbstractAnimation::Running);
+    Scene scene;
+    scene.child.setLevel(0.7);
+    scene.animation.setStartValue(0.25);
+    scene.animation.setEndValue(1.0);
+    const auto level = [&] { return scene.child.level(); };
+    playOnce(scene.animation);
     clock.pass(kDuration / 2);
-    QVERIFY(std::abs(subject.level() - 0.625) < 0.02);
-    QCOMPARE(finished.count(), 0);
-    clock.pass(kDuration);
-    QCOMPARE(subject.level(), 1.0);
-    QCOMPARE(finished.count(), 1);
-    QCOMPARE(animation.state(), QAbstractAnimation::Stopped);
-}
-
-void TestAnimation::playingAgainStartsOver()
-{
-    ManualClock clock;
-    Subject subject;
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    animation.setStartValue(0.0);
-    animation.setEndValue(1.0);
-    playOnce(animation);
-    clock.pass(150);
-    QVERIFY(subject.level() > 0.5);
-    playOnce(animation);
-    QCOMPARE(subject.level(), 0.0);
-    clock.pass(150);
-    QVERIFY(std::abs(subject.level() - 0.75) < 0.02);
-    clock.pass(50);
-    QCOMPARE(subject.level(), 1.0);
-    playOnce(animation);
-    QCOMPARE(subject.level(), 0.0);
+    QVERIFY(scene.child.level() > 0.5);
+    playOnce(scene.animation); // in the middle, and once more after the end
+    QCOMPARE(departure(clock, { 0.25, 1.0, kDuration, QEasingCurve::Linear }, level), QString());
+    QCOMPARE(scene.finished.count(), 1);
+    playOnce(scene.animation);
+    QCOMPARE(scene.child.level(), 0.25);
 }
 
 void TestAnimation::glidesFromWhereThePropertyIs()
 {
     ManualClock clock;
-    Subject subject;
-    subject.setLevel(0.4);
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    glideTo(animation, 0.8);
-    QCOMPARE(subject.level(), 0.4);
-    clock.pass(kDuration / 2);
-    QVERIFY(std::abs(subject.level() - 0.6) < 0.01);
-    clock.pass(kDuration / 2);
-    QCOMPARE(subject.level(), 0.8);
-
-    subject.setLevel(0.1); // somebody else moved it meanwhile
-    glideTo(animation, 0.0);
-    QCOMPARE(subject.level(), 0.1);
-    clock.pass(kDuration);
-    QCOMPARE(subject.level(), 0.0);
-}
-
-void TestAnimation::glideTurnsBackWithoutAJump()
-{
-    ManualClock clock;
-    Subject subject;
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    animation.setEasingCurve(QEasingCurve::OutCubic);
-    glideTo(animation, 1.0);
+    Scene scene;
+    scene.child.setLevel(0.4);
+    scene.animation.setEasingCurve(QEasingCurve::OutBack);
+    scene.animation.setStartValue(1.0); // does not count
+    const auto level = [&] { return scene.child.level(); };
+    glideTo(scene.animation, 0.8);
+    QCOMPARE(departure(clock, { 0.4, 0.8, kDuration, QEasingCurve::OutBack }, level), QString());
+    scene.child.setLevel(0.1); // something else has moved it meanwhile
+    glideTo(scene.animation, 1.0);
+    QCOMPARE(scene.child.level(), 0.1);
     clock.pass(60);
-    const double turn = subject.level();
-    QVERIFY(turn > 0.5 && turn < 0.8);
-    subject.levels.clear();
-    glideTo(animation, 0.0);
-    QCOMPARE(subject.level(), turn);
-    for (int i = 0; i < 10; ++i)
-        clock.pass(kDuration / 10);
-    QCOMPARE(subject.level(), 0.0);
-    double before = turn;
-    for (double level : std::as_const(subject.levels)) {
-        QVERIFY(level <= before);
-        before = level;
+    const double turn = scene.child.level();
+    QVERIFY(turn > 0.3);
+    glideTo(scene.animation, 0.0);
+    QCOMPARE(departure(clock, { turn, 0.0, kDuration, QEasingCurve::OutBack }, level), QString());
+}
+
+void TestAnimation::delayedStartIsDueOnce()
+{
+    Scene scene;
+    scene.window.show();
+    scene.start.start(20ms);
+    QCOMPARE(scene.timer().interval(), 20);
+    QCOMPARE(scene.timer().timerType(), Qt::PreciseTimer); // the parts of an entrance keep step
+    QCOMPARE(scene.due.count(), 0);
+    QVERIFY(scene.due.wait(10'000));
+    QVERIFY(!scene.timer().isActive());
+    scene.window.hide();
+    QCOMPARE(scene.due.count(), 1);
+}
+
+void TestAnimation::delayedStartCountsAnew()
+{
+    Scene scene;
+    scene.window.show();
+    scene.start.start(kLong);
+    scene.start.start(10ms);
+    QVERIFY(scene.due.wait(10'000));
+    scene.start.start(10ms);
+    scene.start.start(kLong);
+    QVERIFY(!scene.due.wait(50));
+    QCOMPARE(scene.due.count(), 1);
+}
+
+void TestAnimation::stoppedDelayedStartIsNeverDue()
+{
+    Scene scene;
+    scene.window.show();
+    scene.start.start(10ms);
+    scene.start.stop();
+    QVERIFY(!scene.due.wait(50));
+    scene.window.hide();
+    QCOMPARE(scene.due.count(), 0);
+}
+
+void TestAnimation::reducedMotion()
+{
+    const ManualClock clock;
+    Scene scene;
+    scene.window.show();
+    scene.child.setLevel(0.3);
+    glideTo(scene.animation, 0.9);
+    scene.start.start(kLong);
+    QVERIFY(scene.isRunning());
+    {
+        const ReducedMotion reduced;
+        glideTo(scene.animation, 0.8);
+        QCOMPARE(scene.child.level(), 0.8);
+        QCOMPARE(scene.finished.count(), 1);
+        QVERIFY(!scene.isRunning());
+        scene.start.start(kLong);
+        QCOMPARE(scene.due.count(), 1);
+        QVERIFY(!scene.timer().isActive());
     }
-}
-
-void TestAnimation::glideToWhereItIs()
-{
-    ManualClock clock;
-    Subject subject;
-    subject.setLevel(0.5);
-    subject.levels.clear();
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    glideTo(animation, 0.5);
-    clock.pass(kDuration);
-    for (double level : std::as_const(subject.levels))
-        QCOMPARE(level, 0.5);
-    QCOMPARE(animation.state(), QAbstractAnimation::Stopped);
-}
-
-void TestAnimation::glideKeepsItsCurve()
-{
-    ManualClock clock;
-    Subject subject;
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    animation.setEasingCurve(QEasingCurve::OutBack);
-    glideTo(animation, 1.0);
-    double highest = 0.0;
-    for (int i = 0; i < 20; ++i) {
-        clock.pass(kDuration / 20);
-        highest = qMax(highest, subject.level());
-    }
-    QVERIFY(highest > 1.05);
-    QCOMPARE(subject.level(), 1.0);
-}
-
-void TestAnimation::reducedMotionEndsAtOnce_data()
-{
-    QTest::addColumn<QByteArray>("wish");
-    QTest::addColumn<bool>("atOnce");
-    QTest::newRow("asked for") << QByteArray("1") << true;
-    QTest::newRow("zero") << QByteArray("0") << false;
-    QTest::newRow("empty") << QByteArray("") << false;
-    QTest::newRow("a word") << QByteArray("yes") << false;
-}
-
-void TestAnimation::reducedMotionEndsAtOnce()
-{
-    QFETCH(const QByteArray, wish);
-    QFETCH(const bool, atOnce);
-    ManualClock clock;
-    Subject subject;
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    animation.setStartValue(0.0);
-    animation.setEndValue(1.0);
-    animation.setEasingCurve(QEasingCurve::OutBack);
-    const QSignalSpy finished(&animation, &QAbstractAnimation::finished);
-    qputenv("VARNEL_REDUCED_MOTION", wish);
-    playOnce(animation);
-    QCOMPARE(subject.level(), atOnce ? 1.0 : 0.0);
-    QCOMPARE(finished.count(), atOnce ? 1 : 0);
-    QCOMPARE(animation.state(), atOnce ? QAbstractAnimation::Stopped : QAbstractAnimation::Running);
-}
-
-void TestAnimation::reducedMotionGlidesAtOnce()
-{
-    qputenv("VARNEL_REDUCED_MOTION", "1");
-    Subject subject;
-    subject.setLevel(0.3);
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    glideTo(animation, 0.9);
-    QCOMPARE(subject.level(), 0.9);
-    glideTo(animation, 0.2);
-    QCOMPARE(subject.level(), 0.2);
-}
-
-void TestAnimation::reducedMotionIsAskedEachTime()
-{
-    ManualClock clock;
-    Subject subject;
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    qputenv("VARNEL_REDUCED_MOTION", "1");
-    glideTo(animation, 1.0);
-    QCOMPARE(subject.level(), 1.0);
-    qunsetenv("VARNEL_REDUCED_MOTION");
-    glideTo(animation, 0.0);
-    QCOMPARE(subject.level(), 1.0);
-    clock.pass(kDuration);
-    QCOMPARE(subject.level(), 0.0);
+    glideTo(scene.animation, 0.2); // the user is asked each time
+    QCOMPARE(scene.child.level(), 0.8);
+    QVERIFY(scene.isRunning());
 }
 
 void TestAnimation::reducedMotionOfTheDesktop()
@@ -253,102 +185,64 @@ void TestAnimation::reducedMotionOfTheDesktop()
     QVERIFY(!prefersReducedMotion());
 }
 
-void TestAnimation::runsInAWindowThatIsYetToBeShown()
+void TestAnimation::runsInAWindowThatIsNotShownYet()
 {
-    ManualClock clock;
-    Subject subject;
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    glideTo(animation, 1.0);
-    QCOMPARE(animation.state(), QAbstractAnimation::Running);
-    subject.show();
-    QCOMPARE(animation.state(), QAbstractAnimation::Running);
-    QVERIFY(subject.level() < 1.0);
+    const ManualClock clock;
+    Scene scene;
+    glideTo(scene.animation, 1.0);
+    scene.start.start(kLong);
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(scene.isRunning());
+        QVERIFY(scene.timer().isActive());
+        scene.window.show();
+    }
+    QCOMPARE(scene.due.count(), 0);
 }
 
-void TestAnimation::endsWithTheSight_data()
+void TestAnimation::endsWhenItIsHidden_data()
 {
     QTest::addColumn<int>("way");
-    QTest::newRow("widget hides") << 0;
-    QTest::newRow("window hides") << 1;
+    QTest::newRow("widget is hidden") << 0;
+    QTest::newRow("window is hidden") << 1;
     QTest::newRow("window is minimised") << 2;
 }
 
-void TestAnimation::endsWithTheSight()
+void TestAnimation::endsWhenItIsHidden()
 {
     QFETCH(const int, way);
-    ManualClock clock;
-    QWidget window;
-    auto *subject = new Subject;
-    subject->setParent(&window);
-    window.show();
-    QPropertyAnimation animation(subject, "level");
-    animation.setDuration(kDuration);
-    const QSignalSpy finished(&animation, &QAbstractAnimation::finished);
+    const ManualClock clock;
+    Scene scene;
     for (double target : { 1.0, 0.25 }) { // the second time around it is watched already
-        window.showNormal();
-        subject->show();
-        glideTo(animation, target);
-        QCOMPARE(animation.state(), QAbstractAnimation::Running);
+        scene.window.showNormal();
+        scene.child.show();
+        glideTo(scene.animation, target);
+        scene.start.start(kLong);
+        QVERIFY(scene.isRunning());
         if (way == 0)
-            subject->hide();
+            scene.child.hide();
         else if (way == 1)
-            window.hide();
+            scene.window.hide();
         else
-            window.showMinimized();
-        QTRY_COMPARE_WITH_TIMEOUT(animation.state(), QAbstractAnimation::Stopped, 10'000);
-        QCOMPARE(subject->level(), target);
+            scene.window.showMinimized();
+        QTRY_VERIFY_WITH_TIMEOUT(!scene.isRunning(), 10'000);
+        QCOMPARE(scene.child.level(), target);
+        QVERIFY(!scene.timer().isActive());
     }
-    QCOMPARE(finished.count(), 2);
+    QCOMPARE(scene.finished.count(), 2);
+    QCOMPARE(scene.due.count(), 2);
+    if (way == 0)
+        return;
+    glideTo(scene.animation, 0.8); // in a window that is out of sight
+    QVERIFY(!scene.isRunning());
+    QCOMPARE(scene.child.level(), 0.8);
+    scene.start.start(kLong);
+    QCOMPARE(scene.due.count(), 3);
+    QVERIFY(!scene.timer().isActive());
 }
 
-void TestAnimation::endsAtOnceOutOfSight_data()
+void TestAnimation::animationOfAnEffectEndsWithItsWidget()
 {
-    QTest::addColumn<bool>("minimised");
-    QTest::newRow("hidden") << false;
-    QTest::newRow("minimised") << true;
-}
-
-void TestAnimation::endsAtOnceOutOfSight()
-{
-    QFETCH(const bool, minimised);
-    ManualClock clock;
-    QWidget window;
-    auto *subject = new Subject;
-    subject->setParent(&window);
-    window.show();
-    if (minimised)
-        window.showMinimized();
-    else
-        window.hide();
-    QPropertyAnimation animation(subject, "level");
-    animation.setDuration(kDuration);
-    glideTo(animation, 0.8);
-    QCOMPARE(animation.state(), QAbstractAnimation::Stopped);
-    QCOMPARE(subject->level(), 0.8);
-    QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10'000);
-}
-
-void TestAnimation::runsAgainInSight()
-{
-    ManualClock clock;
-    Subject subject;
-    subject.show();
-    QPropertyAnimation animation(&subject, "level");
-    animation.setDuration(kDuration);
-    subject.showMinimized();
-    glideTo(animation, 0.8);
-    subject.showNormal();
-    glideTo(animation, 0.2);
-    QCOMPARE(animation.state(), QAbstractAnimation::Running);
-    QCOMPARE(subject.level(), 0.8);
-    clock.pass(kDuration);
-    QCOMPARE(subject.level(), 0.2);
-}
-
-void TestAnimation::effectEndsWithItsWidget()
-{
-    ManualClock clock;
+    const ManualClock clock;
     QWidget window;
     auto *label = new QWidget(&window);
     auto *effect = new QGraphicsOpacityEffect(label);
@@ -356,16 +250,75 @@ void TestAnimation::effectEndsWithItsWidget()
     label->setGraphicsEffect(effect);
     window.show();
     QPropertyAnimation animation(effect, "opacity");
-    animation.setDuration(kDuration);
     glideTo(animation, 1.0);
     QCOMPARE(animation.state(), QAbstractAnimation::Running);
     window.hide();
     QCOMPARE(effect->opacity(), 1.0);
 }
 
-void TestAnimation::invisible()
+void TestAnimation::watcherFollowsTheWidgetAndItsWindow()
 {
-    QCOMPARE(kInvisible, 0.001);
+    QWidget window;
+    auto *page = new QWidget(&window);
+    auto *child = new QWidget(page);
+    const OnScreenWatcher watcher(child);
+    const QSignalSpy changed(&watcher, &OnScreenWatcher::changed);
+    window.showMinimized();
+    QCoreApplication::processEvents();
+    QVERIFY(!watcher.isOnScreen());
+    window.showNormal();
+    QTRY_VERIFY_WITH_TIMEOUT(watcher.isOnScreen(), 10'000);
+    window.hide();
+    QVERIFY(!watcher.isOnScreen());
+    window.show();
+    QVERIFY(watcher.isOnScreen());
+    window.showMinimized();
+    QTRY_VERIFY_WITH_TIMEOUT(!watcher.isOnScreen(), 10'000);
+    window.showNormal();
+    QTRY_VERIFY_WITH_TIMEOUT(watcher.isOnScreen(), 10'000);
+    page->hide();
+    QVERIFY(!watcher.isOnScreen());
+    window.showMinimized();
+    window.showNormal();
+    QCoreApplication::processEvents();
+    QVERIFY(!watcher.isOnScreen()); // the page is still hidden
+    page->show();
+    QVERIFY(watcher.isOnScreen());
+    QCOMPARE(changed.count(), 7);
+    for (int i = 0; i < changed.count(); ++i)
+        QCOMPARE(changed[i].first().toBool(), i % 2 == 0);
+}
+
+void TestAnimation::watcherOfAWidgetThatMovesToAnotherWindow()
+{
+    QWidget first;
+    QWidget second;
+    auto *child = new QWidget(&first);
+    const OnScreenWatcher &watcher = *new OnScreenWatcher(child);
+    const auto moveTo = [child](QWidget *window) {
+        child->setParent(window);
+        child->show();
+    };
+    first.show();
+    second.show();
+    child->setParent(&second);
+    QVERIFY(!watcher.isOnScreen());
+    child->show();
+    QVERIFY(watcher.isOnScreen());
+    first.showMinimized();
+    QCoreApplication::processEvents();
+    QVERIFY(watcher.isOnScreen());
+    second.showMinimized();
+    QTRY_VERIFY_WITH_TIMEOUT(!watcher.isOnScreen(), 10'000);
+    second.showNormal();
+    QTRY_VERIFY_WITH_TIMEOUT(watcher.isOnScreen(), 10'000);
+    moveTo(&first);
+    QVERIFY(!watcher.isOnScreen()); // that window is still minimised
+    first.showNormal();
+    QTRY_VERIFY_WITH_TIMEOUT(watcher.isOnScreen(), 10'000);
+    moveTo(nullptr);
+    QVERIFY(watcher.isOnScreen());
+    delete child;
 }
 
 QTEST_MAIN(TestAnimation)
