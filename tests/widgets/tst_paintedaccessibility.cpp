@@ -1,21 +1,25 @@
+// What assistive technology is told of the painted widgets, and what the announcer has it say.
+
 #include "pages/strictwarnings.h"
+#include "pages/timerwatch.h"
 #include "widgets/animatedmark.h"
-#include "widgets/confettioverlay.h"
+#include "widgets/announcer.h"
 #include "widgets/gifbadge.h"
 #include "widgets/paintedaccessibility.h"
 #include "widgets/progresstrack.h"
 #include "widgets/radiooption.h"
 #include "widgets/revealrow.h"
 #include "widgets/sealcheck.h"
-#include "widgets/themedbutton.h"
+#include "widgets/spokentext.h"
 #include "widgets/togglecheckbox.h"
 
 #include <QAccessible>
-#include <QButtonGroup>
+#include <QApplication>
 #include <QLabel>
-#include <QSignalSpy>
+#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -40,6 +44,53 @@ QString nameOf(QObject &object)
     return interfaceOf(object).text(QAccessible::Name);
 }
 
+/// What assistive technology has been told since an object of this class was made.
+class Listener
+{
+public:
+    Listener()
+    {
+        s_events.clear();
+        QAccessible::setActive(true);
+        QAccessible::installUpdateHandler([](QAccessibleEvent *event) {
+            if (event->type() == QAccessible::ValueChanged)
+                s_events << static_cast<QAccessibleValueChangeEvent *>(event)->value().toString();
+            else if (event->type() == QAccessible::ObjectShow)
+                s_events << u"show"_s;
+            else if (event->type() == QAccessible::ObjectHide)
+                s_events << u"hide"_s;
+        });
+    }
+    ~Listener() { QAccessible::installUpdateHandler(nullptr); }
+    Q_DISABLE_COPY_MOVE(Listener)
+
+    [[nodiscard]] QStringList events() const { return s_events; }
+
+private:
+    static inline QStringList s_events;
+};
+
+/// An announcer, and the moment at which what it said has been heard.
+struct Talk
+{
+    explicit Talk(const QString &spoken = {}) { announcer.start(spoken); }
+
+    [[nodiscard]] QTimer *speaking() const { return announcer.findChild<QTimer *>(); }
+    /// What is being said now; empty if nothing is.
+    [[nodiscard]] QString heard() const
+    {
+        return speaking()->isActive() ? announcer.text() : QString();
+    }
+    /// What is being said once that has been heard.
+    [[nodiscard]] QString next()
+    {
+        TimerWatch::fire(speaking(), 1);
+        return heard();
+    }
+
+    Announcer announcer { nullptr };
+};
+
 } // namespace
 
 class TestPaintedAccessibility : public QObject
@@ -49,224 +100,242 @@ class TestPaintedAccessibility : public QObject
 private Q_SLOTS:
     void initTestCase() { installPaintedAccessibility(); }
     void init() { failOnWarnings(); }
-    void decoration_data();
-    void decoration();
+    void pictures();
     void row();
-    void rowInAHiddenWindow();
-    void track();
-    void trackTellsTheTarget_data();
-    void trackTellsTheTarget();
-    void trackIsReadOnly();
-    void radioOption();
-    void radioOptionsOfAGroup();
-    void checkBox();
-    void button();
-    void everythingElseIsAsItWas();
+    void progressBar();
+    void choices();
+    void windowIsADialog();
+    void spokenText_data();
+    void spokenText();
+    void announcerIsANotificationOfTheApplication();
+    void announcerSaysEachChangeOnce();
+    void announcerSaysTheLatestOfWhatChangedMeanwhile();
+    void announcerSaysTheStepBeforeTheStatus();
+    void announcerWaitsAsLongAsSpeakingTakes_data();
+    void announcerWaitsAsLongAsSpeakingTakes();
+    void announcerStopsAndStartsAnew();
 };
 
-void TestPaintedAccessibility::decoration_data()
+void TestPaintedAccessibility::pictures()
 {
-    QTest::addColumn<int>("kind");
-    QTest::newRow("mark") << 0;
-    QTest::newRow("badge") << 1;
-    QTest::newRow("seal") << 2;
-}
-
-void TestPaintedAccessibility::decoration()
-{
-    QFETCH(const int, kind);
     QWidget window;
-    QWidget *widget = nullptr;
-    if (kind == 0)
-        widget = new AnimatedMark(&window);
-    else if (kind == 1)
-        widget = new GifBadge(u":/assets/bye.gif"_s, 64, &window);
-    else
-        widget = new SealCheck(&window);
+    AnimatedMark mark(&window);
+    GifBadge badge(u":/assets/bye.gif"_s, 64, &window);
+    SealCheck seal(&window);
     window.show();
-    QAccessibleInterface &interface = interfaceOf(*widget);
-    QCOMPARE(interface.role(), QAccessible::Graphic);
-    QCOMPARE(interface.object(), widget);
-    QCOMPARE(nameOf(*widget), QString());
-    QCOMPARE(interface.childCount(), 0);
-    QVERIFY(!interface.state().focusable);
-    QVERIFY(!interface.state().invisible);
-    QCOMPARE(interface.parent()->object(), &window);
-    QCOMPARE(interface.valueInterface(), nullptr);
-    widget->setAccessibleName(u"A name"_s); // a page may still give it one
-    QCOMPARE(nameOf(*widget), u"A name"_s);
+    for (QWidget *picture : std::initializer_list<QWidget *> { &mark, &badge, &seal }) {
+        QAccessibleInterface &interface = interfaceOf(*picture);
+        QCOMPARE(interface.role(), QAccessible::Graphic);
+        QCOMPARE(nameOf(*picture), QString());
+        QVERIFY(!interface.state().focusable);
+        QVERIFY(!interface.state().invisible);
+        picture->setAccessibleName(u"A name"_s);
+        QCOMPARE(nameOf(*picture), u"A name"_s);
+    }
 }
 
 void TestPaintedAccessibility::row()
 {
     QWidget window;
     auto *row = new Row(5, u"Copy the files"_s, &window);
-    window.show();
     QAccessibleInterface &interface = interfaceOf(*row);
     QCOMPARE(interface.role(), QAccessible::ListItem);
     QCOMPARE(nameOf(*row), u"Copy the files"_s);
-    QVERIFY(interface.state().invisible);
     QVERIFY(interface.state().readOnly);
+    window.show();
+    QVERIFY(interface.state().invisible);
+    const Listener listener;
     row->setRevealed(true);
     QVERIFY(!interface.state().invisible); // as soon as it is on its way
-    QVERIFY(interface.state().readOnly);
     row->setRevealed(false);
     QVERIFY(interface.state().invisible);
     row->setRevealed(true);
     row->resetReveal();
     QVERIFY(interface.state().invisible);
-    row->setAccessibleName(u"Copied"_s);
-    QCOMPARE(nameOf(*row), u"Copied"_s);
-}
-
-void TestPaintedAccessibility::rowInAHiddenWindow()
-{
-    QWidget window;
-    auto *row = new Row(5, u"Copy the files"_s, &window);
+    row->resetReveal();
+    QCOMPARE(listener.events(), QStringList({ u"show"_s, u"hide"_s, u"show"_s, u"hide"_s }));
     row->setRevealed(true);
-    QVERIFY(interfaceOf(*row).state().invisible);
-    window.show();
-    QVERIFY(!interfaceOf(*row).state().invisible);
     window.hide();
-    QVERIFY(interfaceOf(*row).state().invisible);
+    QVERIFY(interface.state().invisible);
 }
 
-void TestPaintedAccessibility::track()
+// The target is told at once, not in as many steps as the bar glides through.
+void TestPaintedAccessibility::progressBar()
 {
-    QWidget window;
-    auto *track = new ProgressTrack(&window);
-    window.show();
-    QAccessibleInterface &interface = interfaceOf(*track);
+    ProgressTrack track;
+    track.setValue(0.2);
+    QAccessibleInterface &interface = interfaceOf(track);
     QCOMPARE(interface.role(), QAccessible::ProgressBar);
+    QVERIFY(!interface.state().focusable);
     QAccessibleValueInterface *value = interface.valueInterface();
     QVERIFY(value);
     QCOMPARE(value->minimumValue().toDouble(), 0.0);
     QCOMPARE(value->maximumValue().toDouble(), 100.0);
-    QCOMPARE(value->currentValue().toDouble(), 0.0);
     QCOMPARE(value->minimumStepSize().toDouble(), 1.0);
-    QVERIFY(!interface.state().focusable);
-    track->setAccessibleName(u"Progress"_s);
-    QCOMPARE(nameOf(*track), u"Progress"_s);
-}
-
-void TestPaintedAccessibility::trackTellsTheTarget_data()
-{
-    QTest::addColumn<double>("target");
-    QTest::addColumn<double>("value");
-    QTest::newRow("0 %") << 0.0 << 0.0;
-    QTest::newRow("43 %") << 0.43 << 43.0;
-    QTest::newRow("43.7 %") << 0.437 << 43.7;
-    QTest::newRow("100 %") << 1.0 << 100.0;
-    QTest::newRow("too much") << 1.5 << 100.0;
-    QTest::newRow("too little") << -0.5 << 0.0;
-}
-
-// At once, and not in as many steps as the bar glides through.
-void TestPaintedAccessibility::trackTellsTheTarget()
-{
-    QFETCH(const double, target);
-    QFETCH(const double, value);
-    ProgressTrack track;
-    track.setValue(0.2);
-    track.setTarget(target);
-    QCOMPARE(interfaceOf(track).valueInterface()->currentValue().toDouble(), value);
+    const Listener listener;
+    for (double target : { 0.0, 0.4375, 1.5 }) {
+        track.setTarget(target);
+        QCOMPARE(value->currentValue().toDouble(), qMin(100.0 * target, 100.0));
+    }
+    value->setCurrentValue(80); // read only
+    QCOMPARE(track.target(), 1.0);
     track.reset();
-    QCOMPARE(interfaceOf(track).valueInterface()->currentValue().toDouble(), 0.0);
+    QCOMPARE(value->currentValue().toDouble(), 0.0);
+    track.reset();
+    QCOMPARE(listener.events(), QStringList({ u"0"_s, u"43.75"_s, u"100"_s, u"0"_s }));
 }
 
-void TestPaintedAccessibility::trackIsReadOnly()
-{
-    ProgressTrack track;
-    track.setTarget(0.25);
-    interfaceOf(track).valueInterface()->setCurrentValue(80);
-    QCOMPARE(track.target(), 0.25);
-    QCOMPARE(interfaceOf(track).valueInterface()->currentValue().toDouble(), 25.0);
-}
-
-void TestPaintedAccessibility::radioOption()
+void TestPaintedAccessibility::choices()
 {
     QWidget window;
-    auto *option = new RadioOption(u"I accept the agreement"_s, &window);
-    window.show();
-    QAccessibleInterface &interface = interfaceOf(*option);
-    QCOMPARE(interface.role(), QAccessible::RadioButton);
-    QCOMPARE(nameOf(*option), u"I accept the agreement"_s);
-    QVERIFY(interface.state().checkable);
-    QVERIFY(interface.state().focusable);
-    QVERIFY(!interface.state().checked);
-    option->setChecked(true);
-    QVERIFY(interface.state().checked);
-    option->setEnabled(false);
-    QVERIFY(interface.state().disabled);
+    RadioOption option(u"Accept"_s, &window);
+    ToggleCheckbox box(u"Accept"_s, &window);
+    QCOMPARE(interfaceOf(option).role(), QAccessible::RadioButton);
+    QCOMPARE(interfaceOf(box).role(), QAccessible::CheckBox);
+    for (SelectionControl *control : std::initializer_list<SelectionControl *> { &option, &box }) {
+        QAccessibleInterface &interface = interfaceOf(*control);
+        QCOMPARE(nameOf(*control), u"Accept"_s);
+        QVERIFY(interface.state().checkable);
+        QVERIFY(interface.state().focusable);
+        QVERIFY(!interface.state().checked);
+        interface.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QVERIFY(control->isChecked());
+        QVERIFY(interface.state().checked);
+    }
 }
 
-void TestPaintedAccessibility::radioOptionsOfAGroup()
+void TestPaintedAccessibility::windowIsADialog()
 {
     QWidget window;
-    auto *accept = new RadioOption(u"Accept"_s, &window);
-    auto *decline = new RadioOption(u"Decline"_s, &window);
-    QButtonGroup group;
-    group.addButton(accept);
-    group.addButton(decline);
-    window.show();
-    decline->setChecked(true);
-    QAccessibleInterface &interface = interfaceOf(*accept);
-    QCOMPARE(interface.role(), QAccessible::RadioButton);
-    QAccessibleActionInterface *action = interface.actionInterface();
-    QVERIFY(action);
-    QVERIFY(action->actionNames().contains(QAccessibleActionInterface::toggleAction()));
-    const QSignalSpy toggled(accept, &QAbstractButton::toggled);
-    action->doAction(QAccessibleActionInterface::toggleAction());
-    QCOMPARE(toggled.count(), 1);
-    QVERIFY(interface.state().checked);
-    QVERIFY(!interfaceOf(*decline).state().checked);
-}
-
-void TestPaintedAccessibility::checkBox()
-{
-    QWidget window;
-    auto *box = new ToggleCheckbox(u"Create a desktop shortcut"_s, &window);
-    window.show();
-    QAccessibleInterface &interface = interfaceOf(*box);
-    QCOMPARE(interface.role(), QAccessible::CheckBox);
-    QCOMPARE(nameOf(*box), u"Create a desktop shortcut"_s);
-    QVERIFY(interface.state().checkable);
-    QVERIFY(interface.state().focusable);
-    QVERIFY(!interface.state().checked);
-    QAccessibleActionInterface *action = interface.actionInterface();
-    QVERIFY(action);
-    action->doAction(QAccessibleActionInterface::toggleAction());
-    QVERIFY(box->isChecked());
-    QVERIFY(interface.state().checked);
-    action->doAction(QAccessibleActionInterface::toggleAction());
-    QVERIFY(!box->isChecked());
-}
-
-void TestPaintedAccessibility::button()
-{
-    QWidget window;
-    auto *button = new ThemedButton(u"Install"_s, 8.0, &window);
-    window.show();
-    QAccessibleInterface &interface = interfaceOf(*button);
-    QCOMPARE(interface.role(), QAccessible::Button);
-    QCOMPARE(nameOf(*button), u"Install"_s);
-    QVERIFY(interface.state().focusable);
-    const QSignalSpy clicked(button, &QAbstractButton::clicked);
-    interface.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QTRY_COMPARE_WITH_TIMEOUT(clicked.count(), 1, 10000);
-    button->setEnabled(false);
-    QVERIFY(interface.state().disabled);
-}
-
-void TestPaintedAccessibility::everythingElseIsAsItWas()
-{
-    QWidget window;
-    QLabel label(u"Text"_s, &window);
+    QCOMPARE(interfaceOf(window).role(), QAccessible::Dialog);
+    QWidget popup(&window, Qt::Popup);
+    QVERIFY(interfaceOf(popup).role() != QAccessible::Dialog);
+    QLabel label(u"Text"_s, &window); // Qt's own interface
     QCOMPARE(interfaceOf(label).role(), QAccessible::StaticText);
-    QCOMPARE(nameOf(label), u"Text"_s);
-    ConfettiOverlay overlay(&window);
-    QCOMPARE(nameOf(overlay), QString());
-    QVERIFY(interfaceOf(overlay).state().invisible);
+}
+
+void TestPaintedAccessibility::spokenText_data()
+{
+    QTest::addColumn<QStringList>("texts");
+    QTest::addColumn<QString>("spoken");
+    QTest::newRow("nothing") << QStringList() << QString();
+    QTest::newRow("title and body")
+        << QStringList { u"Ready"_s, u"It will begin."_s } << u"Ready. It will begin."_s;
+    QTest::newRow("lines") << QStringList { u"One\nTwo\n\nThree"_s } << u"One. Two. Three."_s;
+    QTest::newRow("other ends") << QStringList { u"Do you?"_s, u"Begins…"_s, u"Stop!"_s }
+                                << u"Do you? Begins… Stop!"_s;
+    QTest::newRow("heading") << QStringList { u"Folder:\nC:\\Tools"_s } << u"Folder: C:\\Tools."_s;
+    QTest::newRow("signs only") << QStringList { u"Old"_s, u"→"_s, u" "_s, QString(), u"New"_s }
+                                << u"Old. New."_s;
+    QTest::newRow("a figure") << QStringList { u"7"_s } << u"7."_s;
+    QTest::newRow("literally") << QStringList { u"/a  b/<i>&amp; %1</i>"_s }
+                               << u"/a  b/<i>&amp; %1</i>."_s;
+}
+
+void TestPaintedAccessibility::spokenText()
+{
+    QFETCH(const QStringList, texts);
+    QFETCH(const QString, spoken);
+    QCOMPARE(::spokenText(texts), spoken);
+}
+
+// Not of the window: with one in a dialog, screen readers read out all of the dialog.
+void TestPaintedAccessibility::announcerIsANotificationOfTheApplication()
+{
+    Talk talk;
+    const Listener listener;
+    talk.announcer.tellStep(u"Copying"_s);
+    QCOMPARE(talk.next(), u"Copying."_s);
+    QCOMPARE(listener.events(), QStringList { u"show"_s });
+    QAccessibleInterface &interface = interfaceOf(talk.announcer);
+    QCOMPARE(interface.role(), QAccessible::Notification);
+    QCOMPARE(nameOf(talk.announcer), u"Copying."_s);
+    QCOMPARE(interface.parent()->object(), qApp);
+    QVERIFY(!interface.state().invisible);
+    talk.announcer.stop();
+    QVERIFY(interface.state().invisible);
+}
+
+void TestPaintedAccessibility::announcerSaysEachChangeOnce()
+{
+    Talk talk;
+    QCOMPARE(talk.next(), QString());
+    talk.announcer.tellStep(u"Copying"_s);
+    QCOMPARE(talk.heard(), u"Copying."_s);
+    talk.announcer.tellStep(u"Copying"_s);
+    QCOMPARE(talk.next(), QString());
+    talk.announcer.tellStep(u"Copying"_s);
+    QCOMPARE(talk.heard(), QString());
+    talk.announcer.tellStatus(u"Please wait…"_s);
+    QCOMPARE(talk.heard(), u"Please wait…"_s);
+    QCOMPARE(talk.next(), QString());
+    talk.announcer.tellStep(u"Registering"_s);
+    QCOMPARE(talk.heard(), u"Registering."_s);
+}
+
+void TestPaintedAccessibility::announcerSaysTheLatestOfWhatChangedMeanwhile()
+{
+    Talk talk;
+    QCOMPARE(talk.next(), QString());
+    for (const QString &status : { u"One"_s, u"Two"_s, u"Three"_s }) {
+        talk.announcer.tellStatus(status);
+        QCOMPARE(talk.heard(), u"One."_s);
+    }
+    QCOMPARE(talk.next(), u"Three."_s); // the last one is not lost
+    talk.announcer.tellStatus(u"Four"_s);
+    talk.announcer.tellStatus(u"Three"_s); // back again before the change was told
+    QCOMPARE(talk.next(), QString());
+}
+
+void TestPaintedAccessibility::announcerSaysTheStepBeforeTheStatus()
+{
+    Talk talk(u"Installing. Roughly a minute."_s);
+    talk.announcer.tellStatus(u"Please wait…"_s);
+    talk.announcer.tellStep(u"Copying"_s);
+    QCOMPARE(talk.heard(), QString()); // until the page's own text has been heard
+    QCOMPARE(talk.next(), u"Copying. Please wait…"_s);
+}
+
+void TestPaintedAccessibility::announcerWaitsAsLongAsSpeakingTakes_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::newRow("nothing") << 0;
+    QTest::newRow("a word") << 7;
+    QTest::newRow("a step") << 36;
+    QTest::newRow("a page") << 250;
+}
+
+// Voices say 12 to 17 characters in a second.
+void TestPaintedAccessibility::announcerWaitsAsLongAsSpeakingTakes()
+{
+    QFETCH(const int, length);
+    const auto isRight = [length](const Talk &talk) {
+        const auto pause = talk.speaking()->intervalAsDuration();
+        return talk.speaking()->isActive() && pause >= 2s && pause >= length * 60ms
+            && (pause == 2s || pause <= length * 85ms);
+    };
+    Talk talk(QString(length, u'm'));
+    QVERIFY(isRight(talk));
+    if (length == 0)
+        return;
+    QCOMPARE(talk.next(), QString());
+    talk.announcer.tellStatus(QString(length - 1, u'm') + u'.');
+    QVERIFY(isRight(talk));
+}
+
+void TestPaintedAccessibility::announcerStopsAndStartsAnew()
+{
+    Talk talk;
+    talk.announcer.tellStep(u"Copying"_s);
+    talk.announcer.stop();
+    QVERIFY(!talk.speaking()->isActive());
+    talk.announcer.tellStatus(u"Finishing up…"_s);
+    QVERIFY(!talk.speaking()->isActive());
+    QCOMPARE(talk.announcer.text(), QString());
+    talk.announcer.start({});
+    QCOMPARE(talk.next(), QString()); // nothing of the run before
+    talk.announcer.tellStep(u"Copying"_s);
+    QCOMPARE(talk.heard(), u"Copying."_s);
 }
 
 QTEST_MAIN(TestPaintedAccessibility)
