@@ -1,19 +1,16 @@
-// What the radio option and the check box share; each row is one of the two.
+// What the radio option and the check box do; each row is one of the two.
 
 #include "pages/manualclock.h"
-#include "pages/strictwarnings.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/course.h"
 #include "widgets/look.h"
-#include "widgets/paintwatch.h"
 #include "widgets/selectionkinds.h"
 
+#include <QButtonGroup>
 #include <QEnterEvent>
 #include <QFontMetrics>
-#include <QMetaProperty>
 #include <QPushButton>
-#include <QSignalSpy>
 
 #include <memory>
 
@@ -37,32 +34,39 @@ void leave(QWidget &widget)
     QCoreApplication::sendEvent(&widget, &event);
 }
 
-/// The control in a window of its own that has another control to tab from and to.
+bool ringIsSeen(SelectionControl &control)
+{
+    return differenceAt(grabWidget(control, 2.0), { { 100, 0.75 } }, themedColor(u"@INS_ACCENT"_s))
+        .isEmpty();
+}
+
+/// Controls below one another in an active window, and above them a button that has the focus.
 struct Window
 {
-    explicit Window(const SelectionMaker &make)
-        : first(new QPushButton(u"First"_s, &widget)), control(make(u"Second"_s))
+    explicit Window(const QList<SelectionControl *> &controls)
+        : first(new QPushButton(u"First"_s, &widget))
     {
-        control->setParent(&widget);
+        int y = 40;
+        for (SelectionControl *control : controls) {
+            control->setParent(&widget);
+            control->setGeometry(QRect({ 0, y }, kSize));
+            y += kSize.height();
+        }
         first->setGeometry(0, 0, 100, 30);
-        control->setGeometry(QRect(QPoint(0, 40), kSize));
-        widget.resize(300, 100);
+        widget.resize(300, 200);
         widget.show();
-        widget.activateWindow();
-        (void)QTest::qWaitForWindowActive(&widget);
+        activate();
         first->setFocus();
     }
 
-    [[nodiscard]] bool ringIsSeen() const
+    void activate()
     {
-        return difference(colourAt(grabWidget(*control, 2.0), { 100, 0.75 }),
-                          themedColor(u"@INS_ACCENT"_s))
-            .isEmpty();
+        widget.activateWindow();
+        (void)QTest::qWaitForWindowActive(&widget);
     }
 
     QWidget widget;
     QPushButton *first;
-    SelectionControl *control;
 };
 
 } // namespace
@@ -72,239 +76,163 @@ class TestSelectionControl : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void construction_data() { addSelectionKinds(); }
-    void construction();
-    void hoverProperty();
+    void init() { expectNoWarningsInLightTheme(); }
     void preferredSize_data() { addSelectionKinds(); }
     void preferredSize();
-    void hover_data() { addSelectionKinds(); }
-    void hover();
-    void hoverTurnsBackFromWhereItIs_data() { addSelectionKinds(); }
-    void hoverTurnsBackFromWhereItIs();
-    void themeChangeRepaints_data() { addSelectionKinds(); }
-    void themeChangeRepaints();
-    void settingAPropertyRepaints_data() { addSelectionKinds(); }
-    void settingAPropertyRepaints();
-    void spaceToggles_data() { addSelectionKinds(); }
-    void spaceToggles();
-    void clickAnywhereInTheRowToggles_data() { addSelectionKinds(); }
-    void clickAnywhereInTheRowToggles();
+    void followsItsCheckedState_data() { addSelectionKinds(); }
+    void followsItsCheckedState();
+    void lightsUpUnderThePointer_data() { addSelectionKinds(); }
+    void lightsUpUnderThePointer();
+    void togglesByKeyAndClick_data() { addSelectionKinds(); }
+    void togglesByKeyAndClick();
     void ringForTheKeyboardOnly_data() { addSelectionKinds(); }
     void ringForTheKeyboardOnly();
-    void focusedElsewhereWhileTheWindowIsInTheBackground_data() { addSelectionKinds(); }
-    void focusedElsewhereWhileTheWindowIsInTheBackground();
-    void ringNeedsNoRoom_data() { addSelectionKinds(); }
-    void ringNeedsNoRoom();
-    void goesWhileItIsAnimated_data() { addSelectionKinds(); }
-    void goesWhileItIsAnimated();
+    void focusMovesWhileTheWindowIsInTheBackground_data() { addSelectionKinds(); }
+    void focusMovesWhileTheWindowIsInTheBackground();
+    void arrowKeysChooseAmongRadioOptions();
 };
-
-void TestSelectionControl::init()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
-}
-
-void TestSelectionControl::construction()
-{
-    QFETCH(const SelectionMaker, make);
-    QFETCH(const QByteArray, progress);
-    const std::unique_ptr<SelectionControl> control(make(u"A label"_s));
-    QCOMPARE(control->text(), u"A label"_s);
-    QVERIFY(control->isCheckable());
-    QVERIFY(!control->isChecked());
-    QCOMPARE(control->cursor().shape(), Qt::PointingHandCursor);
-    QCOMPARE(control->focusPolicy(), Qt::StrongFocus);
-    QCOMPARE(control->property(progress).toDouble(), 0.0);
-    QCOMPARE(control->hoverProgress(), 0.0);
-    QWidget parent;
-    QCOMPARE(RadioOption(u"x"_s, &parent).parentWidget(), &parent);
-    QCOMPARE(ToggleCheckbox(u"x"_s, &parent).parentWidget(), &parent);
-}
-
-void TestSelectionControl::hoverProperty()
-{
-    const QMetaObject &meta = SelectionControl::staticMetaObject;
-    QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 1);
-    const QMetaProperty property = meta.property(meta.propertyOffset());
-    QCOMPARE(property.name(), "hoverProgress");
-    QCOMPARE(property.metaType(), QMetaType::fromType<double>());
-    QVERIFY(property.isWritable());
-}
 
 void TestSelectionControl::preferredSize()
 {
     QFETCH(const SelectionMaker, make);
     QFETCH(const int, room);
-    for (const QString &text : { u""_s, u"i"_s, u"Delete my preferences"_s }) {
-        const std::unique_ptr<SelectionControl> control(make(text));
-        for (int pixels : { 4, 12, 13, 40 }) {
+    const std::unique_ptr<SelectionControl> control(make({}));
+    for (const QString &text : { u""_s, u"Delete my preferences"_s }) {
+        control->setText(text);
+        for (int pixels : { 4, 13, 40 }) {
             QFont font = control->font();
             font.setPixelSize(pixels);
             control->setFont(font);
             const QFontMetrics metrics(control->font());
-            QCOMPARE(control->sizeHint().width(), metrics.horizontalAdvance(text) + 53);
-            QCOMPARE(control->sizeHint().height(), std::max(metrics.height(), 16) + room);
+            QCOMPARE(
+                control->sizeHint(),
+                QSize(metrics.horizontalAdvance(text) + 53, qMax(metrics.height(), 16) + room));
         }
-        control->setText(text + u" and more"_s);
-        QCOMPARE(control->sizeHint().width(),
-                 QFontMetrics(control->font()).horizontalAdvance(text + u" and more"_s) + 53);
     }
 }
 
-void TestSelectionControl::hover()
+void TestSelectionControl::followsItsCheckedState()
+{
+    QFETCH(const SelectionMaker, make);
+    QFETCH(const QByteArray, progress);
+    QFETCH(const int, duration);
+    ManualClock clock;
+    const std::unique_ptr<SelectionControl> control(make(u"A"_s));
+    control->setAutoExclusive(false); // which would keep a radio option from being deselected
+    const auto value = [&] { return control->property(progress).toDouble(); };
+    const auto course = [duration](double from, double to) {
+        return Course { from, to, duration, QEasingCurve::OutCubic };
+    };
+    control->setChecked(true);
+    QCOMPARE(departure(clock, course(0.0, 1.0), value), QString());
+    control->setChecked(false);
+    QCOMPARE(departure(clock, course(1.0, 0.0), value), QString());
+    control->setChecked(true);
+    clock.pass(40);
+    const double turn = value();
+    QVERIFY(turn > 0.4 && turn < 0.7);
+    control->setChecked(false);
+    QCOMPARE(departure(clock, course(turn, 0.0), value), QString());
+}
+
+void TestSelectionControl::lightsUpUnderThePointer()
 {
     QFETCH(const SelectionMaker, make);
     ManualClock clock;
     const std::unique_ptr<SelectionControl> control(make(u"A"_s));
-    enter(*control);
+    QCOMPARE(control->cursor().shape(), Qt::PointingHandCursor);
     const auto progress = [&] { return control->hoverProgress(); };
+    enter(*control);
     QCOMPARE(departure(clock, { 0.0, 1.0, kHoverDuration, QEasingCurve::Linear }, progress),
              QString());
+    leave(*control);
+    clock.pass(60);
+    const double turn = progress();
+    QVERIFY(turn > 0.5 && turn < 0.7);
+    enter(*control);
+    clock.pass(kHoverDuration);
+    QCOMPARE(progress(), 1.0);
     leave(*control);
     QCOMPARE(departure(clock, { 1.0, 0.0, kHoverDuration, QEasingCurve::Linear }, progress),
              QString());
     QVERIFY(!control->isChecked());
 }
 
-void TestSelectionControl::hoverTurnsBackFromWhereItIs()
+void TestSelectionControl::togglesByKeyAndClick()
 {
     QFETCH(const SelectionMaker, make);
-    ManualClock clock;
-    const std::unique_ptr<SelectionControl> control(make(u"A"_s));
-    enter(*control);
-    clock.pass(60);
-    const double turn = control->hoverProgress();
-    QVERIFY(turn > 0.3 && turn < 0.5);
-    leave(*control);
-    QCOMPARE(departure(clock, { turn, 0.0, kHoverDuration, QEasingCurve::Linear },
-                       [&] { return control->hoverProgress(); }),
-             QString());
-    enter(*control);
-    clock.pass(kHoverDuration);
-    QCOMPARE(control->hoverProgress(), 1.0);
-}
-
-void TestSelectionControl::themeChangeRepaints()
-{
-    QFETCH(const SelectionMaker, make);
-    const std::unique_ptr<SelectionControl> control(make(u"A"_s));
-    PaintWatch watch(*control);
-    ThemeManager::instance().setDarkMode(true);
-    QVERIFY(watch.seesRepaint());
-}
-
-void TestSelectionControl::settingAPropertyRepaints()
-{
-    QFETCH(const SelectionMaker, make);
-    QFETCH(const QByteArray, progress);
-    const std::unique_ptr<SelectionControl> control(make(u"A"_s));
-    PaintWatch watch(*control);
-    control->setHoverProgress(0.5);
-    QCOMPARE(control->hoverProgress(), 0.5);
-    QVERIFY(watch.seesRepaint());
-    QVERIFY(control->setProperty(progress, 0.5));
-    QCOMPARE(control->property(progress).toDouble(), 0.5);
-    QVERIFY(watch.seesRepaint());
-    QVERIFY(!control->isChecked()); // what is painted says nothing about what is chosen
-}
-
-void TestSelectionControl::spaceToggles()
-{
-    QFETCH(const SelectionMaker, make);
-    const Window window(make);
-    const QSignalSpy toggled(window.control, &QAbstractButton::toggled);
+    SelectionControl *control = make(u"A"_s);
+    const Window window({ control });
     QTest::keyClick(window.first, Qt::Key_Tab);
-    QVERIFY(window.control->hasFocus());
-    QTest::keyClick(window.control, Qt::Key_Space);
-    QVERIFY(window.control->isChecked());
-    QTest::keyClick(window.control, Qt::Key_Space);
-    QVERIFY(!window.control->isChecked());
-    QCOMPARE(toggled.count(), 2);
-    window.control->setEnabled(false);
-    QTest::keyClick(window.control, Qt::Key_Space);
-    QCOMPARE(toggled.count(), 2);
-}
-
-void TestSelectionControl::clickAnywhereInTheRowToggles()
-{
-    QFETCH(const SelectionMaker, make);
-    const Window window(make);
-    const QSignalSpy clicked(window.control, &QAbstractButton::clicked);
-    for (const QPoint &point : { QPoint(1, 1), QPoint(17, 20), QPoint(198, 38) })
-        QTest::mouseClick(window.control, Qt::LeftButton, {}, point);
-    QCOMPARE(clicked.count(), 3);
-    QVERIFY(window.control->isChecked());
+    QTest::keyClick(control, Qt::Key_Space);
+    QVERIFY(control->isChecked());
+    for (const QPoint &anywhere : { QPoint(1, 1), QPoint(17, 20), QPoint(198, 38) }) {
+        const bool before = control->isChecked();
+        QTest::mouseClick(control, Qt::LeftButton, {}, anywhere);
+        QCOMPARE(control->isChecked(), !before);
+    }
 }
 
 void TestSelectionControl::ringForTheKeyboardOnly()
 {
     QFETCH(const SelectionMaker, make);
-    const Window window(make);
-    QVERIFY(!window.ringIsSeen());
+    SelectionControl *control = make(u"A"_s);
+    const Window window({ control });
+    QVERIFY(!ringIsSeen(*control));
     QTest::keyClick(window.first, Qt::Key_Tab);
-    QVERIFY(window.control->hasFocus());
-    QVERIFY(window.ringIsSeen());
-    QTest::keyClick(window.control, Qt::Key_Space);
-    QVERIFY(window.ringIsSeen());
-    QTest::keyClick(window.control, Qt::Key_Backtab);
-    QVERIFY(window.first->hasFocus());
-    QVERIFY(!window.ringIsSeen());
+    QVERIFY(control->hasFocus());
+    QVERIFY(ringIsSeen(*control));
+    // It follows the plate, whose corners the stroke's middle line meets here.
+    const QImage picture = grabWidget(*control, 8.0);
+    QCOMPARE(inkRect(picture, themedColor(u"@INS_ACCENT"_s)), QRectF({}, kSize));
+    const double onStroke = 0.75 + 8.0 * (1.0 - M_SQRT1_2);
+    QVERIFY(colourAt(picture, { onStroke, onStroke }).alpha() > 250);
+    QCOMPARE(colourAt(picture, { onStroke - 0.8, onStroke - 0.8 }).alpha(), 0);
 
-    QTest::mouseClick(window.control, Qt::LeftButton);
-    QVERIFY(window.control->hasFocus());
-    QVERIFY(!window.ringIsSeen());
-    window.first->setFocus();
-    window.control->setFocus();
-    QVERIFY(window.control->hasFocus());
-    QVERIFY(!window.ringIsSeen());
+    QTest::keyClick(control, Qt::Key_Backtab);
+    QVERIFY(window.first->hasFocus());
+    QVERIFY(!ringIsSeen(*control));
+    QTest::mouseClick(control, Qt::LeftButton);
+    QVERIFY(control->hasFocus());
+    QVERIFY(!ringIsSeen(*control));
 }
 
-void TestSelectionControl::focusedElsewhereWhileTheWindowIsInTheBackground()
+void TestSelectionControl::focusMovesWhileTheWindowIsInTheBackground()
 {
     QFETCH(const SelectionMaker, make);
-    Window window(make);
+    SelectionControl *control = make(u"A"_s);
+    Window window({ control });
     QTest::keyClick(window.first, Qt::Key_Tab);
-    QVERIFY(window.ringIsSeen());
+    QVERIFY(ringIsSeen(*control));
     QWidget other;
     other.show();
     other.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&other));
     window.first->setFocus();
-    window.widget.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window.widget));
+    window.activate();
     QVERIFY(window.first->hasFocus());
-    QVERIFY(!window.ringIsSeen());
+    QVERIFY(!ringIsSeen(*control));
 }
 
-void TestSelectionControl::ringNeedsNoRoom()
+void TestSelectionControl::arrowKeysChooseAmongRadioOptions()
 {
-    QFETCH(const SelectionMaker, make);
-    const Window window(make);
-    const QSize before = window.control->sizeHint();
+    auto *accept = new RadioOption(u"Accept"_s);
+    auto *decline = new RadioOption(u"Decline"_s);
+    const Window window({ accept, decline });
+    QButtonGroup group;
+    group.addButton(accept);
+    group.addButton(decline);
+    accept->setChecked(true);
     QTest::keyClick(window.first, Qt::Key_Tab);
-    QCOMPARE(window.control->sizeHint(), before);
-    const QImage picture = grabWidget(*window.control, 8.0);
-    QCOMPARE(inkRect(picture, themedColor(u"@INS_ACCENT"_s)), QRectF({}, kSize));
-    // It follows the corners of the plate, which the stroke's middle line meets here.
-    const double onStroke = 0.75 + 8.0 * (1.0 - M_SQRT1_2);
-    QVERIFY(colourAt(picture, { onStroke, onStroke }).alpha() > 250);
-    QCOMPARE(colourAt(picture, { onStroke - 0.8, onStroke - 0.8 }).alpha(), 0);
-}
-
-void TestSelectionControl::goesWhileItIsAnimated()
-{
-    QFETCH(const SelectionMaker, make);
-    ManualClock clock;
-    {
-        const std::unique_ptr<SelectionControl> control(make(u"A"_s));
-        enter(*control);
-        control->setChecked(true);
-        clock.pass(50);
-        QVERIFY(control->hoverProgress() > 0.0);
-    }
-    QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10000);
+    QVERIFY(accept->hasFocus());
+    QTest::keyClick(accept, Qt::Key_Down);
+    QVERIFY(decline->hasFocus());
+    QVERIFY(decline->isChecked());
+    QVERIFY(!accept->isChecked());
+    QVERIFY(ringIsSeen(*decline));
+    QVERIFY(!ringIsSeen(*accept));
+    QTest::keyClick(decline, Qt::Key_Tab); // which meets a group once
+    QVERIFY(window.first->hasFocus());
 }
 
 QTEST_MAIN(TestSelectionControl)

@@ -1,4 +1,5 @@
-#include "pages/strictwarnings.h"
+// What the radio option and the check box look like: what they share, then the indicator of each.
+
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/look.h"
@@ -14,6 +15,45 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr QSize kSize(200, 40);
+/// So many device pixels per pixel that strokes have solid insides and clear edges.
+constexpr double kMagnified = 16.0;
+
+/// The indicator, in a control of the usual size.
+constexpr QRectF kBox(9, 12, 16, 16);
+constexpr QPointF kCentre(17, 20);
+
+// The tick, in the box.
+constexpr QPointF kStart(4.0, 8.2);
+constexpr QPointF kCorner(6.7, 11.2);
+constexpr QPointF kEnd(12.0, 4.8);
+
+QColor accent()
+{
+    return themedColor(u"@INS_ACCENT"_s);
+}
+
+QColor ground()
+{
+    return themedColor(u"@INS_BG"_s);
+}
+
+QColor line()
+{
+    return themedColor(u"@INS_LINE2"_s);
+}
+
+/// An indicator alone, at `progress` of its dot or tick.
+template <typename Control>
+QImage indicator(double progress, double ratio = kMagnified, int height = kSize.height())
+{
+    Control control((QString()));
+    control.resize(kSize.width(), height);
+    if constexpr (std::is_same_v<Control, RadioOption>)
+        control.setSelectProgress(progress);
+    else
+        control.setCheckProgress(progress);
+    return grabWidget(control, ratio);
+}
 
 } // namespace
 
@@ -22,66 +62,52 @@ class TestSelectionControlPainting : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { expectNoWarningsInLightTheme(); }
     void plate_data() { addSelectionKinds(); }
     void plate();
-    void plateThreshold_data() { addSelectionKinds(); }
-    void plateThreshold();
     void plateCorners_data() { addSelectionKinds(); }
     void plateCorners();
     void text_data() { addSelectionKinds(); }
     void text();
-    void textIsInTheMiddle_data() { addSelectionKinds(); }
-    void textIsInTheMiddle();
     void longTextIsCut_data() { addSelectionKinds(); }
     void longTextIsCut();
+    void indicatorIsInTheMiddle();
+    void indicatorChangesAtOnce_data();
+    void indicatorChangesAtOnce();
+    void ring();
+    void dot();
+    void boxCorners();
+    void tickRunsThroughItsPoints();
+    void tickIsTwoWide();
+    void tickHasRoundEndsAndCorner();
+    void tickFadesInEarly();
 };
-
-void TestSelectionControlPainting::init()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
-}
 
 void TestSelectionControlPainting::plate()
 {
     QFETCH(const SelectionMaker, make);
-    const std::unique_ptr<SelectionControl> control(make(u""_s));
-    control->resize(kSize);
-    for (bool dark : { false, true }) {
-        ThemeManager::instance().setDarkMode(dark);
-        for (double ratio : { 1.0, 2.0 }) {
-            for (double progress : { 0.25, 0.5, 1.0 }) {
-                control->setHoverProgress(progress);
-                const QImage picture = grabWidget(*control, ratio);
-                const QColor panel = faded(themedColor(u"@INS_PANEL"_s), progress);
-                QCOMPARE(difference(colourAt(picture, { 198, 20 }), panel), QString());
-                QCOMPARE(difference(colourAt(picture, { 1, 20 }), panel), QString());
-                QCOMPARE(difference(colourAt(picture, { 100, 0.25 }), panel), QString());
-                QCOMPARE(difference(colourAt(picture, { 100, 39.75 }), panel), QString());
-            }
-            control->setHoverProgress(0.0);
-            QCOMPARE(colourAt(grabWidget(*control, ratio), { 100, 20 }).alpha(), 0);
-        }
-    }
-}
-
-void TestSelectionControlPainting::plateThreshold()
-{
-    QFETCH(const SelectionMaker, make);
-    const std::unique_ptr<SelectionControl> control(make(u""_s));
+    const std::unique_ptr<SelectionControl> control(make({}));
     control->resize(kSize);
     const QImage bare = grabWidget(*control);
     control->setHoverProgress(0.001);
     QCOMPARE(grabWidget(*control), bare);
-    control->setHoverProgress(0.01);
-    QVERIFY(grabWidget(*control) != bare);
+    const QList<QPointF> edges { { 198, 20 }, { 1, 20 }, { 100, 0.25 }, { 100, 39.75 } };
+    for (bool dark : { false, true }) {
+        ThemeManager::instance().setDarkMode(dark);
+        const QColor panel = themedColor(u"@INS_PANEL"_s);
+        for (double progress : { 0.25, 0.5, 1.0 }) {
+            control->setHoverProgress(progress);
+            const QImage picture = grabWidget(*control, 2.0);
+            QCOMPARE(differenceAt(picture, edges, faded(panel, progress)), QString());
+            QCOMPARE(differenceAt(picture, { kCentre }, ground()), QString());
+        }
+    }
 }
 
 void TestSelectionControlPainting::plateCorners()
 {
     QFETCH(const SelectionMaker, make);
-    const std::unique_ptr<SelectionControl> control(make(u""_s));
+    const std::unique_ptr<SelectionControl> control(make({}));
     control->resize(kSize);
     control->setHoverProgress(1.0);
     // Four corners of radius 8 leave out this much, and one of 7.8 or 8.2 would not.
@@ -93,33 +119,15 @@ void TestSelectionControlPainting::plateCorners()
 void TestSelectionControlPainting::text()
 {
     QFETCH(const SelectionMaker, make);
-    const std::unique_ptr<SelectionControl> control(make(u"████████"_s));
-    control->resize(kSize);
+    const std::unique_ptr<SelectionControl> control(make(u"A label"_s));
+    QFont font = control->font();
+    font.setPixelSize(20);
+    font.setBold(true);
+    control->setFont(font);
     for (bool dark : { false, true }) {
         ThemeManager::instance().setDarkMode(dark);
-        for (double ratio : { 1.0, 2.0 }) {
-            for (double hover : { 0.0, 1.0 }) {
-                control->setHoverProgress(hover);
-                const QImage picture = grabWidget(*control, ratio);
-                QCOMPARE(difference(colourAt(picture, { 45, 20 }), themedColor(u"@INS_TX"_s)),
-                         QString());
-            }
-        }
-    }
-}
-
-void TestSelectionControlPainting::textIsInTheMiddle()
-{
-    QFETCH(const SelectionMaker, make);
-    const std::unique_ptr<SelectionControl> control(make(u"A label"_s));
-    for (int pixels : { 9, 13, 20 }) {
-        QFont font = control->font();
-        font.setPixelSize(pixels);
-        font.setBold(pixels == 20);
-        control->setFont(font);
-        for (int height : { 29, 30, 60 }) {
+        for (int height : { 29, 60 }) {
             control->resize(kSize.width(), height);
-            const QImage picture = grabWidget(*control);
             QImage expected(control->size(), QImage::Format_ARGB32_Premultiplied);
             expected.fill(Qt::transparent);
             QPainter painter(&expected);
@@ -129,7 +137,7 @@ void TestSelectionControlPainting::textIsInTheMiddle()
                              Qt::AlignLeft | Qt::AlignVCenter, u"A label"_s);
             painter.end();
             const QRect besideIndicator(30, 0, kSize.width() - 30, height);
-            QCOMPARE(picture.copy(besideIndicator), expected.copy(besideIndicator));
+            QCOMPARE(grabWidget(*control).copy(besideIndicator), expected.copy(besideIndicator));
         }
     }
 }
@@ -143,6 +151,149 @@ void TestSelectionControlPainting::longTextIsCut()
     const QRectF ink = inkRect(picture.copy(2 * 30, 0, 2 * 170, 2 * 40)).translated(30, 0);
     QCOMPARE(ink.left(), 35.0);
     QCOMPARE(ink.right(), kSize.width() - 9.0);
+}
+
+// A stroke of 1.5 about a box or circle of 16.
+void TestSelectionControlPainting::indicatorIsInTheMiddle()
+{
+    for (int height : { 30, 33, 12 }) { // on a whole pixel, on half of one, and cut
+        const double top = qMax((height - 16) / 2.0 - 0.75, 0.0);
+        const QRectF expected(8.25, top, 17.5, height - 2 * top);
+        QCOMPARE(inkRect(indicator<RadioOption>(0.0, kMagnified, height)), expected);
+        QCOMPARE(inkRect(indicator<ToggleCheckbox>(0.0, kMagnified, height)), expected);
+    }
+}
+
+void TestSelectionControlPainting::indicatorChangesAtOnce_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::addColumn<double>("progress");
+    QTest::addColumn<bool>("chosen");
+    QTest::newRow("at rest") << false << 0.0 << false;
+    QTest::newRow("just not visible") << false << 0.001 << false;
+    QTest::newRow("just visible") << false << 0.0011 << true;
+    QTest::newRow("chosen") << false << 1.0 << true;
+    QTest::newRow("dark") << true << 0.0 << false;
+    QTest::newRow("dark, chosen") << true << 1.0 << true;
+}
+
+void TestSelectionControlPainting::indicatorChangesAtOnce()
+{
+    QFETCH(const bool, dark);
+    QFETCH(const double, progress);
+    QFETCH(const bool, chosen);
+    ThemeManager::instance().setDarkMode(dark);
+    const QColor pen = chosen ? accent() : line();
+    // From one edge of the stroke to the other, then what is inside, away from dot and tick.
+    const QList<QPointF> stroke { { 8.4, 20 }, { 9, 20 }, { 9.6, 20 }, { 17, 27.4 }, { 17, 28.6 } };
+    const QList<QPointF> inside { { 9.9, 20.5 }, { 12, 21 }, { 16, 26 } };
+    const QImage round = indicator<RadioOption>(progress);
+    QCOMPARE(differenceAt(round, stroke, pen), QString());
+    QCOMPARE(differenceAt(round, inside, ground()), QString());
+    const QImage square = indicator<ToggleCheckbox>(progress);
+    QCOMPARE(differenceAt(square, stroke, pen), QString());
+    QCOMPARE(differenceAt(square, inside, chosen ? accent() : ground()), QString());
+}
+
+void TestSelectionControlPainting::ring()
+{
+    const QImage picture = indicator<RadioOption>(0.0);
+    for (double distance : { 7.45, 8.0, 8.55 }) {
+        const double diagonal = distance * M_SQRT1_2;
+        for (const QPointF &way : { QPointF(distance, 0), QPointF(diagonal, diagonal) })
+            QCOMPARE(differenceAt(picture, { kCentre - way, kCentre + way }, line()), QString());
+    }
+}
+
+void TestSelectionControlPainting::dot()
+{
+    for (double progress : { 0.25, 0.5, 1.0 }) {
+        const QImage picture = indicator<RadioOption>(progress);
+        const double radius = 4.0 * progress;
+        QCOMPARE(differenceAt(picture, { kCentre }, accent()), QString());
+        for (const QPointF &way : { QPointF(1, 0), QPointF(-1, 0), QPointF(0, 1), QPointF(0, -1),
+                                    QPointF(M_SQRT1_2, M_SQRT1_2) }) {
+            QCOMPARE(differenceAt(picture, { kCentre + way * (radius - 0.2) }, accent()),
+                     QString());
+            QCOMPARE(differenceAt(picture, { kCentre + way * (radius + 0.2) }, ground()),
+                     QString());
+        }
+    }
+}
+
+void TestSelectionControlPainting::boxCorners()
+{
+    // Radius 4, and so 4.75 at the stroke's outer edge.
+    const QImage picture = indicator<ToggleCheckbox>(0.0);
+    const double outer = 4.0 - 4.75 * M_SQRT1_2;
+    const double inner = 4.0 - 3.25 * M_SQRT1_2;
+    const std::array corners { kBox.topLeft(), kBox.topRight(), kBox.bottomLeft(),
+                               kBox.bottomRight() };
+    for (const QPointF &corner : corners) {
+        const auto inwards = [corner](double way) {
+            return corner
+                + QPointF(corner.x() > kCentre.x() ? -way : way,
+                          corner.y() > kCentre.y() ? -way : way);
+        };
+        QCOMPARE(colourAt(picture, inwards(outer - 0.15)).alpha(), 0);
+        QCOMPARE(differenceAt(picture, { inwards(outer + 0.15), inwards(inner - 0.15) }, line()),
+                 QString());
+        QCOMPARE(differenceAt(picture, { inwards(inner + 0.15) }, ground()), QString());
+    }
+}
+
+void TestSelectionControlPainting::tickRunsThroughItsPoints()
+{
+    const QImage picture = indicator<ToggleCheckbox>(1.0);
+    for (const QPointF &point :
+         { kStart, (kStart + kCorner) / 2, kCorner, (kCorner + kEnd) / 2, kEnd })
+        QCOMPARE(differenceAt(picture, { kBox.topLeft() + point }, Qt::white), QString());
+    // The stroke, half its width beyond the outermost points.
+    const QRectF ink = inkRect(picture, Qt::white).translated(-kBox.topLeft());
+    QVERIFY(std::abs(ink.left() - 3.0) < 0.1);
+    QVERIFY(std::abs(ink.right() - 13.0) < 0.1);
+    QVERIFY(std::abs(ink.top() - 3.8) < 0.1);
+    QVERIFY(std::abs(ink.bottom() - 12.2) < 0.1);
+}
+
+void TestSelectionControlPainting::tickIsTwoWide()
+{
+    const QImage picture = indicator<ToggleCheckbox>(1.0);
+    const QPointF middle = kBox.topLeft() + (kCorner + kEnd) / 2;
+    const QPointF across = QPointF(6.4, 5.3) / std::hypot(6.4, 5.3);
+    for (double side : { -1.0, 1.0 }) {
+        QCOMPARE(differenceAt(picture, { middle + across * 0.85 * side }, Qt::white), QString());
+        QCOMPARE(differenceAt(picture, { middle + across * 1.15 * side }, accent()), QString());
+    }
+}
+
+void TestSelectionControlPainting::tickHasRoundEndsAndCorner()
+{
+    const QImage picture = indicator<ToggleCheckbox>(1.0);
+    const QPointF along = QPointF(5.3, -6.4) / std::hypot(5.3, 6.4);
+    const QPointF across(-along.y(), along.x());
+    const QPointF end = kBox.topLeft() + kEnd;
+    // Straight below the corner a pointed join would reach 1.5, a cut one 0.65.
+    const QPointF corner = kBox.topLeft() + kCorner;
+    QCOMPARE(differenceAt(picture, { end + along * 0.8, corner + QPointF(0, 0.85) }, Qt::white),
+             QString());
+    QCOMPARE(differenceAt(picture, { end + (along + across) * 0.85, corner + QPointF(0, 1.15) },
+                          accent()),
+             QString());
+}
+
+// It is there before the end. At the corner, where the stroke meets itself, it is no denser than
+// elsewhere.
+void TestSelectionControlPainting::tickFadesInEarly()
+{
+    const QList<QPointF> places { kBox.topLeft() + kCorner, kBox.topLeft() + QPointF(9.35, 8) };
+    const QMap<double, double> opacities {
+        { 0.0011, 0.0 }, { 0.5, 0.7 }, { 0.7, 0.98 }, { 0.715, 1.0 }
+    };
+    for (const auto [progress, opacity] : opacities.asKeyValueRange()) {
+        const QImage picture = indicator<ToggleCheckbox>(progress);
+        QCOMPARE(differenceAt(picture, places, blended(Qt::white, opacity, accent())), QString());
+    }
 }
 
 QTEST_MAIN(TestSelectionControlPainting)
