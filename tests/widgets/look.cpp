@@ -89,17 +89,3 @@ QRectF inkRect(const QImage &picture, const QColor &colour)
     const double ratio = picture.devicePixelRatio();
     return { QPointF(ink.topLeft()) / ratio, QSizeF(ink.size()) / ratio };
 }
-
-QPointF centreOfGravity(const QImage &picture)
-{
-    QPointF sum;
-    double weight = 0.0;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            const int alpha = qAlpha(picture.pixel(x, y));
-            sum += alpha * QPointF(x + 0.5, y + 0.5);
-            weight += alpha;
-        }
-    }
-    return sum / weight / picture.devicePixelRatio();
-}

@@ -33,6 +33,3 @@ void expectNoWarningsInLightTheme();
 /// The smallest rectangle, in pixels, around everything of at least half opacity whose colour is
 /// like `colour`, or around everything of at least half opacity if none is given.
 [[nodiscard]] QRectF inkRect(const QImage &picture, const QColor &colour = {});
-
-/// The middle of what is painted, in the widget's pixels; what is faint counts for less.
-[[nodiscard]] QPointF centreOfGravity(const QImage &picture);
