@@ -37,11 +37,6 @@ public:
                               m_brush.color() });
         }
     }
-    void drawPath(const QPainterPath &) override { qFatal("A piece is no rectangle"); }
-    void drawPolygon(const QPointF *, int, PolygonDrawMode) override
-    {
-        qFatal("A piece is no rectangle");
-    }
     void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override
     {
         qFatal("A piece is no rectangle");
