@@ -151,8 +151,6 @@ void TestProgressTrack::sweeps()
     ManualClock clock;
     ProgressTrack track;
     track.show();
-    clock.pass(kSweep / 2);
-    QCOMPARE(track.indeterminatePhase(), 0.0);
     track.setIndeterminate(true);
     QVERIFY(track.isIndeterminate());
     // Round after round, each from left to right in even steps.
