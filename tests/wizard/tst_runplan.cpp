@@ -1,8 +1,54 @@
-#include "wizard/runplan.h"
+// The ways through the pages, what a run is made of, and the run that is only shown.
 
+#include "pages/timerwatch.h"
+#include "wizard/pageflow.h"
+#include "wizard/runplan.h"
+#include "wizard/simulatedrun.h"
+
+#include <QSet>
+#include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
+
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kTick = 70; // ms
+constexpr RunMode kModes[] = { RunMode::Install, RunMode::Update, RunMode::Uninstall };
+
+/// The pages from the first one of `mode` to the one whose button starts the run.
+QList<PageId> wayToTheRun(RunMode mode)
+{
+    QList<PageId> way { firstPage(mode) };
+    while (pageStop(way.last()).right.command == Command::ShowPage && way.size() < kPageCount)
+        way.append(pageStop(way.last()).right.target);
+    return way;
+}
+
+/// A simulation of which every tick is made by the test.
+struct Simulation
+{
+    bool start(double step)
+    {
+        run.start(step);
+        const bool ticks =
+            QTest::qWaitFor([&] { return watch.repeating(kTick) != nullptr; }, 10'000);
+        timer = watch.repeating(kTick);
+        return ticks;
+    }
+
+    TimerWatch watch;
+    SimulatedRun run;
+    QSignalSpy progress { &run, &SimulatedRun::progress };
+    QSignalSpy files { &run, &SimulatedRun::currentFile };
+    QSignalSpy finished { &run, &SimulatedRun::finished };
+    QTimer *timer = nullptr;
+};
+
+} // namespace
 
 class TestRunPlan : public QObject
 {
@@ -10,64 +56,141 @@ class TestRunPlan : public QObject
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void plans_data();
-    void plans();
-    void steps_data();
-    void steps();
+    void waysLeadToTheRunAndBack();
+    void everyPageIsReached();
+    void buttonsAtTheEnds();
+    void onlyRemovalIsDangerous();
+    void onlyRemovalRemovesUserData();
+    void ticksUntilTheEnd_data();
+    void ticksUntilTheEnd();
+    void filesAreNamedInTurn();
+    void simulationStartsOver();
 };
 
-void TestRunPlan::plans_data()
+void TestRunPlan::waysLeadToTheRunAndBack()
 {
-    QTest::addColumn<RunMode>("mode");
-    QTest::addColumn<PageId>("progressPage");
-    QTest::addColumn<PageId>("finishPage");
-    QTest::addColumn<bool>("fillsMark");
-    QTest::addColumn<double>("simulationStep");
-    QTest::newRow("install") << RunMode::Install << PageId::Installing << PageId::Finished << true
-                             << 2.2;
-    QTest::newRow("update") << RunMode::Update << PageId::Updating << PageId::UpdateFinished << true
-                            << 2.4;
-    QTest::newRow("uninstall") << RunMode::Uninstall << PageId::Uninstalling
-                               << PageId::UninstallComplete << false << 2.4;
+    for (RunMode mode : kModes) {
+        const QList<PageId> way = wayToTheRun(mode);
+        QCOMPARE(pageStop(way.last()).right.command, Command::StartRun);
+        for (qsizetype i = 1; i < way.size(); ++i) {
+            QCOMPARE(pageStop(way[i]).left.command, Command::ShowPage);
+            QCOMPARE(pageStop(way[i]).left.target, way[i - 1]);
+        }
+    }
 }
 
-void TestRunPlan::plans()
+// On one way only; a page has a footer of its own unless a run is shown on it.
+void TestRunPlan::everyPageIsReached()
 {
-    QFETCH(RunMode, mode);
-    const RunPlan &plan = runPlan(mode);
-    QTEST(plan.progressPage, "progressPage");
-    QTEST(plan.finishPage, "finishPage");
-    QTEST(plan.fillsMark, "fillsMark");
-    QTEST(plan.simulationStep, "simulationStep");
+    QList<PageId> pages;
+    for (RunMode mode : kModes)
+        pages << wayToTheRun(mode) << runPlan(mode).progressPage << runPlan(mode).finishPage;
+    QCOMPARE(pages.size(), kPageCount);
+    QCOMPARE(QSet<PageId>(pages.begin(), pages.end()).size(), kPageCount);
+    QCOMPARE(pageStops().size(), size_t(kPageCount) - std::size(kModes));
 }
 
-void TestRunPlan::steps_data()
+// The first page and the last one can be closed; what was removed cannot be opened.
+void TestRunPlan::buttonsAtTheEnds()
 {
-    QTest::addColumn<RunMode>("mode");
-    QTest::addColumn<bool>("removesUserData");
-    QTest::addColumn<QStringList>("steps");
-    const QStringList install { u"Extracting application files"_s, u"Installing WebView2 Runtime"_s,
-                                u"Registering .sch and .pcb file types"_s,
-                                u"Creating shortcuts"_s };
-    const QStringList update { u"Backing up your settings"_s, u"Replacing application files"_s,
-                               u"Migrating configuration"_s, u"Restarting services"_s };
-    const QStringList uninstall { u"Stopping Varnel Schematics"_s, u"Removing application files"_s,
-                                  u"Removing shortcuts"_s, u"Unregistering file types"_s };
-    QTest::newRow("install") << RunMode::Install << false << install;
-    QTest::newRow("install removes nothing") << RunMode::Install << true << install;
-    QTest::newRow("update") << RunMode::Update << false << update;
-    QTest::newRow("update removes nothing") << RunMode::Update << true << update;
-    QTest::newRow("uninstall") << RunMode::Uninstall << false << uninstall;
-    QTest::newRow("uninstall with the user's data")
-        << RunMode::Uninstall << true << uninstall + QStringList { u"Removing user data"_s };
+    for (RunMode mode : kModes) {
+        const PageStop &end = pageStop(runPlan(mode).finishPage);
+        QCOMPARE(pageStop(firstPage(mode)).left.command, Command::Close);
+        QCOMPARE(end.left.command, Command::Close);
+        QCOMPARE(end.right.text != nullptr, mode != RunMode::Uninstall);
+        if (end.right.text)
+            QCOMPARE(end.right.command, Command::OpenAndClose);
+    }
 }
 
-void TestRunPlan::steps()
+void TestRunPlan::onlyRemovalIsDangerous()
 {
-    QFETCH(RunMode, mode);
-    QFETCH(bool, removesUserData);
-    QTEST(runSteps(mode, removesUserData), "steps");
+    for (const PageStop &stop : pageStops()) {
+        QVERIFY(!stop.left.primary && !stop.left.danger);
+        QCOMPARE(stop.right.primary, stop.right.text != nullptr);
+        QCOMPARE(stop.right.danger, stop.page == wayToTheRun(RunMode::Uninstall).last());
+    }
+    for (RunMode mode : kModes)
+        QCOMPARE(runPlan(mode).fillsMark, mode != RunMode::Uninstall);
 }
 
-QTEST_APPLESS_MAIN(TestRunPlan)
+void TestRunPlan::onlyRemovalRemovesUserData()
+{
+    for (RunMode mode : kModes) {
+        QStringList steps = runSteps(mode, false);
+        QCOMPARE(steps.size(), 4);
+        if (mode == RunMode::Uninstall)
+            steps.append(u"Removing user data"_s);
+        QCOMPARE(runSteps(mode, true), steps);
+    }
+}
+
+void TestRunPlan::ticksUntilTheEnd_data()
+{
+    QTest::addColumn<double>("step");
+    QTest::addColumn<int>("ticks");
+    QTest::newRow("install") << runPlan(RunMode::Install).simulationStep << 46;
+    QTest::newRow("update") << runPlan(RunMode::Update).simulationStep << 42;
+    QTest::newRow("uninstall") << runPlan(RunMode::Uninstall).simulationStep << 42;
+    QTest::newRow("even steps") << 25.0 << 4;
+    QTest::newRow("beyond the end at once") << 250.0 << 1;
+}
+
+void TestRunPlan::ticksUntilTheEnd()
+{
+    QFETCH(double, step);
+    QFETCH(int, ticks);
+    Simulation simulation;
+    qsizetype ticksAtTheEnd = 0;
+    connect(&simulation.run, &SimulatedRun::finished, this,
+            [&] { ticksAtTheEnd = simulation.progress.size(); });
+    QVERIFY(simulation.start(step));
+    TimerWatch::fire(simulation.timer, 1000);
+
+    QCOMPARE(simulation.progress.size(), ticks);
+    for (int i = 0; i < ticks; ++i) {
+        const double expected = std::min((i + 1) * step, 100.0) / 100.0;
+        QVERIFY(std::abs(simulation.progress[i].first().toDouble() - expected) < 1e-9);
+    }
+    QCOMPARE(simulation.progress.last().first().toDouble(), 1.0);
+    QCOMPARE(simulation.finished.size(), 1);
+    QCOMPARE(ticksAtTheEnd, ticks);
+    QVERIFY(!simulation.run.isRunning());
+}
+
+void TestRunPlan::filesAreNamedInTurn()
+{
+    constexpr int kTicks = 20'000;
+    constexpr int kFiles = 9;
+    Simulation simulation;
+    QVERIFY(simulation.start(100.0 / kTicks / 2));
+    TimerWatch::fire(simulation.timer, kTicks);
+    // 0.22 per tick, within six standard deviations.
+    const double expected = 0.22 * kTicks;
+    QVERIFY(std::abs(double(simulation.files.size()) - expected) < 6 * std::sqrt(expected * 0.78));
+
+    QSet<QString> names;
+    for (qsizetype i = 0; i < simulation.files.size(); ++i) {
+        const QString name = simulation.files[i].first().toString();
+        QVERIFY2(name.startsWith(uR"(C:\Program Files\Varnel Schematics\)"), qPrintable(name));
+        QCOMPARE(name, simulation.files[i % kFiles].first().toString());
+        names.insert(name);
+    }
+    QCOMPARE(names.size(), kFiles);
+}
+
+void TestRunPlan::simulationStartsOver()
+{
+    Simulation simulation;
+    QVERIFY(simulation.start(2.4));
+    TimerWatch::fire(simulation.timer, 10);
+    simulation.run.stop();
+    QVERIFY(!simulation.timer->isActive() && !simulation.run.isRunning());
+    simulation.progress.clear();
+    simulation.run.start(2.4);
+    TimerWatch::fire(simulation.timer, 1);
+    QCOMPARE(simulation.progress.first().first().toDouble(), 0.024);
+}
+
+QTEST_GUILESS_MAIN(TestRunPlan)
 #include "tst_runplan.moc"
