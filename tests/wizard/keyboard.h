@@ -1,7 +1,7 @@
 #pragma once
 
 #include "wizard/installertitlebar.h"
-#include "wizard/wizarddriver.h"
+#include "wizard/olddriver.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -10,7 +10,7 @@
 #include "wizard/installerpane.h"
 #include "wizard/installerrail.h"
 #include "wizard/installertitlebar.h"
-#include "wizard/wizarddriver.h"
+#include "wizard/olddriver.h"
 
 #include <QGraphicsEffect>
 #include <QPointer>

@@ -8,7 +8,7 @@
 #include "theme/thememanager.h"
 #include "wizard/installertitlebar.h"
 #include "wizard/installingpage.h"
-#include "wizard/wizarddriver.h"
+#include "wizard/olddriver.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -16,7 +16,7 @@
 #include "widgets/progresstrack.h"
 #include "widgets/sealcheck.h"
 #include "wizard/installerpane.h"
-#include "wizard/wizarddriver.h"
+#include "wizard/olddriver.h"
 
 #include <QDir>
 #include <QEvent>

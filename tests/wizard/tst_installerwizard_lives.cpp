@@ -1,53 +1,39 @@
-#include "app/applicationfonts.h"
-#include "pages/finishedpage.h"
-#include "pages/strictwarnings.h"
-#include "pages/uninstallcompletepage.h"
 #include "support/footprint.h"
 #include "support/timercounter.h"
 #include "system/installation.h"
-#include "wizard/wizarddriver.h"
-
-#include <QApplication>
-#include <QTimer>
+#include "wizard/wizardtest.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 // A window that installs and then removes, 200 times in one process, and every time a new one.
-class TestInstallerWizardLives : public QObject
+class TestInstallerWizardLives : public WizardTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { registerApplicationFonts(); }
-    void init() { failOnWarnings(); }
-    void nothingIsLeftOfThem();
+    void livesLeaveNothingBehind();
 };
 
 namespace {
 
 constexpr int kLives = 200;
 constexpr int kWarmUp = 40; ///< lives after which everything is there that is made only once
-constexpr int kFinishDelay = 500; ///< ms from a run's end to the page that says so
 constexpr int kMostGrowth = 4; ///< kB per life; a window takes hundreds of times as much
 
 /// Waits for the page that ends a run, but not through the delay before it.
-template <typename Page>
-bool runsToItsEnd(WizardDriver &driver)
+bool runsToItsEnd(const WizardDriver &driver, const char *finishPage)
 {
     return QTest::qWaitFor(
-        [&driver] {
-            for (QTimer *timer : driver.wizard.findChildren<QTimer *>()) {
-                if (timer->isSingleShot() && timer->interval() == kFinishDelay)
-                    TimerWatch::fire(timer, 1);
-            }
-            return driver.shows<Page>();
+        [&] {
+            TimerWatch::fire(driver.finishDelay(), 1);
+            return driver.shows(finishPage);
         },
         kPatience);
 }
 
 } // namespace
 
-void TestInstallerWizardLives::nothingIsLeftOfThem()
+void TestInstallerWizardLives::livesLeaveNothingBehind()
 {
     qputenv("VARNEL_REDUCED_MOTION", "1");
     qint64 memory = 0;
@@ -59,15 +45,12 @@ void TestInstallerWizardLives::nothingIsLeftOfThem()
         }
         WizardDriver driver;
         driver.sandbox.setScenario("files = 2");
-        driver.show(RunMode::Install);
-        QVERIFY(driver.goToReadyPage());
-        QVERIFY(driver.press(u"Install"_s));
-        QVERIFY(runsToItsEnd<FinishedPage>(driver));
+        QVERIFY(driver.startRun(RunMode::Install));
+        QVERIFY(runsToItsEnd(driver, "FinishedPage"));
         driver.sandbox.adoptRegistry();
         QVERIFY(!installedVersion().isEmpty());
-        driver.show(RunMode::Uninstall);
-        QVERIFY(driver.press(u"Uninstall"_s));
-        QVERIFY(runsToItsEnd<UninstallCompletePage>(driver));
+        QVERIFY(driver.startRun(RunMode::Uninstall));
+        QVERIFY(runsToItsEnd(driver, "UninstallCompletePage"));
         driver.sandbox.adoptRegistry();
         QVERIFY(installedVersion().isEmpty());
         driver.engine.stop();

@@ -14,7 +14,7 @@
 #include "wizard/installerfooterbar.h"
 #include "wizard/installerpane.h"
 #include "wizard/updatingpage.h"
-#include "wizard/wizarddriver.h"
+#include "wizard/olddriver.h"
 
 #include <QDir>
 #include <QGraphicsOpacityEffect>

@@ -6,7 +6,7 @@
 #include "theme/thememanager.h"
 #include "widgets/progresstrack.h"
 #include "widgets/radiooption.h"
-#include "wizard/wizarddriver.h"
+#include "wizard/olddriver.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>

@@ -1,17 +1,13 @@
-#include "app/applicationfonts.h"
 #include "pages/checkrow.h"
-#include "pages/strictwarnings.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "wizard/installerfooterbar.h"
 #include "wizard/installerrail.h"
 #include "wizard/installertitlebar.h"
 #include "wizard/windowshape.h"
-#include "wizard/wizarddriver.h"
+#include "wizard/wizardtest.h"
 
-#include <QMouseEvent>
 #include <QScreen>
-#include <QWindow>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -42,43 +38,25 @@ QPoint holeIn(const QImage &picture)
     return { -1, -1 };
 }
 
-/// The middle of a screen, for the upper left corner of the window.
-QPoint middleOf(const QScreen *screen)
-{
-    const QSize room = screen->geometry().size() - kWindowSize;
-    return screen->geometry().topLeft() + QPoint(room.width() / 2, room.height() / 2);
-}
-
 } // namespace
 
 /// The window on a row of screens, each of another scale. They are described in screens.json.
-class TestInstallerWizardScreens : public QObject
+class TestInstallerWizardScreens : public WizardTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanupTestCase() { qunsetenv("VARNEL_REDUCED_MOTION"); }
+    void screensHaveTheirRatios();
     void linesTouchTheirEdges_data();
     void linesTouchTheirEdges();
-    void dragToAnotherScreen();
 };
 
-void TestInstallerWizardScreens::initTestCase()
+void TestInstallerWizardScreens::screensHaveTheirRatios()
 {
-    registerApplicationFonts();
-    qputenv("VARNEL_REDUCED_MOTION", "1"); // all of a page is there at once
     QList<double> ratios;
     for (const QScreen *screen : QGuiApplication::screens())
         ratios.append(screen->devicePixelRatio());
     QCOMPARE(ratios, QList<double>(std::begin(kScreenRatios), std::end(kScreenRatios)));
-}
-
-void TestInstallerWizardScreens::init()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
 }
 
 void TestInstallerWizardScreens::linesTouchTheirEdges_data()
@@ -93,13 +71,12 @@ void TestInstallerWizardScreens::linesTouchTheirEdges_data()
 void TestInstallerWizardScreens::linesTouchTheirEdges()
 {
     QFETCH(QScreen *, screen);
+    qputenv("VARNEL_REDUCED_MOTION", "1"); // all of a page is there at once
     WizardDriver driver { QString() };
-    driver.wizard.move(middleOf(screen));
+    driver.wizard.move(screen->geometry().center() - driver.wizard.rect().center());
     driver.show(RunMode::Install);
-    QVERIFY(driver.press(u"Next"_s));
-    QVERIFY(driver.click(u"I accept the license agreement"_s));
-    QVERIFY(driver.press(u"Next"_s));
-    QVERIFY(driver.shows<SystemCheckPage>());
+    QVERIFY(driver.press(u"Next"_s) && driver.click(kAccept) && driver.press(u"Next"_s));
+    QVERIFY(driver.shows("SystemCheckPage"));
     const auto rows = driver.wizard.findChildren<SystemCheckPage::CheckRow *>();
     QTRY_VERIFY(!rows.isEmpty() && rows.last()->reveal() == 1.0);
 
@@ -115,36 +92,6 @@ void TestInstallerWizardScreens::linesTouchTheirEdges()
         QVERIFY(hasHairline(partOf(picture, rail), Qt::RightEdge, line));
         for (const auto *row : rows)
             QVERIFY(hasHairline(partOf(picture, row), Qt::BottomEdge, line));
-    }
-}
-
-// From screen to screen and all the way back, by a platform that cannot move windows itself.
-void TestInstallerWizardScreens::dragToAnotherScreen()
-{
-    WizardDriver driver { QString() };
-    QList<QScreen *> way = QGuiApplication::screens();
-    driver.wizard.move(middleOf(way.first()));
-    driver.show(RunMode::Install);
-    const QPoint grip(300, 18);
-    const auto send = [&](QEvent::Type type, const QPoint &window, Qt::MouseButton button,
-                          Qt::MouseButtons buttons) {
-        QMouseEvent event(type, grip, window + grip, button, buttons, Qt::NoModifier);
-        QCoreApplication::sendEvent(driver.titleBar, &event);
-        QCoreApplication::processEvents();
-    };
-    way.append(way.first());
-    for (const QScreen *screen : way) {
-        const QPoint from = driver.wizard.pos();
-        const QPoint to = middleOf(screen);
-        send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
-        for (const QPoint &place : { from + QPoint(2, 1), (from + to) / 2, to - QPoint(9, 5), to })
-            send(QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton);
-        send(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
-        QCOMPARE(driver.wizard.screen(), screen);
-        QCOMPARE(driver.wizard.devicePixelRatio(), screen->devicePixelRatio());
-        QCOMPARE(driver.wizard.pos(), to);
-        QCOMPARE(driver.wizard.size(), kWindowSize);
-        QCOMPARE(driver.wizard.windowHandle()->size(), kWindowSize);
     }
 }
 

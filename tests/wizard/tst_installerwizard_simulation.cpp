@@ -12,7 +12,7 @@
 #include "wizard/installingpage.h"
 #include "wizard/uninstallingpage.h"
 #include "wizard/updatingpage.h"
-#include "wizard/wizarddriver.h"
+#include "wizard/olddriver.h"
 
 #include <QDir>
 #include <QElapsedTimer>

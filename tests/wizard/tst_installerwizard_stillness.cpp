@@ -15,7 +15,7 @@
 #include "wizard/installerpane.h"
 #include "wizard/steplist.h"
 #include "wizard/steprow.h"
-#include "wizard/wizarddriver.h"
+#include "wizard/olddriver.h"
 
 #include <QEvent>
 #include <QGraphicsEffect>

@@ -1,19 +1,58 @@
 #include "wizard/wizarddriver.h"
 
-#include "pages/destinationpage.h"
-#include "pages/layoutoutline.h"
 #include "widgets/animatedmark.h"
 #include "widgets/progresstrack.h"
 #include "widgets/selectioncontrol.h"
 #include "wizard/installerfooterbar.h"
 #include "wizard/installerpane.h"
 #include "wizard/installertitlebar.h"
+#include "wizard/keyguard.h"
 #include "wizard/steplist.h"
 #include "wizard/steprow.h"
 
+#include <QApplication>
+#include <QGraphicsEffect>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// Each text of a progress page has a size of its own.
+QLabel *labelOfSize(const QWidget *page, int pixels)
+{
+    for (QLabel *label : page->findChildren<QLabel *>()) {
+        if (label->font().pixelSize() == pixels)
+            return label;
+    }
+    qFatal("No text of %d pixels on %s", pixels, page->metaObject()->className());
+}
+
+} // namespace
+
+ProgressParts::ProgressParts(const QWidget *page)
+    : steps(page->findChild<StepList *>()),
+      file(labelOfSize(page, 10)),
+      percent(labelOfSize(page, 17)),
+      track(page->findChild<ProgressTrack *>()),
+      caption(labelOfSize(page, 11))
+{}
+
+QStringList ProgressParts::stepTexts() const
+{
+    QStringList texts;
+    for (const StepList::StepRow *row : steps->rows())
+        texts.append(row->text());
+    return texts;
+}
+
+int ProgressParts::shownSteps() const
+{
+    int count = 0;
+    for (const StepList::StepRow *row : steps->rows())
+        count += row->isRevealed() ? 1 : 0;
+    return count;
+}
 
 WizardDriver::WizardDriver(const QString &setupExecutable)
     : titleBar(wizard.findChild<InstallerTitleBar *>()),
@@ -36,13 +75,29 @@ void WizardDriver::show(RunMode mode)
         qFatal("The event loop stands still");
 }
 
-QPushButton *WizardDriver::button(const QString &text) const
+bool WizardDriver::open(RunMode mode)
 {
-    for (QPushButton *button : footer->buttons()) {
-        if (button->text() == text)
-            return button;
+    show(mode);
+    return QTest::qWaitForWindowActive(&wizard);
+}
+
+bool WizardDriver::startRun(RunMode mode)
+{
+    show(mode);
+    return pressOnToTheRun(mode);
+}
+
+bool WizardDriver::pressOnToTheRun(RunMode mode)
+{
+    switch (mode) {
+    case RunMode::Install:
+        return goToReadyPage() && press(u"Install"_s);
+    case RunMode::Update:
+        return pressAll({ u"Update Now"_s, u"Update"_s });
+    case RunMode::Uninstall:
+        return press(u"Uninstall"_s);
     }
-    return nullptr;
+    return false;
 }
 
 bool WizardDriver::press(const QString &text)
@@ -66,14 +121,10 @@ bool WizardDriver::pressAll(const QStringList &texts)
     return true;
 }
 
-bool WizardDriver::goToReadyPage(const QString &folder)
+bool WizardDriver::goToReadyPage()
 {
-    if (!press(u"Next"_s) || !click(u"I accept the license agreement"_s)
-        || !pressAll({ u"Next"_s, u"Next"_s }))
-        return false;
-    if (!folder.isEmpty())
-        find<DestinationPage>()->setPath(folder);
-    return pressAll({ u"Next"_s, u"Next"_s });
+    return press(u"Next"_s) && click(kAccept)
+        && pressAll({ u"Next"_s, u"Next"_s, u"Next"_s, u"Next"_s });
 }
 
 bool WizardDriver::click(const QString &text)
@@ -92,6 +143,16 @@ QWidget *WizardDriver::currentPage() const
     return pane->currentPage();
 }
 
+bool WizardDriver::shows(QByteArrayView page) const
+{
+    return currentPage() && currentPage()->metaObject()->className() == page;
+}
+
+bool WizardDriver::comesTo(QByteArrayView page) const
+{
+    return QTest::qWaitFor([&] { return shows(page); }, kPatience);
+}
+
 QString WizardDriver::status() const
 {
     return footer->statusText();
@@ -107,71 +168,95 @@ QStringList WizardDriver::buttons() const
     return texts;
 }
 
-bool WizardDriver::hasEntered(QByteArrayView page, const QString &statusText,
-                              const QStringList &buttonTexts) const
+QPushButton *WizardDriver::button(const QString &text) const
 {
-    const QByteArrayView shown = currentPage()->metaObject()->className();
-    if (shown == page && status() == statusText && buttons() == buttonTexts)
-        return true;
-    qInfo() << shown << status() << buttons();
-    return false;
+    for (QPushButton *button : footer->buttons()) {
+        if (button->text() == text)
+            return button;
+    }
+    return nullptr;
 }
 
-namespace {
-
-/// The widget that many places before the end of the page.
-template <typename T>
-T *fromEnd(const QWidget *page, qsizetype place)
+QPushButton *WizardDriver::closeButton() const
 {
-    const QList<QWidget *> widgets = layoutWidgets(page->layout());
-    return qobject_cast<T *>(widgets[widgets.size() - place]);
+    return titleBar->findChild<QPushButton *>(u"insCloseBtn"_s);
 }
 
-} // namespace
-
-QLabel *WizardDriver::caption() const
+QPushButton *WizardDriver::minimizeButton() const
 {
-    return fromEnd<QLabel>(currentPage(), 1);
+    for (QPushButton *button : titleBar->findChildren<QPushButton *>()) {
+        if (button->accessibleName() == "Minimize"_L1)
+            return button;
+    }
+    qFatal("No button minimizes");
 }
 
-ProgressTrack *WizardDriver::track() const
+void WizardDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
-    return fromEnd<ProgressTrack>(currentPage(), 2);
+    settle();
+    QTest::keyClick(wizard.windowHandle(), key, modifiers);
+    settle();
 }
 
-QString WizardDriver::percent() const
+void WizardDriver::lastKey(Qt::Key key)
 {
-    return fromEnd<QLabel>(currentPage(), 3)->text();
+    settle();
+    QTest::keyClick(wizard.windowHandle(), key);
 }
 
-QString WizardDriver::file() const
+QString WizardDriver::focus()
 {
-    return fromEnd<QLabel>(currentPage(), 4)->text();
+    settle();
+    const QWidget *widget = QApplication::focusWidget();
+    if (!widget)
+        return {};
+    const auto *control = qobject_cast<const QAbstractButton *>(widget);
+    return control ? control->text() : QString::fromLatin1(widget->metaObject()->className());
 }
 
-QStringList WizardDriver::steps() const
+QStringList WizardDriver::tabOrder()
 {
-    QStringList texts;
-    for (const StepList::StepRow *row : fromEnd<StepList>(currentPage(), 5)->rows())
-        texts.append(row->text());
-    return texts;
+    // The page before this one takes its time to go.
+    if (!QTest::qWaitFor([this] { return !currentPage()->graphicsEffect(); }, kPatience))
+        return {};
+    minimizeButton()->setFocus(Qt::TabFocusReason);
+    const QString first = focus();
+    QStringList stops;
+    do {
+        stops.append(focus());
+        key(Qt::Key_Tab);
+    } while (focus() != first && stops.size() < 20);
+    return stops;
 }
 
-int WizardDriver::shownSteps() const
+void WizardDriver::settle()
 {
-    int count = 0;
-    for (const StepList::StepRow *row : fromEnd<StepList>(currentPage(), 5)->rows())
-        count += row->isRevealed() ? 1 : 0;
-    return count;
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
 }
 
-bool WizardDriver::finishSimulation()
+QTimer *WizardDriver::finishDelay() const
+{
+    for (QTimer *timer : wizard.findChildren<QTimer *>()) {
+        if (timer->isSingleShot() && timer->interval() == kFinishDelay
+            && !qobject_cast<KeyGuard *>(timer->parent()))
+            return timer;
+    }
+    qFatal("Nothing delays the finish page");
+}
+
+QTimer *WizardDriver::simulationTimer() const
 {
     constexpr int kTick = 70; // ms
-    if (!QTest::qWaitFor([&] { return watch.repeating(kTick) != nullptr; }, kPatience))
-        return false;
-    QTimer *timer = watch.repeating(kTick);
-    if (!timer->isActive())
+    return QTest::qWaitFor([&] { return watch.repeating(kTick) != nullptr; }, kPatience)
+        ? watch.repeating(kTick)
+        : nullptr;
+}
+
+bool WizardDriver::finishSimulation() const
+{
+    QTimer *timer = simulationTimer();
+    if (!timer || !timer->isActive())
         return false;
     TimerWatch::fire(timer, 100);
     return !timer->isActive();

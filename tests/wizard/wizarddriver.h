@@ -16,13 +16,42 @@ class InstallerFooterBar;
 class InstallerPane;
 class InstallerTitleBar;
 class ProgressTrack;
-class SelectionControl;
+class StepList;
 
 /// Generous: a busy machine may take its time.
 inline constexpr int kPatience = 20'000; // ms
 
-/// The window in a world of its own, with the real engine that runs the stand-in engine program,
-/// and the hands of a user.
+/// From the end of a run to its finish page.
+inline constexpr int kFinishDelay = 500; // ms
+
+inline const QString kAccept = QStringLiteral("I accept the license agreement");
+inline const QString kDecline = QStringLiteral("I do not accept the agreement");
+inline const QString kShortcut = QStringLiteral("Create a desktop shortcut");
+inline const QString kDeletePreferences =
+    QStringLiteral("Also delete my preferences and cached data");
+inline const QString kOpen = QStringLiteral("Open Varnel Schematics");
+
+/// The application's settings, in a sandbox.
+inline const QString kPreferences =
+    QStringLiteral("appdata/Varnel Schematics/Varnel Schematics/settings.ini");
+
+/// What is on a progress page.
+struct ProgressParts
+{
+    explicit ProgressParts(const QWidget *page);
+
+    [[nodiscard]] QStringList stepTexts() const;
+    [[nodiscard]] int shownSteps() const;
+
+    StepList *steps;
+    QLabel *file;
+    QLabel *percent;
+    ProgressTrack *track;
+    QLabel *caption;
+};
+
+/// The window in a sandbox, with the real engine running the stand-in engine program; driven as a
+/// user would.
 class WizardDriver
 {
 public:
@@ -31,6 +60,12 @@ public:
 
     /// Enters the first page of `mode`, shows the window and waits until it is settled.
     void show(RunMode mode);
+    /// Like show(), and waits until the window has the focus.
+    [[nodiscard]] bool open(RunMode mode);
+    /// Like show(), and presses on until the run has just been started.
+    [[nodiscard]] bool startRun(RunMode mode);
+    /// Presses on from the first page of `mode`, which is shown.
+    [[nodiscard]] bool pressOnToTheRun(RunMode mode);
 
     /// Clicks the footer's button of that text; false if there is none or it is disabled.
     bool press(const QString &text);
@@ -47,34 +82,41 @@ public:
     {
         return wizard.findChild<T *>();
     }
-    template <typename Page>
-    [[nodiscard]] bool shows() const
-    {
-        return qobject_cast<const Page *>(currentPage()) != nullptr;
-    }
     [[nodiscard]] QWidget *currentPage() const;
+    /// Whether the page of that class is shown.
+    [[nodiscard]] bool shows(QByteArrayView page) const;
+    /// Waits for the page of that class.
+    [[nodiscard]] bool comesTo(QByteArrayView page) const;
+    [[nodiscard]] ProgressParts progress() const { return ProgressParts(currentPage()); }
 
     [[nodiscard]] QString status() const;
-    /// The footer's buttons from left to right: "Back", "Next primary", "Cancel ghost disabled"…
+    /// The footer's buttons from left to right: "Next primary", "Cancel ghost disabled"…
     [[nodiscard]] QStringList buttons() const;
     [[nodiscard]] QPushButton *button(const QString &text) const;
-    /// True if that page is shown with that footer; tells what is shown instead otherwise.
-    [[nodiscard]] bool hasEntered(QByteArrayView page, const QString &statusText,
-                                  const QStringList &buttonTexts) const;
+    [[nodiscard]] QPushButton *closeButton() const; ///< of the title bar
+    [[nodiscard]] QPushButton *minimizeButton() const;
 
-    // What the progress page on screen shows.
-    [[nodiscard]] QLabel *caption() const;
-    [[nodiscard]] QString file() const;
-    [[nodiscard]] QString percent() const;
-    [[nodiscard]] ProgressTrack *track() const;
-    [[nodiscard]] QStringList steps() const;
-    [[nodiscard]] int shownSteps() const;
+    /// Presses a key where the focus is, as a keyboard does.
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// The key that ends the program. Nothing may be looked at afterwards: on Windows, an event
+    /// loop that runs inside the one that is to end makes the latter forget about it.
+    void lastKey(Qt::Key key);
+    /// Text of what has the focus: a button's, or a class name.
+    [[nodiscard]] static QString focus();
+    /// What the Tab key walks over, from the title bar's first button on, once around.
+    [[nodiscard]] QStringList tabOrder();
+    /// New buttons show up, and take the focus, with the next turn of the event loop.
+    static void settle();
 
+    /// The timer between the end of a run and its finish page.
+    [[nodiscard]] QTimer *finishDelay() const;
+    /// The timer of a simulated run, once it has ticked.
+    [[nodiscard]] QTimer *simulationTimer() const;
     /// Lets a simulated run tick to its end right now; false if there is none.
-    bool finishSimulation();
+    [[nodiscard]] bool finishSimulation() const;
 
-    /// Runs the event loop, and `action` in it, until somebody ends it; its exit code, or -1 if
-    /// nobody did. `patience` in milliseconds.
+    /// Runs the event loop, and `action` in it, until something ends it; its exit code, or -1 if
+    /// nothing did. `patience` in milliseconds.
     static int runUntilQuit(const std::function<void()> &action, int patience = kPatience);
 
     Sandbox sandbox;
