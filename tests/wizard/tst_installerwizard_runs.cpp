@@ -1,25 +1,16 @@
-#include "app/applicationfonts.h"
-#include "pages/confirmuninstallpage.h"
+// Runs that succeed, with the real engine and as simulations.
+
 #include "pages/destinationpage.h"
-#include "pages/finishedpage.h"
-#include "pages/folderchooser.h"
 #include "pages/pagetext.h"
-#include "pages/strictwarnings.h"
-#include "pages/uninstallcompletepage.h"
-#include "pages/updatefinishedpage.h"
-#include "pages/welcomepage.h"
 #include "system/installation.h"
-#include "theme/thememanager.h"
 #include "widgets/animatedmark.h"
 #include "widgets/progresstrack.h"
-#include "wizard/installingpage.h"
-#include "wizard/uninstallingpage.h"
-#include "wizard/updatingpage.h"
-#include "wizard/olddriver.h"
+#include "wizard/wizardtest.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QSignalSpy>
+#include <QTimer>
 
 #include <cmath>
 
@@ -27,10 +18,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int kFinishDelay = 500; // ms
-const QString kPreferences = u"appdata/Varnel Schematics/Varnel Schematics/settings.ini"_s;
-const QString kDeletePreferences = u"Also delete my preferences and cached data"_s;
 const QString kFinishing = u"Finishing up…"_s;
+constexpr char kWaiting[] = "stall = forever\nstage = before-status\n";
 
 /// Installs a copy into the driver's world, as it would be found by a later start of the wizard.
 QString installCopy(WizardDriver &driver)
@@ -46,226 +35,115 @@ QString installCopy(WizardDriver &driver)
 
 } // namespace
 
-class TestInstallerWizardRuns : public QObject
+class TestInstallerWizardRuns : public WizardTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { registerApplicationFonts(); }
-    void init();
-    void chosenFolderGoesAllTheWay();
-    void install_data();
+    void runIsShown_data();
+    void runIsShown();
     void install();
-    void startOfARun();
-    void figuresOfARun_data();
-    void figuresOfARun();
-    void halfWay();
-    void barSweepsUntilTheFirstFigure();
-    void lastLook();
     void update();
     void uninstall_data();
     void uninstall();
-    void preferencesGoOnlyAfterTheEnd();
     void givenUninstallerGoesFirst();
-    void uninstallerIsFoundInTheRegistry();
-    void abandonedRunIsSilent();
-    void secondRunReplacesTheFirst();
+    void abandonedRunIsIgnored();
+    void simulation_data() { addModes(); }
+    void simulation();
+    void simulationTouchesNothing();
+    void simulatesWithoutAnEngine_data();
+    void simulatesWithoutAnEngine();
+    void simulationEndsWithItsPage();
 };
 
-void TestInstallerWizardRuns::init()
+void TestInstallerWizardRuns::runIsShown_data()
 {
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
+    QTest::addColumn<RunMode>("mode");
+    QTest::addColumn<bool>("isSimulated");
+    QTest::addColumn<QStringList>("steps");
+    const QStringList install { u"Extracting application files"_s, u"Installing WebView2 Runtime"_s,
+                                u"Registering .sch and .pcb file types"_s,
+                                u"Creating shortcuts"_s };
+    const QStringList update { u"Backing up your settings"_s, u"Replacing application files"_s,
+                               u"Migrating configuration"_s, u"Restarting services"_s };
+    const QStringList uninstall { u"Stopping Varnel Schematics"_s, u"Removing application files"_s,
+                                  u"Removing shortcuts"_s, u"Unregistering file types"_s };
+    QTest::newRow("install") << RunMode::Install << false << install;
+    QTest::newRow("update") << RunMode::Update << false << update;
+    QTest::newRow("uninstall") << RunMode::Uninstall << false << uninstall;
+    QTest::newRow("simulated uninstall") << RunMode::Uninstall << true << uninstall;
 }
 
-void TestInstallerWizardRuns::install_data()
+void TestInstallerWizardRuns::runIsShown()
 {
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<bool>("shortcut");
-    QTest::newRow("with a shortcut") << u"target/Varnel Schematics"_s << true;
-    QTest::newRow("without a shortcut") << u"target/Varnel Schematics"_s << false;
-    QTest::newRow("markup in the folder's name")
-        << QString(u"target/"_s + Sandbox::oddName()) << true;
-    QTest::newRow("other letters") << u"Schaltpläne/電路"_s << false;
+    QFETCH(RunMode, mode);
+    QFETCH(bool, isSimulated);
+    WizardDriver driver { isSimulated ? QString() : Sandbox::setupEngine() };
+    driver.sandbox.setScenario(kWaiting);
+    if (!isSimulated)
+        driver.wizard.setUninstallerPath(Sandbox::setupEngine());
+    QVERIFY(driver.startRun(mode));
+    QVERIFY(driver.shows(progressPage(mode)));
+    QCOMPARE(driver.status(), u"Do not turn off your PC"_s);
+    QCOMPARE(driver.buttons(), QStringList { u"Cancel ghost disabled"_s });
+    const ProgressParts shown = driver.progress();
+    QTEST(shown.stepTexts(), "steps");
+    QCOMPARE(shown.shownSteps(), 0);
+    QCOMPARE(shown.percent->text(), u"0%"_s);
+    QVERIFY(shown.file->text().isEmpty());
+    QCOMPARE(shown.track->isIndeterminate(), !isSimulated);
+    QCOMPARE(driver.mark->fill(), mode == RunMode::Uninstall ? 1.0 : 0.0);
+    QVERIFY(!driver.mark->isIdle());
+    QTest::mouseClick(driver.button(u"Cancel"_s), Qt::LeftButton);
+    QVERIFY(driver.shows(progressPage(mode)));
+    QVERIFY(driver.wizard.isVisible());
+    if (isSimulated)
+        return;
+
+    Q_EMIT driver.engine.currentFile(kLiteral);
+    Q_EMIT driver.engine.statusChanged(u"Working…"_s);
+    QVERIFY(shown.track->isIndeterminate()); // until there is a figure
+    Q_EMIT driver.engine.progress(0.3);
+    QVERIFY(!shown.track->isIndeterminate());
+    QCOMPARE(shown.percent->text(), u"30%"_s);
+    QCOMPARE(shown.track->target(), 0.3);
+    QCOMPARE(driver.mark->fill(), mode == RunMode::Uninstall ? 1.0 - 0.3 : 0.3);
+    QCOMPARE(shown.shownSteps(), 2);
+    Q_EMIT driver.engine.progress(1.0);
+    QCOMPARE(shown.file->text(), kLiteral);
+    QCOMPARE(shown.caption->text(), u"Working…"_s);
+    QVERIFY(driver.shows(progressPage(mode)));
 }
 
 void TestInstallerWizardRuns::install()
 {
-    QFETCH(QString, folder);
-    QFETCH(bool, shortcut);
     WizardDriver driver;
-    const QString path = QDir::toNativeSeparators(driver.sandbox.path(folder));
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage(path));
-    if (!shortcut) {
-        QVERIFY(driver.press(u"Back"_s));
-        QVERIFY(driver.click(u"Create a desktop shortcut"_s));
-        QVERIFY(driver.press(u"Next"_s));
-    }
-    QVERIFY(driver.press(u"Install"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<FinishedPage>(), kPatience);
-
-    const QList<QStringList> runs = driver.sandbox.engineRuns();
-    QCOMPARE(runs.size(), 1);
-    QCOMPARE(runs.first().first(), QDir::toNativeSeparators(Sandbox::setupEngine()));
-    QCOMPARE(
-        runs.first().sliced(1, 5),
-        (QStringList { u"/VERYSILENT"_s, u"/SUPPRESSMSGBOXES"_s, u"/NORESTART"_s, u"/DIR="_s + path,
-                       shortcut ? u"/TASKS=desktopicon"_s : u"/TASKS="_s }));
-    QVERIFY(QFileInfo::exists(path + u"/VarnelSolutions.exe"));
-    QCOMPARE(QDir(driver.sandbox.path(u"desktop"_s)).isEmpty(), !shortcut);
-    QCOMPARE(driver.status(), u"Finished in 51 seconds"_s);
-    const QString note = shortcut ? u"\nA shortcut is on your desktop."_s : QString();
-    QVERIFY(labelOf(driver.currentPage(), u"Installed to "_s + path + u'.' + note));
-}
-
-void TestInstallerWizardRuns::startOfARun()
-{
-    WizardDriver driver;
-    driver.sandbox.setScenario("stall = forever\nstage = before-status\n");
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage());
-    QVERIFY(driver.press(u"Install"_s));
-    QVERIFY(driver.shows<InstallingPage>());
-    QCOMPARE(driver.status(), u"Do not turn off your PC"_s);
-    QCOMPARE(driver.buttons(), QStringList { u"Cancel ghost disabled"_s });
-    QCOMPARE(driver.steps(),
-             (QStringList { u"Extracting application files"_s, u"Installing WebView2 Runtime"_s,
-                            u"Registering .sch and .pcb file types"_s, u"Creating shortcuts"_s }));
-    QCOMPARE(driver.shownSteps(), 0);
-    QCOMPARE(driver.percent(), u"0%"_s);
-    QCOMPARE(driver.caption()->text(), u"This may take a few minutes."_s);
-    QVERIFY(driver.file().isEmpty());
-    QCOMPARE(driver.mark->fill(), 0.0);
-    QVERIFY(!driver.mark->isIdle());
-    QTRY_COMPARE_WITH_TIMEOUT(driver.sandbox.engineRuns().size(), 1, kPatience);
-    QTest::mouseClick(driver.button(u"Cancel"_s), Qt::LeftButton);
-    QVERIFY(driver.shows<InstallingPage>());
-    QVERIFY(driver.wizard.isVisible());
-}
-
-void TestInstallerWizardRuns::chosenFolderGoesAllTheWay()
-{
-    WizardDriver driver;
-    const QString folder = QDir::toNativeSeparators(driver.sandbox.path(u"my tools"_s));
-    QVERIFY(QDir().mkpath(folder));
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage());
-    QVERIFY(driver.pressAll({ u"Back"_s, u"Back"_s }));
-    chooseFolder(driver.find<DestinationPage>()->findChild<QPushButton *>(), folder);
-    QCOMPARE(driver.find<DestinationPage>()->path(), folder);
-    QVERIFY(driver.pressAll({ u"Next"_s, u"Next"_s }));
-    QVERIFY(shownText(driver.currentPage()->findChildren<QLabel *>().last()).contains(folder));
-    QVERIFY(driver.press(u"Install"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<FinishedPage>(), kPatience);
-    QVERIFY(driver.sandbox.engineRuns().first().contains(u"/DIR="_s + folder));
-    QVERIFY(QFileInfo::exists(folder + u"/VarnelSolutions.exe"));
-}
-
-void TestInstallerWizardRuns::figuresOfARun_data()
-{
-    QTest::addColumn<RunMode>("mode");
-    QTest::addColumn<double>("fraction");
-    QTest::addColumn<QString>("percent");
-    QTest::addColumn<double>("fill");
-    QTest::addColumn<int>("steps");
-    QTest::newRow("install, 30") << RunMode::Install << 0.3 << u"30%"_s << 0.3 << 2;
-    QTest::newRow("install, rounded") << RunMode::Install << 0.994 << u"99%"_s << 0.994 << 4;
-    QTest::newRow("install, rounded up") << RunMode::Install << 0.995 << u"100%"_s << 0.995 << 4;
-    QTest::newRow("update, 50") << RunMode::Update << 0.5 << u"50%"_s << 0.5 << 3;
-    QTest::newRow("uninstall, 30") << RunMode::Uninstall << 0.3 << u"30%"_s << 0.7 << 2;
-    QTest::newRow("uninstall, the end") << RunMode::Uninstall << 1.0 << u"100%"_s << 0.0 << 4;
-}
-
-void TestInstallerWizardRuns::figuresOfARun()
-{
-    QFETCH(RunMode, mode);
-    QFETCH(double, fraction);
-    QFETCH(double, fill);
-    WizardDriver driver;
-    if (mode != RunMode::Install)
-        installCopy(driver);
-    driver.sandbox.setScenario("stall = forever\nstage = before-status\n");
-    driver.show(mode);
-    if (mode == RunMode::Install)
-        QVERIFY(driver.goToReadyPage() && driver.press(u"Install"_s));
-    else if (mode == RunMode::Update)
-        QVERIFY(driver.pressAll({ u"Update Now"_s, u"Update"_s }));
-    else
-        QVERIFY(driver.press(u"Uninstall"_s));
-    QCOMPARE(driver.mark->fill(), mode == RunMode::Uninstall ? 1.0 : 0.0);
-
-    Q_EMIT driver.engine.progress(fraction);
-    QTEST(driver.percent(), "percent");
-    QCOMPARE(driver.track()->target(), fraction);
-    QVERIFY(std::abs(driver.mark->fill() - fill) < 1e-9);
-    QTEST(driver.shownSteps(), "steps");
-    Q_EMIT driver.engine.currentFile(kLiteral);
-    QCOMPARE(driver.file(), kLiteral);
-    Q_EMIT driver.engine.statusChanged(u"Working…"_s);
-    QCOMPARE(driver.caption()->text(), u"Working…"_s);
-    Q_EMIT driver.engine.progress(1.0);
-    QCOMPARE(driver.caption()->text(), u"Working…"_s);
-    QCOMPARE(driver.buttons(), QStringList { u"Cancel ghost disabled"_s });
-}
-
-// What a real child process has written into its files by then.
-void TestInstallerWizardRuns::halfWay()
-{
-    WizardDriver driver;
-    const QString folder = driver.sandbox.nativePath(u"programs/Varnel Schematics"_s);
-    driver.sandbox.setScenario("stall = forever\nstage = half\n");
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage());
-    QVERIFY(driver.press(u"Install"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(driver.track()->target() > 0.3, kPatience);
-    QVERIFY(driver.track()->target() < 0.7);
-    QCOMPARE(driver.percent(), u"%1%"_s.arg(qRound(100 * driver.track()->target())));
-    QCOMPARE(driver.mark->fill(), driver.track()->target());
-    QTRY_VERIFY_WITH_TIMEOUT(driver.file().startsWith(folder), kPatience);
-    QTRY_COMPARE_WITH_TIMEOUT(driver.caption()->text(), u"Extracting application files…"_s,
-                              kPatience);
-    QVERIFY(!driver.track()->isIndeterminate());
-    QVERIFY(driver.shownSteps() >= 2);
-}
-
-void TestInstallerWizardRuns::barSweepsUntilTheFirstFigure()
-{
-    WizardDriver driver;
-    driver.sandbox.setScenario("stall = forever\nstage = before-status\n");
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage());
-    QVERIFY(driver.press(u"Install"_s));
-    QVERIFY(driver.track()->isIndeterminate());
-    Q_EMIT driver.engine.currentFile(u"a.dll"_s);
-    Q_EMIT driver.engine.statusChanged(u"Starting…"_s);
-    QVERIFY(driver.track()->isIndeterminate());
-    Q_EMIT driver.engine.progress(0.01);
-    QVERIFY(!driver.track()->isIndeterminate());
-    QCOMPARE(driver.percent(), u"1%"_s);
-}
-
-void TestInstallerWizardRuns::lastLook()
-{
-    WizardDriver driver;
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage());
-    QVERIFY(driver.press(u"Install"_s));
+    const QString folder = driver.sandbox.nativePath(u"Schaltpläne/電路"_s);
+    driver.find<DestinationPage>()->setPath(folder);
+    QVERIFY(driver.startRun(RunMode::Install));
     driver.watch.clear();
     bool looked = false;
-    connect(&driver.engine, &InstallerEngine::finished, this, [&](bool ok) {
-        QVERIFY(ok);
+    connect(&driver.engine, &InstallerEngine::finished, this, [&] {
         looked = true;
-        QVERIFY(driver.shows<InstallingPage>());
-        QCOMPARE(driver.caption()->text(), kFinishing);
-        QCOMPARE(driver.percent(), u"100%"_s);
-        QCOMPARE(driver.shownSteps(), 4);
+        QCOMPARE(driver.progress().caption->text(), kFinishing);
+        QCOMPARE(driver.progress().percent->text(), u"100%"_s);
+        QCOMPARE(driver.progress().shownSteps(), 4);
         QCOMPARE(driver.mark->fill(), 1.0);
         QVERIFY(!driver.watch.shots().contains(kFinishDelay));
     });
-    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<FinishedPage>(), kPatience);
+    QVERIFY(driver.comesTo("FinishedPage"));
     QVERIFY(looked);
     QCOMPARE(driver.watch.shots().count(kFinishDelay), 1);
+    QCOMPARE(driver.sandbox.engineRuns().size(), 1);
+    const QStringList run = driver.sandbox.engineRuns().first();
+    QCOMPARE(run.first(), QDir::toNativeSeparators(Sandbox::setupEngine()));
+    QCOMPARE(run.sliced(1, 5),
+             (QStringList { u"/VERYSILENT"_s, u"/SUPPRESSMSGBOXES"_s, u"/NORESTART"_s,
+                            u"/DIR="_s + folder, u"/TASKS=desktopicon"_s }));
+    QVERIFY(QFileInfo::exists(folder + u"/VarnelSolutions.exe"));
+    QVERIFY(!QDir(driver.sandbox.path(u"desktop"_s)).isEmpty());
+    QVERIFY(labelOf(driver.currentPage(),
+                    u"Installed to "_s + folder + u".\nA shortcut is on your desktop."));
 }
 
 void TestInstallerWizardRuns::update()
@@ -273,17 +151,13 @@ void TestInstallerWizardRuns::update()
     WizardDriver driver;
     const QString folder = installCopy(driver);
     driver.sandbox.write(kPreferences, "colour = blue\n");
-    driver.show(RunMode::Update);
-    QVERIFY(driver.pressAll({ u"Update Now"_s, u"Update"_s }));
-    QVERIFY(driver.shows<UpdatingPage>());
-    QCOMPARE(driver.steps(),
-             (QStringList { u"Backing up your settings"_s, u"Replacing application files"_s,
-                            u"Migrating configuration"_s, u"Restarting services"_s }));
-    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UpdateFinishedPage>(), kPatience);
-    QCOMPARE(driver.status(), u"Updated in 38 seconds"_s);
+    QVERIFY(driver.startRun(RunMode::Update));
+    QVERIFY(driver.comesTo("UpdateFinishedPage"));
+    QVERIFY(labelOf(driver.currentPage(),
+                    u"Now running version 1.6.9.\nYour settings were preserved."_s));
     const QStringList arguments = driver.sandbox.engineRuns().last();
     QVERIFY(arguments.contains(u"/DIR="_s + folder));
-    // The shortcut is a matter of the installation, and it is wanted there unless said otherwise.
+    // The shortcut is a matter of the installation.
     QVERIFY(arguments.contains(u"/TASKS="_s));
     QVERIFY(QDir(driver.sandbox.path(u"desktop"_s)).isEmpty());
     QCOMPARE(driver.sandbox.read(kPreferences), QByteArray("colour = blue\n"));
@@ -292,66 +166,46 @@ void TestInstallerWizardRuns::update()
 void TestInstallerWizardRuns::uninstall_data()
 {
     QTest::addColumn<bool>("deletePreferences");
-    QTest::newRow("with the preferences") << true;
-    QTest::newRow("without the preferences") << false;
+    QTest::addColumn<QString>("farewell");
+    QTest::newRow("with the preferences")
+        << true
+        << u"Varnel Schematics and your preferences have been removed.\n"
+           "Thanks for using it — we hope to see you again soon."_s;
+    QTest::newRow("without the preferences")
+        << false
+        << u"Varnel Schematics has been removed from your computer.\n"
+           "Your preferences were kept in case you're back soon."_s;
 }
 
+// The uninstaller is found in the registry. The preferences go after it has ended.
 void TestInstallerWizardRuns::uninstall()
 {
     QFETCH(bool, deletePreferences);
+    QFETCH(QString, farewell);
     WizardDriver driver;
     const QString folder = installCopy(driver);
     driver.sandbox.write(kPreferences, "colour = blue\n");
     const QString other = u"appdata/Varnel Schematics/Other/settings.ini"_s;
     driver.sandbox.write(other, "mine");
+    driver.sandbox.setScenario("stall = 3\nstage = end\n");
     driver.show(RunMode::Uninstall);
     if (deletePreferences)
         QVERIFY(driver.click(kDeletePreferences));
     QVERIFY(driver.press(u"Uninstall"_s));
-    QVERIFY(driver.shows<UninstallingPage>());
-    QStringList steps { u"Stopping Varnel Schematics"_s, u"Removing application files"_s,
-                        u"Removing shortcuts"_s, u"Unregistering file types"_s };
-    if (deletePreferences)
-        steps.append(u"Removing user data"_s);
-    QCOMPARE(driver.steps(), steps);
-    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UninstallCompletePage>(), kPatience);
+    QCOMPARE(driver.progress().stepTexts().size(), deletePreferences ? 5 : 4);
+    QTRY_COMPARE_WITH_TIMEOUT(driver.progress().percent->text(), u"100%"_s, kPatience);
+    QVERIFY(!driver.sandbox.read(kPreferences).isEmpty());
+    QVERIFY(driver.comesTo("UninstallCompletePage"));
+    QCOMPARE(driver.sandbox.engineRuns().last().first(),
+             folder + QDir::separator() + u"unins000.exe");
 
     QVERIFY(!QFileInfo::exists(folder));
     driver.sandbox.adoptRegistry();
     QVERIFY(installedVersion().isEmpty());
-    const QByteArray kept = deletePreferences ? QByteArray() : QByteArray("colour = blue\n");
-    QCOMPARE(driver.sandbox.read(kPreferences), kept);
     QCOMPARE(QFileInfo::exists(QFileInfo(driver.sandbox.path(kPreferences)).path()),
              !deletePreferences);
     QCOMPARE(driver.sandbox.read(other), QByteArray("mine"));
-    QCOMPARE(driver.status(), u"Uninstalled in 24 seconds"_s);
-    QCOMPARE(driver.buttons(), QStringList { u"Close ghost"_s });
-    QVERIFY(labelOf(driver.currentPage(),
-                    deletePreferences
-                        ? u"Varnel Schematics and your preferences have been removed.\n"
-                          "Thanks for using it — we hope to see you again soon."_s
-                        : u"Varnel Schematics has been removed from your computer.\n"
-                          "Your preferences were kept in case you're back soon."_s));
-}
-
-void TestInstallerWizardRuns::preferencesGoOnlyAfterTheEnd()
-{
-    WizardDriver driver;
-    installCopy(driver);
-    driver.sandbox.write(kPreferences, "colour = blue\n");
-    driver.sandbox.setScenario("stall = 3\nstage = end\n");
-    driver.show(RunMode::Uninstall);
-    QVERIFY(driver.click(kDeletePreferences));
-    QVERIFY(driver.press(u"Uninstall"_s));
-    QTRY_COMPARE_WITH_TIMEOUT(driver.percent(), u"100%"_s, kPatience);
-    QVERIFY(!driver.sandbox.read(kPreferences).isEmpty());
-    bool ended = false;
-    connect(&driver.engine, &InstallerEngine::finished, this, [&] {
-        ended = true;
-        QCOMPARE(driver.caption()->text(), kFinishing);
-        QVERIFY(driver.sandbox.read(kPreferences).isEmpty());
-    });
-    QTRY_VERIFY_WITH_TIMEOUT(ended, kPatience);
+    QVERIFY(labelOf(driver.currentPage(), farewell));
 }
 
 void TestInstallerWizardRuns::givenUninstallerGoesFirst()
@@ -362,73 +216,137 @@ void TestInstallerWizardRuns::givenUninstallerGoesFirst()
     QVERIFY(QDir().mkpath(QFileInfo(given).path()));
     QVERIFY(QFile::copy(Sandbox::setupEngine(), given));
     driver.wizard.setUninstallerPath(given);
-    driver.show(RunMode::Uninstall);
-    QVERIFY(driver.press(u"Uninstall"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(driver.sandbox.engineRuns().size() == 2, kPatience);
+    QVERIFY(driver.startRun(RunMode::Uninstall));
+    QTRY_COMPARE_WITH_TIMEOUT(driver.sandbox.engineRuns().size(), 2, kPatience);
     QCOMPARE(driver.sandbox.engineRuns().last().first(), given);
     QVERIFY(QFileInfo::exists(folder));
 }
 
-void TestInstallerWizardRuns::uninstallerIsFoundInTheRegistry()
+void TestInstallerWizardRuns::abandonedRunIsIgnored()
 {
     WizardDriver driver;
-    const QString folder = installCopy(driver);
-    driver.show(RunMode::Uninstall);
-    QVERIFY(driver.press(u"Uninstall"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(driver.sandbox.engineRuns().size() == 2, kPatience);
-    QCOMPARE(driver.sandbox.engineRuns().last().first(),
-             folder + QDir::separator() + u"unins000.exe");
-    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<UninstallCompletePage>(), kPatience);
-}
-
-void TestInstallerWizardRuns::abandonedRunIsSilent()
-{
-    WizardDriver driver;
-    driver.sandbox.setScenario("stall = forever\nstage = before-status\n");
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage());
-    QVERIFY(driver.press(u"Install"_s));
+    driver.sandbox.setScenario(kWaiting);
+    QVERIFY(driver.startRun(RunMode::Install));
     Q_EMIT driver.engine.progress(0.4);
-    const ProgressTrack *track = driver.track();
-    const QString caption = driver.caption()->text();
-    const QLabel *captionLabel = driver.caption();
-
+    const ProgressParts shown = driver.progress();
+    const QString caption = shown.caption->text();
     driver.wizard.setRunMode(RunMode::Install);
-    QVERIFY(driver.shows<WelcomePage>());
-    QCOMPARE(track->target(), 0.0);
-    QVERIFY(!track->isIndeterminate());
     const double fill = driver.mark->fill();
     Q_EMIT driver.engine.progress(0.9);
     Q_EMIT driver.engine.statusChanged(u"Late"_s);
     Q_EMIT driver.engine.finished(false, u"Too late"_s);
-    QCOMPARE(track->target(), 0.0);
+    QCOMPARE(shown.track->target(), 0.0);
+    QVERIFY(!shown.track->isIndeterminate());
     QCOMPARE(driver.mark->fill(), fill);
-    QCOMPARE(captionLabel->text(), caption);
-    QVERIFY(driver.shows<WelcomePage>());
+    QCOMPARE(shown.caption->text(), caption);
+    QVERIFY(driver.shows("WelcomePage"));
     QCOMPARE(driver.status(), u"Administrator rights required"_s);
     QCOMPARE(driver.buttons(), (QStringList { u"Cancel ghost"_s, u"Next primary"_s }));
 }
 
-void TestInstallerWizardRuns::secondRunReplacesTheFirst()
+void TestInstallerWizardRuns::simulation()
 {
-    WizardDriver driver;
-    driver.sandbox.setScenario("stall = forever\nstage = before-status\n");
-    driver.show(RunMode::Install);
-    QVERIFY(driver.goToReadyPage());
-    QVERIFY(driver.press(u"Install"_s));
-    QTRY_COMPARE_WITH_TIMEOUT(driver.sandbox.engineRuns().size(), 1, kPatience);
-    driver.wizard.setRunMode(RunMode::Install);
-    driver.sandbox.setScenario({});
-    QVERIFY(
-        driver.pressAll({ u"Next"_s, u"Next"_s, u"Next"_s, u"Next"_s, u"Next"_s, u"Install"_s }));
-    QSignalSpy finished(&driver.engine, &InstallerEngine::finished);
-    QTRY_VERIFY_WITH_TIMEOUT(driver.shows<FinishedPage>(), kPatience);
-    QCOMPARE(finished.size(), 1);
-    QCOMPARE(driver.sandbox.engineRuns().size(), 2);
-    // Nothing but the files of the run that has just ended is left.
-    QCOMPARE(driver.sandbox.tempFiles().size(), 2);
-    driver.engine.stop();
+    QFETCH(RunMode, mode);
+    WizardDriver driver { QString() };
+    QVERIFY(driver.startRun(mode));
+    QTimer *timer = driver.simulationTimer();
+    QVERIFY(timer);
+    const ProgressParts shown = driver.progress();
+    while (timer->isActive()) {
+        QVERIFY(shown.caption->text() != kFinishing);
+        const double fraction = shown.track->target();
+        const double fill = mode == RunMode::Uninstall ? 1.0 - fraction : fraction;
+        QVERIFY(std::abs(driver.mark->fill() - fill) < 1e-9);
+        QVERIFY(!shown.track->isIndeterminate());
+        TimerWatch::fire(timer, 1);
+        QVERIFY(shown.track->target() > fraction);
+        if (!shown.file->text().isEmpty())
+            QVERIFY(shown.file->text().startsWith(uR"(C:\Program Files\Varnel Schematics\)"));
+    }
+    QCOMPARE(shown.caption->text(), kFinishing);
+    QCOMPARE(shown.percent->text(), u"100%"_s);
+    QCOMPARE(shown.shownSteps(), 4);
+    QVERIFY(driver.finishDelay()->isActive());
+    QVERIFY(driver.comesTo(finishPage(mode)));
+}
+
+void TestInstallerWizardRuns::simulationTouchesNothing()
+{
+    WizardDriver driver { QString() };
+    driver.sandbox.write(kPreferences, "colour = blue\n");
+    QVERIFY(driver.startRun(RunMode::Install));
+    QVERIFY(driver.finishSimulation());
+    QVERIFY(driver.comesTo("FinishedPage"));
+    driver.show(RunMode::Uninstall);
+    QVERIFY(driver.click(kDeletePreferences));
+    QVERIFY(driver.press(u"Uninstall"_s));
+    QVERIFY(driver.finishSimulation());
+    QVERIFY(driver.comesTo("UninstallCompletePage"));
     QVERIFY(driver.sandbox.tempFiles().isEmpty());
+    QVERIFY(QDir(driver.sandbox.path(u"programs"_s)).isEmpty());
+    QVERIFY(QDir(driver.sandbox.path(u"desktop"_s)).isEmpty());
+    QVERIFY(driver.sandbox.registry().isEmpty());
+    QCOMPARE(driver.sandbox.read(kPreferences), QByteArray("colour = blue\n"));
+    // The farewell follows the choice all the same.
+    QVERIFY(labelOf(driver.currentPage(),
+                    u"Varnel Schematics and your preferences have been removed.\n"
+                    "Thanks for using it — we hope to see you again soon."_s));
+}
+
+void TestInstallerWizardRuns::simulatesWithoutAnEngine_data()
+{
+    QTest::addColumn<RunMode>("mode");
+    QTest::addColumn<QString>("missing");
+    QTest::newRow("no engine to install") << RunMode::Install << u"engine"_s;
+    QTest::newRow("no engine to uninstall") << RunMode::Uninstall << u"engine"_s;
+    QTest::newRow("no setup program to update") << RunMode::Update << u"setup"_s;
+    QTest::newRow("recorded uninstaller is gone") << RunMode::Uninstall << u"uninstaller"_s;
+}
+
+// The program for another mode does not help.
+void TestInstallerWizardRuns::simulatesWithoutAnEngine()
+{
+    QFETCH(RunMode, mode);
+    QFETCH(QString, missing);
+    WizardDriver driver { missing == u"setup" ? QString() : Sandbox::setupEngine() };
+    if (missing == u"engine")
+        driver.wizard.setEngine(nullptr);
+    if (missing != u"uninstaller")
+        driver.wizard.setUninstallerPath(Sandbox::setupEngine());
+    driver.sandbox.recordInstallation(u"1.6.8"_s, driver.sandbox.path(u"gone"_s),
+                                      driver.sandbox.path(u"gone/unins000.exe"_s));
+    QVERIFY(driver.startRun(mode));
+    QVERIFY(driver.finishSimulation());
+    QVERIFY(driver.comesTo(finishPage(mode)));
+    QVERIFY(driver.sandbox.engineRuns().isEmpty());
+}
+
+void TestInstallerWizardRuns::simulationEndsWithItsPage()
+{
+    WizardDriver driver { QString() };
+    QVERIFY(driver.startRun(RunMode::Install));
+    const ProgressParts shown = driver.progress();
+    QTimer *timer = driver.simulationTimer();
+    TimerWatch::fire(timer, 20);
+    QVERIFY(shown.track->target() > 0.3);
+    driver.wizard.setRunMode(RunMode::Install);
+    QVERIFY(!timer->isActive());
+    QVERIFY(driver.shows("WelcomePage"));
+    QCOMPARE(shown.track->value(), 0.0);
+    QCOMPARE(shown.track->target(), 0.0);
+    QCOMPARE(driver.mark->fill(), 1.0);
+    QVERIFY(driver.mark->isIdle());
+
+    QVERIFY(driver.startRun(RunMode::Install));
+    QCOMPARE(shown.percent->text(), u"0%"_s);
+    QVERIFY(shown.file->text().isEmpty());
+    TimerWatch::fire(timer, 1);
+    QCOMPARE(shown.percent->text(), u"2%"_s);
+    // Also during the last look.
+    QVERIFY(driver.finishSimulation());
+    QVERIFY(driver.finishDelay()->isActive());
+    driver.wizard.setRunMode(RunMode::Install);
+    QVERIFY(!driver.finishDelay()->isActive());
 }
 
 QTEST_MAIN(TestInstallerWizardRuns)
