@@ -1,14 +1,13 @@
-#include "app/applicationfonts.h"
+// Runs that fail, and what can be done then.
+
 #include "pages/pagetext.h"
-#include "pages/strictwarnings.h"
-#include "theme/thememanager.h"
+#include "theme/themed.h"
 #include "widgets/animatedmark.h"
 #include "widgets/progresstrack.h"
-#include "wizard/installingpage.h"
-#include "wizard/uninstallingpage.h"
-#include "wizard/updatingpage.h"
-#include "wizard/olddriver.h"
+#include "wizard/keyguard.h"
+#include "wizard/wizardtest.h"
 
+#include <QAccessible>
 #include <QDir>
 #include <QSignalSpy>
 #include <QTimer>
@@ -18,63 +17,74 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QString kFailed = u"Setup could not finish"_s;
-const QString kPreferences = u"appdata/Varnel Schematics/Varnel Schematics/settings.ini"_s;
+constexpr char kStalled[] = "stall = forever\n";
 
-bool startInstall(WizardDriver &driver)
-{
-    driver.show(RunMode::Install);
-    return driver.goToReadyPage() && driver.press(u"Install"_s);
-}
-
-/// The one look of a failed run.
+/// Whether a failed run is shown, with that message.
 bool showsFailure(const WizardDriver &driver, const QString &message)
 {
-    const QLabel *caption = driver.caption();
+    const QLabel *caption = driver.progress().caption;
     const bool shown = driver.status() == kFailed
         && driver.buttons() == QStringList { u"Close danger"_s } && caption->text() == message
-        && caption->textFormat() == Qt::PlainText && caption->wordWrap()
-        && caption->styleSheet() == coloured(u"color:%1;"_s, { u"@INS_RED"_s })
-        && !driver.track()->isIndeterminate();
+        && caption->palette().color(QPalette::WindowText) == themedColor(u"@INS_RED"_s)
+        && !driver.progress().track->isIndeterminate();
     if (!shown)
-        qInfo() << driver.status() << driver.buttons() << caption->text() << caption->styleSheet();
+        qInfo() << driver.status() << driver.buttons() << caption->text();
     return shown;
 }
 
+/// A wizard whose run fails when it is told to.
+struct Failure : WizardDriver
+{
+    [[nodiscard]] bool fails()
+    {
+        sandbox.setScenario(kStalled);
+        if (!startRun(RunMode::Update) || !QTest::qWaitForWindowActive(&wizard))
+            return false;
+        if (heldKey)
+            send(QEvent::KeyPress, *heldKey);
+        // Nothing else happens until the event loop runs.
+        Q_EMIT engine.finished(false, u"The disk is full."_s);
+        return guard()->isActive();
+    }
+    [[nodiscard]] QTimer *guard() const
+    {
+        return wizard.findChild<KeyGuard *>()->findChild<QTimer *>();
+    }
+    void passHalfASecond() const { TimerWatch::fire(guard(), 1); }
+    [[nodiscard]] bool isOpen() const { return wizard.isVisible(); }
+
+    /// One event of a key, to whatever has the focus, right now.
+    static void send(QEvent::Type type, Qt::Key key, bool isRepeated = false)
+    {
+        QKeyEvent event(type, key, Qt::NoModifier, key == Qt::Key_Space ? u" "_s : QString(),
+                        isRepeated);
+        QCoreApplication::sendEvent(QApplication::focusWidget(), &event);
+    }
+
+    std::optional<Qt::Key> heldKey; ///< since before the failure
+};
+
 } // namespace
 
-class TestInstallerWizardFaults : public QObject
+class TestInstallerWizardFaults : public WizardTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
     void endings_data();
     void endings();
-    void messageIsLiteral();
-    void emptyErrorGetsASentence();
-    void missingSetupProgram();
-    void missingUninstaller();
-    void updateFails();
+    void missingPrograms();
     void updateWithoutAFolder();
     void failedUninstallKeepsThePreferences();
     void failureIsFinal();
-    void failureFollowsTheTheme();
-    void closeIsTheOnlyWayOn();
-    void logIsKept();
+    void keysAreIgnoredRightAfterAFailure_data();
+    void keysAreIgnoredRightAfterAFailure();
+    void heldKeyIsIgnored_data() { keysAreIgnoredRightAfterAFailure_data(); }
+    void heldKeyIsIgnored();
+    void keyClosesAfterHalfASecond_data() { keysAreIgnoredRightAfterAFailure_data(); }
+    void keyClosesAfterHalfASecond();
+    void otherInputWorksAtOnce();
 };
-
-void TestInstallerWizardFaults::initTestCase()
-{
-    QApplication::setQuitOnLastWindowClosed(false);
-    registerApplicationFonts();
-}
-
-void TestInstallerWizardFaults::init()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
-}
 
 void TestInstallerWizardFaults::endings_data()
 {
@@ -82,96 +92,66 @@ void TestInstallerWizardFaults::endings_data()
     QTest::addColumn<QString>("sentence");
     QTest::newRow("cancelled half way") << QByteArray("exit-code = 5\nstage = half\n")
                                         << u"Installation was cancelled during setup."_s;
-    QTest::newRow("at the end") << QByteArray("exit-code = 5\n")
-                                << u"Installation was cancelled during setup."_s;
     QTest::newRow("before anything was written")
         << QByteArray("finish-at-once = yes\nexit-code = 5\n")
         << u"Installation was cancelled during setup."_s;
-    QTest::newRow("unheard-of code") << QByteArray("exit-code = 99\n") << u"99"_s;
-    QTest::newRow("crash") << QByteArray("crash = 9\n") << QString();
-    QTest::newRow("crash before any figure")
-        << QByteArray("crash = 9\nstage = start\n") << QString();
+    QTest::newRow("unknown code") << QByteArray("exit-code = 99\n") << u"99"_s;
+    QTest::newRow("crash") << QByteArray("crash = 9\nstage = start\n") << QString();
+    QTest::newRow("markup") << QByteArray("exit-code = 4\nmessage-box = a&b <i>%2 %1</i>\n")
+                            << kLiteral;
 }
 
-// Whatever the engine says of its end is what stands there, whole.
+// The engine's sentence is shown as it is, and the log that it names is kept.
 void TestInstallerWizardFaults::endings()
 {
     QFETCH(QByteArray, scenario);
     QFETCH(QString, sentence);
     WizardDriver driver;
     driver.sandbox.setScenario(scenario);
-    QSignalSpy finished(&driver.engine, &InstallerEngine::finished);
-    QVERIFY(startInstall(driver));
+    const QSignalSpy finished(&driver.engine, &InstallerEngine::finished);
+    QVERIFY(driver.startRun(RunMode::Install));
     QTRY_COMPARE_WITH_TIMEOUT(driver.status(), kFailed, kPatience);
     QCOMPARE(finished.size(), 1);
     const QString error = finished.first().at(1).toString();
     QVERIFY(!error.isEmpty());
     QVERIFY2(error.contains(sentence), qPrintable(error));
-    QVERIFY(driver.shows<InstallingPage>());
+    QVERIFY(driver.shows("InstallingPage"));
     QVERIFY(showsFailure(driver, error));
+    if (sentence == kLiteral) {
+        const QString log =
+            QDir::toNativeSeparators(driver.sandbox.tempFolder() + u"/varnel_setup_last.log");
+        QVERIFY2(error.endsWith(u"  "_s + kLiteral + u"  (log: " + log + u')'), qPrintable(error));
+        driver.engine.stop();
+        QCOMPARE(driver.sandbox.tempFiles(), QStringList { u"varnel_setup_last.log"_s });
+    }
+    QCOMPARE(WizardDriver::runUntilQuit([&] { QVERIFY(driver.press(u"Close"_s)); }), 0);
+    QVERIFY(!driver.wizard.isVisible());
+    QVERIFY(driver.sandbox.read(u"launches.txt"_s).isEmpty());
 }
 
-void TestInstallerWizardFaults::messageIsLiteral()
+void TestInstallerWizardFaults::missingPrograms()
 {
-    WizardDriver driver;
-    driver.sandbox.setScenario("exit-code = 4\nmessage-box = a&b <i>%2 %1</i>\n");
-    QVERIFY(startInstall(driver));
-    QTRY_COMPARE_WITH_TIMEOUT(driver.status(), kFailed, kPatience);
-    QVERIFY2(driver.caption()->text().contains(kLiteral), qPrintable(driver.caption()->text()));
-    QCOMPARE(driver.caption()->textFormat(), Qt::PlainText);
+    // That of the uninstaller is reported while the run is still being started.
+    for (RunMode mode : { RunMode::Update, RunMode::Uninstall }) {
+        WizardDriver driver;
+        driver.engine.setSetupExecutable(driver.sandbox.path(u"no/such/setup.exe"_s));
+        driver.wizard.setUninstallerPath(driver.sandbox.path(u"no/such/unins000.exe"_s));
+        const QSignalSpy finished(&driver.engine, &InstallerEngine::finished);
+        QVERIFY(driver.startRun(mode));
+        QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatience);
+        QVERIFY(!finished.first().at(1).toString().isEmpty());
+        QVERIFY(driver.shows(progressPage(mode)));
+        QVERIFY(showsFailure(driver, finished.first().at(1).toString()));
+    }
 }
 
-void TestInstallerWizardFaults::emptyErrorGetsASentence()
-{
-    WizardDriver driver;
-    driver.sandbox.setScenario("stall = forever\n");
-    QVERIFY(startInstall(driver));
-    Q_EMIT driver.engine.finished(false, QString());
-    QVERIFY(showsFailure(driver, u"Setup did not complete."_s));
-}
-
-void TestInstallerWizardFaults::missingSetupProgram()
-{
-    WizardDriver driver;
-    driver.engine.setSetupExecutable(driver.sandbox.path(u"no/such/setup.exe"_s));
-    QSignalSpy finished(&driver.engine, &InstallerEngine::finished);
-    QVERIFY(startInstall(driver));
-    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatience);
-    QVERIFY(!finished.first().at(1).toString().isEmpty());
-    QVERIFY(showsFailure(driver, finished.first().at(1).toString()));
-}
-
-// This one is reported while the run is still being started.
-void TestInstallerWizardFaults::missingUninstaller()
-{
-    WizardDriver driver;
-    driver.wizard.setUninstallerPath(driver.sandbox.path(u"no/such/unins000.exe"_s));
-    driver.show(RunMode::Uninstall);
-    QVERIFY(driver.press(u"Uninstall"_s));
-    QVERIFY(driver.shows<UninstallingPage>());
-    QVERIFY(showsFailure(driver, u"The uninstaller could not be found."_s));
-}
-
-void TestInstallerWizardFaults::updateFails()
-{
-    WizardDriver driver;
-    driver.sandbox.recordInstallation(u"1.6.8"_s, driver.sandbox.path(u"installed"_s));
-    driver.sandbox.setScenario("exit-code = 5\nfinish-at-once = yes\n");
-    driver.show(RunMode::Update);
-    QVERIFY(driver.pressAll({ u"Update Now"_s, u"Update"_s }));
-    QTRY_COMPARE_WITH_TIMEOUT(driver.status(), kFailed, kPatience);
-    QVERIFY(driver.shows<UpdatingPage>());
-    QVERIFY(showsFailure(driver, u"Installation was cancelled during setup."_s));
-}
-
-// It is the engine that knows where its earlier copy is; any other folder would make a second one.
+// The engine knows where its earlier copy is; any other folder would make a second one.
 void TestInstallerWizardFaults::updateWithoutAFolder()
 {
     WizardDriver driver;
     driver.sandbox.recordInstallation(u"1.6.8"_s, QString());
     driver.sandbox.setScenario("finish-at-once = yes\n");
-    driver.show(RunMode::Update);
-    QVERIFY(driver.pressAll({ u"Update Now"_s, u"Update"_s }));
+    QVERIFY(driver.startRun(RunMode::Update));
     QTRY_COMPARE_WITH_TIMEOUT(driver.sandbox.engineRuns().size(), 1, kPatience);
     QCOMPARE(driver.sandbox.engineRuns().first().filter(u"/DIR="_s), QStringList { u"/DIR="_s });
 }
@@ -180,81 +160,118 @@ void TestInstallerWizardFaults::failedUninstallKeepsThePreferences()
 {
     WizardDriver driver;
     driver.sandbox.write(kPreferences, "colour = blue\n");
-    const QString uninstaller = driver.sandbox.path(u"installed/unins000.exe"_s);
-    QVERIFY(QDir().mkpath(driver.sandbox.path(u"installed"_s)));
-    QVERIFY(QFile::copy(Sandbox::setupEngine(), uninstaller));
-    driver.wizard.setUninstallerPath(uninstaller);
+    driver.wizard.setUninstallerPath(Sandbox::setupEngine());
     driver.sandbox.setScenario("finish-at-once = yes\nexit-code = 1\n");
     driver.show(RunMode::Uninstall);
-    QVERIFY(driver.click(u"Also delete my preferences and cached data"_s));
+    QVERIFY(driver.click(kDeletePreferences));
     QVERIFY(driver.press(u"Uninstall"_s));
-    QCOMPARE(driver.steps().size(), 5);
     QTRY_COMPARE_WITH_TIMEOUT(driver.status(), kFailed, kPatience);
-    QVERIFY(driver.shows<UninstallingPage>());
+    QVERIFY(driver.shows("UninstallingPage"));
     QCOMPARE(driver.sandbox.read(kPreferences), QByteArray("colour = blue\n"));
 }
 
-// Neither a late word of the engine nor a pending timer leads away from it.
+// Neither a late signal of the engine nor a pending timer leads away from it.
 void TestInstallerWizardFaults::failureIsFinal()
 {
-    constexpr int kFinishDelay = 500; // ms
     WizardDriver driver;
-    driver.sandbox.setScenario("stall = forever\n");
-    QVERIFY(startInstall(driver));
+    driver.sandbox.setScenario(kStalled);
+    QVERIFY(driver.startRun(RunMode::Install));
     Q_EMIT driver.engine.progress(0.3);
-    driver.watch.clear();
-    Q_EMIT driver.engine.finished(false, u"No"_s);
-    QVERIFY(showsFailure(driver, u"No"_s));
+    Q_EMIT driver.engine.finished(false, QString());
+    const QString message = u"Setup did not complete."_s;
+    QVERIFY(showsFailure(driver, message));
     Q_EMIT driver.engine.progress(0.9);
     Q_EMIT driver.engine.currentFile(u"late.dll"_s);
     Q_EMIT driver.engine.statusChanged(u"Late"_s);
     Q_EMIT driver.engine.finished(true, QString());
-    QTimer later;
-    later.setSingleShot(true);
-    later.start(kFinishDelay + 200);
-    QTRY_VERIFY_WITH_TIMEOUT(!later.isActive(), kPatience);
-    QCOMPARE(driver.watch.shots().count(kFinishDelay), 1); // as long as keys are held back
-    QVERIFY(driver.shows<InstallingPage>());
-    QVERIFY(showsFailure(driver, u"No"_s));
-    QCOMPARE(driver.percent(), u"30%"_s);
-    QVERIFY(driver.file().isEmpty());
+    QVERIFY(!driver.finishDelay()->isActive());
+    QVERIFY(driver.shows("InstallingPage"));
+    QVERIFY(showsFailure(driver, message));
+    QCOMPARE(driver.progress().percent->text(), u"30%"_s);
+    QVERIFY(driver.progress().file->text().isEmpty());
     QCOMPARE(driver.mark->fill(), 0.3);
 }
 
-void TestInstallerWizardFaults::failureFollowsTheTheme()
+void TestInstallerWizardFaults::keysAreIgnoredRightAfterAFailure_data()
 {
-    WizardDriver driver;
-    driver.sandbox.setScenario("stall = forever\n");
-    QVERIFY(startInstall(driver));
-    Q_EMIT driver.engine.finished(false, u"No"_s);
-    ThemeManager::instance().setDarkMode(true);
-    QVERIFY(showsFailure(driver, u"No"_s));
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("return") << Qt::Key_Return;
+    QTest::newRow("enter") << Qt::Key_Enter;
+    QTest::newRow("space") << Qt::Key_Space;
+    QTest::newRow("escape") << Qt::Key_Escape;
 }
 
-void TestInstallerWizardFaults::closeIsTheOnlyWayOn()
+// A user who types ahead has not seen the failure yet.
+void TestInstallerWizardFaults::keysAreIgnoredRightAfterAFailure()
 {
-    WizardDriver driver;
-    driver.sandbox.setScenario("exit-code = 5\n");
-    QVERIFY(startInstall(driver));
-    QTRY_COMPARE_WITH_TIMEOUT(driver.status(), kFailed, kPatience);
-    QCOMPARE(WizardDriver::runUntilQuit([&] { QVERIFY(driver.press(u"Close"_s)); }), 0);
-    QVERIFY(!driver.wizard.isVisible());
-    QCOMPARE(driver.sandbox.engineRuns().size(), 1);
-    QVERIFY(driver.sandbox.read(u"launches.txt"_s).isEmpty());
+    QFETCH(const Qt::Key, key);
+    Failure driver;
+    QVERIFY(driver.fails());
+    QCOMPARE(QApplication::focusWidget(), driver.button(u"Close"_s));
+    QCOMPARE(driver.guard()->interval(), 500);
+    Failure::send(QEvent::KeyPress, key);
+    QVERIFY(driver.isOpen());
+    QVERIFY(!driver.button(u"Close"_s)->isDown());
+    Failure::send(QEvent::KeyRelease, key);
+    QVERIFY(driver.isOpen());
+    // The focus may be elsewhere; without a window in front there is none at all.
+    QKeyEvent toTheWindow(QEvent::KeyPress, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(&driver.wizard, &toTheWindow);
+    QVERIFY(driver.isOpen());
+    // Nor does what began within the half second and ends after it.
+    Failure::send(QEvent::KeyPress, key);
+    driver.passHalfASecond();
+    Failure::send(QEvent::KeyRelease, key);
+    QVERIFY(driver.isOpen());
 }
 
-void TestInstallerWizardFaults::logIsKept()
+// From before the failure until long after it.
+void TestInstallerWizardFaults::heldKeyIsIgnored()
 {
-    WizardDriver driver;
-    driver.sandbox.setScenario("exit-code = 4\nmessage-box = There is no room.\n");
-    QVERIFY(startInstall(driver));
-    QTRY_COMPARE_WITH_TIMEOUT(driver.status(), kFailed, kPatience);
-    const QString log =
-        QDir::toNativeSeparators(driver.sandbox.tempFolder() + u"/varnel_setup_last.log");
-    QVERIFY2(driver.caption()->text().endsWith(u"  There is no room.  (log: "_s + log + u')'),
-             qPrintable(driver.caption()->text()));
-    driver.engine.stop();
-    QCOMPARE(driver.sandbox.tempFiles(), QStringList { u"varnel_setup_last.log"_s });
+    QFETCH(const Qt::Key, key);
+    Failure driver;
+    driver.heldKey = key;
+    QVERIFY(driver.fails());
+    Failure::send(QEvent::KeyPress, key, true);
+    driver.passHalfASecond();
+    Failure::send(QEvent::KeyPress, key, true);
+    Failure::send(QEvent::KeyRelease, key);
+    QVERIFY(driver.isOpen());
+}
+
+void TestInstallerWizardFaults::keyClosesAfterHalfASecond()
+{
+    QFETCH(const Qt::Key, key);
+    Failure driver;
+    QVERIFY(driver.fails());
+    QTRY_VERIFY_WITH_TIMEOUT(!driver.guard()->isActive(), kPatience);
+    if (key == Qt::Key_Return) { // needs the focus
+        driver.minimizeButton()->setFocus();
+        driver.key(key);
+        QVERIFY(driver.isOpen());
+        driver.button(u"Close"_s)->setFocus();
+    }
+    QCOMPARE(Failure::runUntilQuit([&] { driver.lastKey(key); }), 0);
+    QVERIFY(!driver.isOpen());
+}
+
+void TestInstallerWizardFaults::otherInputWorksAtOnce()
+{
+    Failure byMouse;
+    QVERIFY(byMouse.fails());
+    Failure::send(QEvent::KeyPress, Qt::Key_Tab);
+    QVERIFY(QApplication::focusWidget() != byMouse.button(u"Close"_s));
+    QVERIFY(byMouse.guard()->isActive());
+    QTest::mouseClick(byMouse.button(u"Close"_s), Qt::LeftButton);
+    QVERIFY(!byMouse.isOpen());
+
+    Failure byAssistiveTechnology;
+    QVERIFY(byAssistiveTechnology.fails());
+    QAccessibleInterface *close =
+        QAccessible::queryAccessibleInterface(byAssistiveTechnology.button(u"Close"_s));
+    QVERIFY(close && !close->state().disabled);
+    close->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QTRY_VERIFY_WITH_TIMEOUT(!byAssistiveTechnology.isOpen(), kPatience);
 }
 
 QTEST_MAIN(TestInstallerWizardFaults)
