@@ -1,255 +1,374 @@
-#include "app/applicationfonts.h"
-#include "pages/strictwarnings.h"
-#include "support/grab.h"
-#include "theme/thememanager.h"
-#include "widgets/gifbadge.h"
-#include "wizard/progressparts.h"
+// The progress pages and their steps. Layouts, texts, fonts and colours are recorded by
+// tst_pagestructure; how a row fades in is tst_revealrow's matter.
 
+#include "pages/manualclock.h"
+#include "pages/pagetext.h"
+#include "support/drawing.h"
+#include "support/grab.h"
+#include "widgets/look.h"
+#include "widgets/progresstrack.h"
+#include "wizard/installingpage.h"
+#include "wizard/steplist.h"
+#include "wizard/steprow.h"
+#include "wizard/uninstallingpage.h"
+#include "wizard/updatingpage.h"
+#include "wizard/wizardtest.h"
+
+#include <QClipboard>
 #include <QLayout>
-#include <QTest>
+#include <QPointer>
+
+#include <cmath>
+#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QStringList kSteps { u"One"_s, u"Two"_s, u"Three"_s, u"Four"_s };
+const QStringList kFour { u"One"_s, u"Two"_s, u"Three"_s, u"Four"_s };
+const QStringList kFive = kFour + QStringList { u"Five"_s };
+
+std::unique_ptr<ProgressPage> pageFor(RunMode mode)
+{
+    if (mode == RunMode::Install)
+        return std::make_unique<InstallingPage>();
+    if (mode == RunMode::Update)
+        return std::make_unique<UpdatingPage>();
+    return std::make_unique<UninstallingPage>();
+}
+
+/// A progress page with a run that has just begun.
+struct Run : ProgressParts
+{
+    explicit Run(RunMode mode = RunMode::Install) : Run(pageFor(mode)) {}
+
+    void layOut() const { page->layout()->activate(); }
+
+    std::unique_ptr<ProgressPage> page;
+
+private:
+    explicit Run(std::unique_ptr<ProgressPage> made)
+        : ProgressParts(made.get()), page(std::move(made))
+    {
+        page->resize(kPageSize);
+        page->show();
+        page->begin(kFour);
+        layOut();
+    }
+};
+
+/// How many rows are shown; -1 if one is without the one before it.
+int shownRows(const StepList &list)
+{
+    int count = 0;
+    bool gap = false;
+    for (const StepList::StepRow *row : list.rows()) {
+        if (row->isRevealed() && gap)
+            return -1;
+        gap = gap || !row->isRevealed();
+        count += row->isRevealed() ? 1 : 0;
+    }
+    return count;
+}
+
+QList<double> reveals(const StepList &list)
+{
+    QList<double> result;
+    for (const StepList::StepRow *row : list.rows())
+        result << row->reveal();
+    return result;
+}
 
 } // namespace
 
-class TestProgressPage : public QObject
+class TestProgressPage : public WizardTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { registerApplicationFonts(); }
-    void init();
-    void layout_data();
-    void layout();
-    void updatingBadge();
-    void fonts_data() { pages(); }
-    void fonts();
-    void followsTheTheme_data() { pages(); }
-    void followsTheTheme();
-    void begin_data();
-    void begin();
-    void error_data();
-    void error();
-    void errorFollowsTheTheme();
-    void newRunForgetsTheError();
-    void fits_data() { pages(); }
-    void fits();
-
-private:
-    static void pages();
+    void stepsHaveThresholds_data();
+    void stepsHaveThresholds();
+    void stepsComeAndGo();
+    void newStepsReplaceTheOld();
+    void stepSlidesByFourPixels();
+    void percentage();
+    void progressMovesEverything_data() { addModes(); }
+    void progressMovesEverything();
+    void barGlides();
+    void barSweeps();
+    void newRunForgetsTheOld_data() { addModes(); }
+    void newRunForgetsTheOld();
+    void textsAreLiteral();
+    void longFileMovesNothing_data() { addModes(); }
+    void longFileMovesNothing();
+    void whatHasNoRoomIsLeftOut();
+    void longErrorNamesItsLog();
+    void errorLeavesTheStepsTheirRoom_data() { addModes(); }
+    void errorLeavesTheStepsTheirRoom();
 };
 
-void TestProgressPage::init()
+void TestProgressPage::stepsHaveThresholds_data()
 {
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<double>("fraction");
+    QTest::addColumn<int>("shown");
+    QTest::newRow("four, nothing yet") << kFour << 0.0 << 1;
+    QTest::newRow("four, below the second") << kFour << 0.2499 << 1;
+    QTest::newRow("four, the second") << kFour << 0.25 << 2;
+    QTest::newRow("four, below the fourth") << kFour << 0.7499 << 3;
+    QTest::newRow("four, the fourth") << kFour << 0.75 << 4;
+    QTest::newRow("four, the end") << kFour << 1.0 << 4;
+    QTest::newRow("five, below the fifth") << kFive << 0.7999 << 4;
+    QTest::newRow("five, the fifth") << kFive << 0.8 << 5;
+    QTest::newRow("not a number") << kFour << qQNaN() << 0;
 }
 
-void TestProgressPage::pages()
+void TestProgressPage::stepsHaveThresholds()
 {
-    QTest::addColumn<QString>("name");
-    for (const char *name : { "install", "update", "uninstall" })
-        QTest::newRow(name) << QString::fromLatin1(name);
+    QFETCH(QStringList, steps);
+    QFETCH(double, fraction);
+    StepList list;
+    list.setProgress(fraction); // without any steps, this does nothing
+    list.setSteps(steps);
+    QCOMPARE(shownRows(list), 0);
+    list.setProgress(fraction);
+    QTEST(shownRows(list), "shown");
 }
 
-void TestProgressPage::layout_data()
+void TestProgressPage::stepsComeAndGo()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("head");
-    QTest::addColumn<QString>("caption");
-    QTest::newRow("install")
-        << u"install"_s
-        << QStringList { u"label: Installing"_s, u"gap 5"_s,
-                         u"label: Roughly a minute. You can keep using your PC."_s }
-        << u"This may take a few minutes."_s;
-    QTest::newRow("update") << u"update"_s
-                            << QStringList { u"row, spacing 14"_s,
-                                             u"  GifBadge, top"_s,
-                                             u"  column, spacing 0, top, stretch 1"_s,
-                                             u"    label: Updating"_s,
-                                             u"    gap 5"_s,
-                                             u"    label: Roughly a minute. You can keep using "
-                                             "your PC."_s }
-                            << u"This may take a few minutes."_s;
-    QTest::newRow("uninstall") << u"uninstall"_s
-                               << QStringList { u"label: Uninstalling"_s, u"gap 5"_s,
-                                                u"label: Removing Varnel Schematics from your "
-                                                "computer."_s }
-                               << u"Do not turn off your PC."_s;
+    ManualClock clock;
+    StepList list;
+    list.setSteps(kFour);
+    list.setProgress(1.0);
+    clock.pass(300);
+    list.setProgress(0.3);
+    clock.pass(300);
+    QCOMPARE(reveals(list), (QList<double> { 1.0, 1.0, 0.0, 0.0 }));
+    list.complete();
+    clock.pass(150);
+    QVERIFY(list.rows().at(3)->reveal() > 0.5 && list.rows().at(3)->reveal() < 1.0);
+    list.setProgress(1.0); // does not start the entrance over
+    clock.pass(150);
+    QCOMPARE(reveals(list), QList<double>(4, 1.0));
+
+    list.setProgress(0.0);
+    list.reset();
+    clock.pass(300); // the animations have been stopped, not only set back
+    QCOMPARE(reveals(list), QList<double>(4, 0.0));
 }
 
-void TestProgressPage::layout()
+void TestProgressPage::newStepsReplaceTheOld()
 {
-    QFETCH(QString, name);
-    QFETCH(QStringList, head);
-    QFETCH(QString, caption);
-    const ProgressParts world(name);
-    QStringList outline = layoutOutline(world.page.get());
-    const qsizetype row = outline.indexOf(QRegularExpression(u"row, spacing .*"_s), head.size());
-    QVERIFY(row > 0);
-    outline.removeAt(row); // the gap between file and percentage is free
-    const QStringList rest {
-        u"gap 14"_s, u"StepList"_s,      u"stretch"_s, u"  label: , stretch 1"_s, u"  label: "_s,
-        u"gap 8"_s,  u"ProgressTrack"_s, u"gap 8"_s,   u"label: "_s + caption,
-    };
-    QCOMPARE(outline, QStringList(u"margins 22 18 22 18, spacing 0"_s) + head + rest);
+    StepList list;
+    list.setSteps(kFour);
+    list.setProgress(1.0);
+    QList<QPointer<StepList::StepRow>> old;
+    for (StepList::StepRow *row : list.rows())
+        old.append(row);
+    list.setSteps(kFive);
+    for (const QPointer<StepList::StepRow> &row : old)
+        QTRY_VERIFY(!row);
+    QCOMPARE(list.findChildren<StepList::StepRow *>().size(), 5);
+    QCOMPARE(reveals(list), QList<double>(5, 0.0));
+    QCOMPARE(list.rows().at(2)->accessibleName(), u"Three"_s);
 }
 
-void TestProgressPage::updatingBadge()
+void TestProgressPage::stepSlidesByFourPixels()
 {
-    UpdatingPage page;
-    page.resize(kPageSize);
-    page.show();
-    auto *badge = page.findChild<GifBadge *>();
-    QCOMPARE(badge->geometry(), QRect(22, 18, 52, 52));
-    GifBadge expected(u":/assets/business-development.gif"_s, 52);
-    expected.resize(52, 52);
-    const QImage picture = grabWidget(*badge);
-    QVERIFY(pixelsUnlike(picture.copy(16, 16, 20, 20), Qt::white) > 0);
-    QCOMPARE(picture, grabWidget(expected));
-    const QLabel *title = labelOf(&page, u"Updating"_s);
-    QCOMPARE(title->pos(), QPoint(22 + 52 + 14, 18));
-    for (const char *other : { "install", "uninstall" })
-        QVERIFY(!ProgressParts(QString::fromLatin1(other)).page->findChild<GifBadge *>());
+    StepList::StepRow row(u"Creating shortcuts"_s, nullptr);
+    row.resize(440, row.sizeHint().height());
+    row.setReveal(1.0);
+    const double top = inkRect(grabWidget(row, 4.0)).top();
+    row.setReveal(0.75);
+    QVERIFY(std::abs(inkRect(grabWidget(row, 4.0)).top() - top - 1.0) <= 0.3);
 }
 
-void TestProgressPage::fonts()
+void TestProgressPage::percentage()
 {
-    QFETCH(QString, name);
-    const ProgressParts world(name);
-    QCOMPARE(world.file->font().family(), u"JetBrains Mono"_s);
-    QCOMPARE(world.file->font().pixelSize(), 10);
-    QCOMPARE(world.file->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
-    QCOMPARE(world.percent->font().family(), u"Space Grotesk"_s);
-    QCOMPARE(int(world.percent->font().weight()), 600);
-    QCOMPARE(world.percent->font().pixelSize(), 17);
-    QCOMPARE(world.caption->font().pixelSize(), 11);
-    QCOMPARE(world.track->height(), world.track->sizeHint().height());
-    const QList<QLabel *> labels = world.page->findChildren<QLabel *>();
-    int titles = 0;
-    int bodies = 0;
-    for (const QLabel *label : labels) {
-        titles += label->font().pixelSize() == 18 ? 1 : 0;
-        bodies += label->font().pixelSize() == 12 ? 1 : 0;
-    }
-    QCOMPARE(titles, 1);
-    QCOMPARE(bodies, 1);
-}
-
-void TestProgressPage::followsTheTheme()
-{
-    QFETCH(QString, name);
-    const ProgressParts world(name);
-    for (bool dark : { false, true, false }) {
-        ThemeManager::instance().setDarkMode(dark);
-        QCOMPARE(world.file->styleSheet(), coloured(u"color:%1;"_s, { u"@INS_TX3"_s }));
-        QCOMPARE(world.caption->styleSheet(), coloured(u"color:%1;"_s, { u"@INS_TX3"_s }));
-        QCOMPARE(world.percent->styleSheet(), coloured(u"color:%1;"_s, { u"@INS_TX"_s }));
+    const Run run;
+    const QList<QPair<double, QString>> rounded { { 0.004, u"0%"_s },
+                                                  { 0.005, u"1%"_s },
+                                                  { 0.125, u"13%"_s }, // not to even
+                                                  { 0.994, u"99%"_s },
+                                                  { 0.995, u"100%"_s } };
+    for (const auto &[fraction, text] : rounded) {
+        run.page->setProgress(fraction);
+        QCOMPARE(run.percent->text(), text);
     }
 }
 
-void TestProgressPage::begin_data()
+void TestProgressPage::progressMovesEverything()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("caption");
-    QTest::newRow("install") << u"install"_s << u"This may take a few minutes."_s;
-    QTest::newRow("update") << u"update"_s << u"This may take a few minutes."_s;
-    QTest::newRow("uninstall") << u"uninstall"_s << u"Do not turn off your PC."_s;
+    QFETCH(RunMode, mode);
+    const Run run(mode);
+    run.page->setProgress(0.5);
+    QCOMPARE(run.percent->text(), u"50%"_s);
+    QCOMPARE(run.track->target(), 0.5);
+    QCOMPARE(run.shownSteps(), 3);
+    run.page->completeSteps();
+    QCOMPARE(run.shownSteps(), 4);
 }
 
-// The second run of a page is prepared like the first.
-void TestProgressPage::begin()
+void TestProgressPage::barGlides()
 {
-    QFETCH(QString, name);
-    QFETCH(QString, caption);
-    const ProgressParts world(name);
-    world.page->begin({ u"Old"_s });
-    world.page->setWaiting(true);
-    world.page->setProgress(0.7);
-    world.page->setCurrentFile(u"old.dll"_s);
-    world.page->setStatus(u"Old"_s);
-
-    world.page->setWaiting(true);
-    world.page->begin(kSteps);
-    QStringList texts;
-    for (const StepList::StepRow *row : world.steps->rows())
-        texts.append(row->text());
-    QCOMPARE(texts, kSteps);
-    QCOMPARE(world.shownSteps(), 0);
-    QCOMPARE(world.percent->text(), u"0%"_s);
-    QVERIFY(world.file->text().isEmpty());
-    QCOMPARE(world.caption->text(), caption);
-    QCOMPARE(world.track->value(), 0.0);
-    QCOMPARE(world.track->target(), 0.0);
-    QVERIFY(!world.track->isIndeterminate());
+    ManualClock clock;
+    const Run run;
+    run.page->setProgress(0.437);
+    QCOMPARE(run.track->value(), 0.0);
+    clock.pass(150);
+    QVERIFY(std::abs(run.track->value() - 0.437 / 2) < 0.02);
+    run.page->setProgress(0.9);
+    clock.pass(300);
+    QCOMPARE(run.track->value(), 0.9);
+    run.page->setProgress(0.2);
+    clock.pass(100);
+    run.page->resetBar();
+    QCOMPARE(run.track->value(), 0.0);
+    clock.pass(300);
+    QCOMPARE(run.track->value(), 0.0);
 }
 
-void TestProgressPage::error_data()
+// As long as there is no figure.
+void TestProgressPage::barSweeps()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("message");
-    const QString detailed = u"Setup could not start the installation.  There is no room. "
-                             "(log: /tmp/varnel_setup_last.log)"_s;
-    for (const char *name : { "install", "update", "uninstall" }) {
-        QTest::addRow("%s, usual", name) << QString::fromLatin1(name) << detailed;
-        QTest::addRow("%s, markup", name) << QString::fromLatin1(name) << kLiteral;
-        QTest::addRow("%s, very long", name)
-            << QString::fromLatin1(name) << u"Something went wrong. "_s.repeated(100);
+    const Run run;
+    QVERIFY(!run.track->isIndeterminate());
+    run.page->setWaiting(true);
+    run.page->setStatus(u"Unpacking"_s);
+    run.page->setCurrentFile(u"a.dll"_s);
+    QVERIFY(run.track->isIndeterminate());
+    run.page->setProgress(0.01);
+    QVERIFY(!run.track->isIndeterminate());
+    run.page->setWaiting(true);
+    run.page->showError(u"No"_s);
+    QVERIFY(!run.track->isIndeterminate());
+    run.page->setWaiting(true);
+    run.page->resetBar();
+    QVERIFY(!run.track->isIndeterminate());
+}
+
+void TestProgressPage::newRunForgetsTheOld()
+{
+    QFETCH(RunMode, mode);
+    const Run fresh(mode);
+    const QRect belowTheHead(0, fresh.steps->y(), kPageSize.width(), kPageSize.height());
+    const QImage expected = grabWidget(*fresh.page).copy(belowTheHead);
+    const Run run(mode);
+    run.page->setWaiting(true);
+    run.page->setProgress(0.7);
+    run.page->setCurrentFile(longWord());
+    run.page->showError(u"It failed. "_s.repeated(50));
+    run.layOut();
+    run.page->begin(kFour);
+    run.layOut();
+    QCOMPARE(run.stepTexts(), kFour);
+    QCOMPARE(run.shownSteps(), 0);
+    QCOMPARE(run.caption->text(), fresh.caption->text());
+    QCOMPARE(run.percent->text(), u"0%"_s);
+    QVERIFY(run.file->text().isEmpty());
+    QVERIFY(!run.track->isIndeterminate());
+    QCOMPARE(run.track->target(), 0.0);
+    QVERIFY(grabWidget(*run.page).copy(belowTheHead) == expected);
+}
+
+void TestProgressPage::textsAreLiteral()
+{
+    const Run run;
+    run.page->setStatus(kLiteral);
+    run.page->setProgress(0.4);
+    for (const QString &file : { kLiteral, u"  a  b  "_s }) {
+        run.page->setCurrentFile(file);
+        QCOMPARE(run.file->text(), file);
     }
+    QCOMPARE(run.caption->text(), kLiteral);
+    run.page->setCurrentFile(kLiteral);
+    run.layOut();
+    QCOMPARE(shownLines(*run.file), QStringList { kLiteral });
+    QCOMPARE(shownLines(*run.caption), QStringList { kLiteral });
+    run.page->showError(kLiteral);
+    QCOMPARE(shownLines(*run.caption), QStringList { kLiteral });
 }
 
-void TestProgressPage::error()
+void TestProgressPage::longFileMovesNothing()
 {
-    QFETCH(QString, name);
-    QFETCH(QString, message);
-    const ProgressParts world(name);
-    world.page->begin(kSteps);
-    world.page->setProgress(0.3);
-    world.page->showError(message);
-    QCOMPARE(world.caption->text(), message);
-    QCOMPARE(world.caption->textFormat(), Qt::PlainText);
-    QVERIFY(world.caption->wordWrap());
-    QCOMPARE(world.caption->styleSheet(), coloured(u"color:%1;"_s, { u"@INS_RED"_s }));
-    QCOMPARE(world.percent->text(), u"30%"_s);
-    QCOMPARE(world.shownSteps(), 2);
-    QVERIFY(fitsWindow(world.page.get()));
-}
-
-void TestProgressPage::errorFollowsTheTheme()
-{
-    const ProgressParts world(u"install"_s);
-    world.page->begin(kSteps);
-    world.page->showError(u"No"_s);
-    for (bool dark : { true, false }) {
-        ThemeManager::instance().setDarkMode(dark);
-        QCOMPARE(world.caption->styleSheet(), coloured(u"color:%1;"_s, { u"@INS_RED"_s }));
-        QVERIFY(world.caption->wordWrap());
+    QFETCH(RunMode, mode);
+    const Run run(mode);
+    const QList<const QWidget *> others { run.percent, run.track, run.caption, run.steps };
+    QList<QRect> places;
+    for (const QWidget *other : others)
+        places << other->geometry();
+    const int bottom = run.file->geometry().bottom();
+    for (const QString &path :
+         { longWord(), QString(u"C:\\"_s + u"folder  with blanks\\"_s.repeated(12)), u"short"_s }) {
+        run.page->setCurrentFile(path);
+        run.layOut();
+        for (qsizetype i = 0; i < others.size(); ++i)
+            QCOMPARE(others[i]->geometry(), places[i]);
+        QCOMPARE(run.file->geometry().bottom(), bottom);
+        QVERIFY(!run.file->geometry().intersects(run.steps->geometry()));
+        // All of it is seen, left of the percentage.
+        QCOMPARE(shownLines(*run.file).join(QString()), path);
+        QVERIFY(run.file->geometry().right() < run.percent->x() - 6);
     }
+    QCOMPARE(run.page->size(), kPageSize);
 }
 
-void TestProgressPage::newRunForgetsTheError()
+void TestProgressPage::whatHasNoRoomIsLeftOut()
 {
-    const ProgressParts world(u"install"_s);
-    world.page->begin(kSteps);
-    world.page->showError(u"No"_s);
-    world.page->begin(kSteps);
-    QCOMPARE(world.caption->text(), u"This may take a few minutes."_s);
-    QCOMPARE(world.caption->styleSheet(), coloured(u"color:%1;"_s, { u"@INS_TX3"_s }));
+    const Run run;
+    const QString path = u"C:\\"_s + longWord().repeated(3) + u"\\last.sch"_s;
+    const QString status = u"Extracting "_s + longWord();
+    run.page->setCurrentFile(path);
+    run.page->setStatus(status);
+    run.layOut();
+    const QString file = shownLines(*run.file).join(QString());
+    QVERIFY(file.startsWith(u"C:\\mm") && file.endsWith(u"\\last.sch"));
+    QVERIFY(!run.file->geometry().intersects(run.steps->geometry()));
+    const QStringList lines = shownLines(*run.caption);
+    QCOMPARE(lines.size(), 1);
+    QVERIFY(lines[0].startsWith(u"Extracting mmm"_s) && lines[0].endsWith(u'…'));
+    QCOMPARE(toolTipOf(*run.file), path);
+    QCOMPARE(toolTipOf(*run.caption), status);
 }
 
-void TestProgressPage::fits()
+void TestProgressPage::longErrorNamesItsLog()
 {
-    QFETCH(QString, name);
-    const ProgressParts world(name);
-    world.page->begin(kSteps + QStringList { u"Five"_s });
-    world.page->setProgress(1.0);
-    world.page->setCurrentFile(longWord());
-    world.page->setStatus(longWord());
-    QVERIFY(fitsWindow(world.page.get()));
+    const Run run;
+    const double baseline = draw(*run.caption, 1.0).texts.first().baseline.y();
+    const QString log = uR"((log: C:\Users\firstname.lastname\Temp\varnel_setup_last.log))"_s;
+    const QString message = u"Something went wrong. "_s.repeated(100) + u"  "_s + log;
+    run.page->showError(message);
+    run.layOut();
+    const QStringList lines = shownLines(*run.caption);
+    QVERIFY(lines.first().startsWith(u"Something went wrong. Something"_s));
+    const QString shown = lines.join(QString()).remove(u' ');
+    QVERIFY2(shown.endsWith(u"…"_s + QString(log).remove(u' ')), qPrintable(shown));
+    QVERIFY(lines.size() * run.caption->fontMetrics().height() <= run.caption->height());
+    // As near to the bar as any caption.
+    QVERIFY(std::abs(draw(*run.caption, 1.0).texts.first().baseline.y() - baseline) < 1.0);
+    QCOMPARE(toolTipOf(*run.caption), message);
+
+    // It can be copied, for those who are asked for help.
+    QApplication::clipboard()->clear();
+    QTest::mouseClick(run.caption, Qt::LeftButton);
+    QTest::keySequence(run.caption, QKeySequence::Copy);
+    QCOMPARE(QApplication::clipboard()->text(), message);
+}
+
+void TestProgressPage::errorLeavesTheStepsTheirRoom()
+{
+    QFETCH(RunMode, mode);
+    const Run run(mode);
+    run.page->begin(kFive);
+    run.page->setCurrentFile(longWord().repeated(3));
+    QVERIFY(fitsWindow(run.page.get()));
+    const QRect steps = run.steps->geometry();
+    run.page->showError(u"Something went wrong. "_s.repeated(100) + u"  (log: C:\\a.log)");
+    QVERIFY(fitsWindow(run.page.get()));
+    QCOMPARE(run.steps->geometry(), steps);
+    QVERIFY(!run.file->geometry().intersects(steps));
+    QVERIFY(shownLines(*run.caption).last().endsWith(u"(log: C:\\a.log)"));
 }
 
 QTEST_MAIN(TestProgressPage)
