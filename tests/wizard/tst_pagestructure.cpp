@@ -239,6 +239,17 @@ QStringList recordOf(const Look &light, const Look &dark)
     return lines;
 }
 
+/// What the window looks like in a theme that comes up while it is shown.
+Look look(WizardScene &world, bool dark)
+{
+    ThemeManager::instance().setDarkMode(dark);
+    bool hasTurned = false; // the event loop, which finds everything its place
+    QTimer::singleShot(0, &world.window(), [&] { hasTurned = true; });
+    if (!QTest::qWaitFor([&] { return hasTurned && isAtRest(world.window()); }, kPatience))
+        qFatal("The page does not come to rest");
+    return { entryOf(&world.window()), draw(world.window(), 1.0), draw(world.window(), 2.0) };
+}
+
 } // namespace
 
 class TestPageStructure : public QObject
@@ -250,13 +261,14 @@ public:
 
 private Q_SLOTS:
     void initTestCase();
-    void init() { failOnWarnings(); }
+    void init()
+    {
+        failOnWarnings();
+        ThemeManager::instance().setDarkMode(false);
+    }
     void page_data();
     void page();
     void everyRecordHasItsPage();
-
-private:
-    static Look look(ThemeManager::Theme theme);
 };
 
 // Nothing of this machine's fonts is seen here, nor of how it likes letters to be fitted to pixels.
@@ -292,8 +304,20 @@ void TestPageStructure::page_data()
 
 void TestPageStructure::page()
 {
-    const Look light = look(ThemeManager::Light);
-    const Look dark = look(ThemeManager::Dark);
+    QFETCH(const Scene, scene);
+    WizardScene world;
+    const auto enter = [&] {
+        world.open(scene.mode);
+        world.goTo(scene.page);
+        if (scene.then)
+            scene.then(world);
+    };
+    enter();
+    const Look light = look(world, false);
+    ThemeManager::instance().setDarkMode(true);
+    if (scene.page == PageId::Ready)
+        enter(); // the summary keeps the colours of when it was made
+    const Look dark = look(world, true);
     QCOMPARE(dark.drawing.texts.size(), light.drawing.texts.size());
     const QStringList lines = recordOf(light, dark);
 
@@ -319,22 +343,6 @@ void TestPageStructure::everyRecordHasItsPage()
         names.append(QLatin1StringView(scene.name) + ".txt"_L1);
     names.sort();
     QCOMPARE(QDir(QFINDTESTDATA("structure")).entryList(QDir::Files, QDir::Name), names);
-}
-
-Look TestPageStructure::look(ThemeManager::Theme theme)
-{
-    QFETCH(const Scene, scene);
-    ThemeManager::instance().setDarkMode(theme == ThemeManager::Dark);
-    WizardScene world;
-    world.open(scene.mode);
-    world.goTo(scene.page);
-    if (scene.then)
-        scene.then(world);
-    bool hasTurned = false; // the event loop, which finds everything its place
-    QTimer::singleShot(0, &world.window(), [&] { hasTurned = true; });
-    if (!QTest::qWaitFor([&] { return hasTurned && isAtRest(world.window()); }, kPatience))
-        qFatal("The page does not come to rest");
-    return { entryOf(&world.window()), draw(world.window(), 1.0), draw(world.window(), 2.0) };
 }
 
 QTEST_MAIN(TestPageStructure)
