@@ -1,7 +1,6 @@
 #include "pages/pagetext.h"
 
 #include "support/drawing.h"
-#include "theme/thememanager.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -32,17 +31,6 @@ void hideToolTip()
 QString longWord()
 {
     return QString(200, u'm');
-}
-
-QString coloured(const QString &text, const QStringList &tokens)
-{
-    QString result = text;
-    for (qsizetype i = 0; i < tokens.size(); ++i) {
-        const QString colour = ThemeManager::instance().color(tokens[i]);
-        Q_ASSERT(colour.startsWith(u'#'));
-        result.replace(u'%' + QString::number(i + 1), colour);
-    }
-    return result;
 }
 
 QLabel *labelOf(const QWidget *page, const QString &text)
@@ -88,19 +76,6 @@ QStringList shownLines(QWidget &widget)
         lines.last() += visible(run.text);
     }
     return lines;
-}
-
-bool isWholeAt(const QLabel *label, int pixelSize)
-{
-    QFont font = label->parentWidget()->font();
-    font.setPixelSize(pixelSize);
-    const QFontMetrics expected(font);
-    const int height = label->hasHeightForWidth() ? label->heightForWidth(label->width())
-                                                  : label->sizeHint().height();
-    return label->fontMetrics().height() == expected.height()
-        && label->fontMetrics().horizontalAdvance(label->text())
-        == expected.horizontalAdvance(label->text())
-        && label->minimumSizeHint().width() <= label->width() && height <= label->height();
 }
 
 bool fitsWindow(QWidget *page)

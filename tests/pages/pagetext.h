@@ -15,9 +15,6 @@ inline const QString kLiteral = QStringLiteral("a&b <i>%2 %1</i>");
 /// A word of 200 characters.
 [[nodiscard]] QString longWord();
 
-/// `text` with the present theme's colours of `tokens` for %1, %2 and so on.
-[[nodiscard]] QString coloured(const QString &text, const QStringList &tokens);
-
 /// The label of `page` that shows exactly `text`; null if there is none.
 [[nodiscard]] QLabel *labelOf(const QWidget *page, const QString &text);
 
@@ -29,9 +26,6 @@ inline const QString kLiteral = QStringLiteral("a&b <i>%2 %1</i>");
 
 /// The lines of text that `widget` draws.
 [[nodiscard]] QStringList shownLines(QWidget &widget);
-
-/// True if `label` shows all of its text, as it does at `pixelSize` whatever the default font is.
-[[nodiscard]] bool isWholeAt(const QLabel *label, int pixelSize);
 
 /// True if `page`, in the room that the window has for it, keeps every widget inside its margins.
 [[nodiscard]] bool fitsWindow(QWidget *page);
