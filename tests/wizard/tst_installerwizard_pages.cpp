@@ -49,7 +49,6 @@ private Q_SLOTS:
 void TestInstallerWizardPages::systemCheckRunsOnEntering()
 {
     WizardDriver driver;
-    driver.find<DestinationPage>()->setPath(driver.sandbox.path(u"not/yet/there"_s));
     QVERIFY(goToSystemCheck(driver));
     const auto rowsOf = [&driver] {
         return driver.currentPage()->findChildren<SystemCheckPage::CheckRow *>();

@@ -119,8 +119,8 @@ void TestInstallerWizardRuns::install()
 {
     WizardDriver driver;
     const QString folder = driver.sandbox.nativePath(u"Schaltpläne/電路"_s);
-    driver.find<DestinationPage>()->setPath(folder);
-    QVERIFY(driver.startRun(RunMode::Install));
+    driver.show(RunMode::Install);
+    QVERIFY(driver.goToReadyPage(folder) && driver.press(u"Install"_s));
     driver.watch.clear();
     bool looked = false;
     connect(&driver.engine, &InstallerEngine::finished, this, [&] {

@@ -1,5 +1,6 @@
 #include "wizard/wizarddriver.h"
 
+#include "pages/destinationpage.h"
 #include "widgets/animatedmark.h"
 #include "widgets/progresstrack.h"
 #include "widgets/selectioncontrol.h"
@@ -121,10 +122,13 @@ bool WizardDriver::pressAll(const QStringList &texts)
     return true;
 }
 
-bool WizardDriver::goToReadyPage()
+bool WizardDriver::goToReadyPage(const QString &folder)
 {
-    return press(u"Next"_s) && click(kAccept)
-        && pressAll({ u"Next"_s, u"Next"_s, u"Next"_s, u"Next"_s });
+    if (!press(u"Next"_s) || !click(kAccept) || !pressAll({ u"Next"_s, u"Next"_s }))
+        return false;
+    if (!folder.isEmpty())
+        find<DestinationPage>()->setPath(folder);
+    return pressAll({ u"Next"_s, u"Next"_s });
 }
 
 bool WizardDriver::click(const QString &text)
