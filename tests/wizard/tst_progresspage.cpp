@@ -18,6 +18,7 @@
 #include <QLayout>
 #include <QPointer>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -37,21 +38,34 @@ std::unique_ptr<ProgressPage> pageFor(RunMode mode)
     return std::make_unique<UninstallingPage>();
 }
 
-/// A progress page with a run that has just begun.
+/// A progress page with a run that has just begun, in no more room than the window has for it.
 struct Run : ProgressParts
 {
     explicit Run(RunMode mode = RunMode::Install) : Run(pageFor(mode)) {}
 
     void layOut() const { page->layout()->activate(); }
+    /// Whether every part of the page is inside its margins.
+    [[nodiscard]] bool fits() const
+    {
+        layOut();
+        const QRect room = page->rect().marginsRemoved(page->layout()->contentsMargins());
+        const auto parts = page->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+        return page->size() == kPageSize
+            && std::all_of(parts.begin(), parts.end(),
+                           [&](const QWidget *part) { return room.contains(part->geometry()); });
+    }
 
+    QWidget window;
     std::unique_ptr<ProgressPage> page;
 
 private:
     explicit Run(std::unique_ptr<ProgressPage> made)
         : ProgressParts(made.get()), page(std::move(made))
     {
-        page->resize(kPageSize);
-        page->show();
+        window.resize(kPageSize);
+        page->setParent(&window);
+        page->setGeometry(window.rect());
+        window.show();
         page->begin(kFour);
         layOut();
     }
@@ -361,11 +375,13 @@ void TestProgressPage::errorLeavesTheStepsTheirRoom()
     QFETCH(RunMode, mode);
     const Run run(mode);
     run.page->begin(kFive);
+    run.page->setProgress(1.0);
     run.page->setCurrentFile(longWord().repeated(3));
-    QVERIFY(fitsWindow(run.page.get()));
+    run.page->setStatus(longWord());
+    QVERIFY(run.fits());
     const QRect steps = run.steps->geometry();
     run.page->showError(u"Something went wrong. "_s.repeated(100) + u"  (log: C:\\a.log)");
-    QVERIFY(fitsWindow(run.page.get()));
+    QVERIFY(run.fits());
     QCOMPARE(run.steps->geometry(), steps);
     QVERIFY(!run.file->geometry().intersects(steps));
     QVERIFY(shownLines(*run.caption).last().endsWith(u"(log: C:\\a.log)"));
