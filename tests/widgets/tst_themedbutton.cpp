@@ -1,14 +1,11 @@
-// The button, and the focus ring as it is seen on it.
+// The button, and where its focus ring lies.
 
 #include "support/grab.h"
 #include "theme/themed.h"
-#include "widgets/focusring.h"
 #include "widgets/look.h"
 #include "widgets/themedbutton.h"
 
 #include <QDialog>
-#include <QFocusEvent>
-#include <QPainter>
 #include <QSignalSpy>
 
 using namespace Qt::Literals::StringLiterals;
@@ -43,11 +40,6 @@ struct Scene
     ThemedButton *button;
 };
 
-/// A focus event: whether the focus comes or goes, and why.
-using Event = QPair<QEvent::Type, Qt::FocusReason>;
-constexpr auto kIn = QEvent::FocusIn;
-constexpr auto kOut = QEvent::FocusOut;
-
 } // namespace
 
 class TestThemedButton : public QObject
@@ -56,63 +48,12 @@ class TestThemedButton : public QObject
 
 private Q_SLOTS:
     void init() { expectNoWarningsInLightTheme(); }
-    void ringShowsWhereTheKeyboardIs_data();
-    void ringShowsWhereTheKeyboardIs();
     void tabShowsTheRing();
     void ringIsTheOnlySignOfFocus();
-    void focusMovesWhileTheWindowIsInTheBackground();
     void ringKeepsAGap();
     void ringFollowsTheCorners();
     void returnDoesNotPressIt();
 };
-
-void TestThemedButton::ringShowsWhereTheKeyboardIs_data()
-{
-    QTest::addColumn<QList<Event>>("events");
-    QTest::addColumn<bool>("seen");
-    const Event tab(kIn, Qt::TabFocusReason);
-    const Event click(kIn, Qt::MouseFocusReason);
-    const Event windowGoes(kOut, Qt::ActiveWindowFocusReason);
-    const Event windowComes(kIn, Qt::ActiveWindowFocusReason);
-    const Event popupOpens(kOut, Qt::PopupFocusReason);
-    const Event popupCloses(kIn, Qt::PopupFocusReason);
-    const auto add = [](const char *name, const QList<Event> &events, bool seen) {
-        QTest::newRow(name) << events << seen;
-    };
-    add("at first", {}, false);
-    add("tab", { tab }, true);
-    add("back tab", { { kIn, Qt::BacktabFocusReason } }, true);
-    add("shortcut", { { kIn, Qt::ShortcutFocusReason } }, true);
-    add("click", { click }, false);
-    add("by the program", { { kIn, Qt::OtherFocusReason } }, false);
-    add("window comes", { windowComes }, false);
-    add("tab, away by tab", { tab, { kOut, Qt::TabFocusReason } }, false);
-    add("tab, away by back tab", { tab, { kOut, Qt::BacktabFocusReason } }, false);
-    add("tab, away by shortcut", { tab, { kOut, Qt::ShortcutFocusReason } }, false);
-    add("tab, away by click", { tab, { kOut, Qt::MouseFocusReason } }, false);
-    add("tab, away by the program", { tab, { kOut, Qt::OtherFocusReason } }, false);
-    add("tab, window goes and comes", { tab, windowGoes, windowComes }, true);
-    add("tab, popup opens and closes", { tab, popupOpens, popupCloses }, true);
-    add("click, window goes and comes", { click, windowGoes, windowComes }, false);
-    add("click, popup opens and closes", { click, popupOpens, popupCloses }, false);
-    add("tab, away, click", { tab, { kOut, Qt::TabFocusReason }, click }, false);
-}
-
-void TestThemedButton::ringShowsWhereTheKeyboardIs()
-{
-    QFETCH(const QList<Event>, events);
-    QFETCH(const bool, seen);
-    FocusRing ring;
-    for (const auto &[type, reason] : events)
-        ring.update(QFocusEvent(type, reason));
-    QImage picture(60, 40, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setBrush(Qt::red); // what the control painted last
-    ring.paint(painter, QRectF(0, 0, 60, 40), 8.0, u"@INS_ACCENT"_s);
-    QCOMPARE(colourAt(picture, { 30, 20 }).alpha(), 0);
-    QCOMPARE(pixelsUnlike(picture, Qt::transparent) > 0, seen);
-}
 
 void TestThemedButton::tabShowsTheRing()
 {
@@ -143,22 +84,6 @@ void TestThemedButton::ringIsTheOnlySignOfFocus()
     QTest::keyClick(&scene.window, Qt::Key_Tab);
     QVERIFY(scene.ringIsSeen());
     QCOMPARE(grabWidget(*scene.button).copy(inner), before);
-}
-
-void TestThemedButton::focusMovesWhileTheWindowIsInTheBackground()
-{
-    Scene scene;
-    QTest::keyClick(&scene.window, Qt::Key_Tab);
-    QVERIFY(scene.ringIsSeen());
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&other));
-    scene.first->setFocus();
-    scene.window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&scene.window));
-    QVERIFY(scene.first->hasFocus());
-    QVERIFY(!scene.ringIsSeen());
 }
 
 void TestThemedButton::ringKeepsAGap()
