@@ -359,7 +359,9 @@ void TestChrome::footerIsClearedByItsButton()
 {
     InstallerFooterBar bar;
     bar.resize(kWidth, bar.height());
+    const QPushButton other(u"Other"_s, &bar);
     bar.show();
+    QVERIFY(QTest::qWaitForWindowActive(&bar));
     bar.setStatusText(u"Where we are"_s);
     const QPointer<QPushButton> back = bar.addButton(u"Back"_s, false, false);
     const QPointer<QPushButton> next = bar.addButton(u"Next"_s, true, false);
@@ -369,8 +371,10 @@ void TestChrome::footerIsClearedByItsButton()
         bar.clear();
         QVERIFY(bar.buttons().isEmpty());
         QVERIFY(back->isHidden() && next->isHidden());
+        QVERIFY(!other.hasFocus()); // which next has had
         bar.addButton(u"Close"_s, false, false);
     });
+    next->setFocus();
     QTest::mouseClick(next, Qt::LeftButton);
     QCOMPARE(bar.buttons().size(), 1);
     QCOMPARE(bar.statusText(), u"Where we are"_s);

@@ -43,7 +43,11 @@ struct Run : ProgressParts
 {
     explicit Run(RunMode mode = RunMode::Install) : Run(pageFor(mode)) {}
 
-    void layOut() const { page->layout()->activate(); }
+    void layOut() const
+    {
+        QCoreApplication::processEvents(); // which shows steps that were just added
+        page->layout()->activate();
+    }
     /// Whether every part of the page is inside its margins.
     [[nodiscard]] bool fits() const
     {
