@@ -2,28 +2,35 @@
 
 #include <QCoreApplication>
 
-#include <array>
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
-constexpr std::array kMessages = {
-    QT_TRANSLATE_NOOP("InstallerEngine", "Setup could not start."),
-    QT_TRANSLATE_NOOP("InstallerEngine", "Installation was cancelled."),
-    QT_TRANSLATE_NOOP("InstallerEngine", "Setup failed while preparing to install."),
-    QT_TRANSLATE_NOOP("InstallerEngine", "A fatal error occurred during installation."),
-    QT_TRANSLATE_NOOP("InstallerEngine", "Installation was cancelled during setup."),
-    QT_TRANSLATE_NOOP("InstallerEngine", "Setup was stopped by a debugger."),
-    QT_TRANSLATE_NOOP("InstallerEngine", "Setup cannot install on this system."),
-    QT_TRANSLATE_NOOP("InstallerEngine", "A restart is required before setup can continue."),
+struct ExitCode
+{
+    int code;
+    const char *message;
 };
-constexpr int kFirstCode = 1;
+
+constexpr ExitCode kMessages[] = {
+    { 1, QT_TRANSLATE_NOOP("InstallerEngine", "Setup could not start.") },
+    { 2, QT_TRANSLATE_NOOP("InstallerEngine", "Installation was cancelled.") },
+    { 3, QT_TRANSLATE_NOOP("InstallerEngine", "Setup failed while preparing to install.") },
+    { 4, QT_TRANSLATE_NOOP("InstallerEngine", "A fatal error occurred during installation.") },
+    { 5, QT_TRANSLATE_NOOP("InstallerEngine", "Installation was cancelled during setup.") },
+    { 6, QT_TRANSLATE_NOOP("InstallerEngine", "Setup was stopped by a debugger.") },
+    { 7, QT_TRANSLATE_NOOP("InstallerEngine", "Setup cannot install on this system.") },
+    { 8, QT_TRANSLATE_NOOP("InstallerEngine", "A restart is required before setup can continue.") },
+};
 
 } // namespace
 
 QString exitCodeMessage(int exitCode)
 {
-    if (exitCode < kFirstCode || exitCode >= kFirstCode + int(kMessages.size()))
+    const auto *found = std::ranges::find(kMessages, exitCode, &ExitCode::code);
+    if (found == std::end(kMessages))
         return QCoreApplication::translate("InstallerEngine", "Setup exited with code %1.")
             .arg(exitCode);
-    return QCoreApplication::translate("InstallerEngine", kMessages[size_t(exitCode - kFirstCode)]);
+    return QCoreApplication::translate("InstallerEngine", found->message);
 }
