@@ -1,9 +1,9 @@
 #include "pages/readytoupdatepage.h"
 
 #include "pages/pagelabels.h"
+#include "pages/setupchoices.h"
 #include "pages/summarybox.h"
 #include "product/product.h"
-#include "system/installation.h"
 #include "theme/themed.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -22,9 +22,10 @@ ReadyToUpdatePage::ReadyToUpdatePage(QWidget *parent)
     onThemeChange(this, [this] { rebuild(); });
 }
 
-void ReadyToUpdatePage::prepare(SetupChoices &)
+void ReadyToUpdatePage::prepare(SetupChoices &choices)
 {
-    setDetails(Product::kVersion.toString(), updateFolder());
+    setDetails(Product::kVersion.toString(),
+               choices.recordedFolder.isEmpty() ? QString() : choices.folder);
 }
 
 void ReadyToUpdatePage::setDetails(const QString &version, const QString &folder)

@@ -9,8 +9,11 @@
 struct SetupChoices
 {
     RunMode mode = RunMode::Install;
-    /// Where the application goes or, in an update, is; with native separators.
+    /// Where the application is installed to and started from, with native separators. In an update
+    /// it follows from the recorded folder; UpdateAvailablePage sets both.
     QString folder;
+    /// Of the installed copy, as it is recorded; only in an update, empty if none is.
+    QString recordedFolder;
     bool desktopShortcut = true;
     bool removesPreferences = false;
     /// The program that removes the installed copy; empty if there is none.

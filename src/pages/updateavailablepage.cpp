@@ -77,8 +77,9 @@ UpdateAvailablePage::UpdateAvailablePage(QWidget *parent) : WizardPage(parent)
 void UpdateAvailablePage::prepare(SetupChoices &choices)
 {
     setVersions(installedVersion(), Product::kVersion.toString());
-    if (const QString folder = updateFolder(); !folder.isEmpty())
-        choices.folder = folder;
+    choices.recordedFolder = installLocation();
+    if (!choices.recordedFolder.isEmpty())
+        choices.folder = updateFolder(choices.recordedFolder);
 }
 
 void UpdateAvailablePage::setVersions(const QString &installed, const QString &available)
@@ -86,7 +87,7 @@ void UpdateAvailablePage::setVersions(const QString &installed, const QString &a
     const QString present = installed.isEmpty() ? tr("not found") : installed;
     setChipVersion(m_installed, present);
     setChipVersion(m_available, available);
-    // When a window opens, a screen reader reads out its texts, but none of only two words.
+    // Screen readers skip labels of two words when they read a new window.
     m_installed->setAccessibleName(tr("Installed version: %1").arg(present));
     m_available->setAccessibleName(tr("Available version: %1").arg(available));
 }

@@ -11,6 +11,11 @@ UpdateFinishedPage::UpdateFinishedPage(QWidget *parent) : WizardPage(parent)
     setVersion(Product::kVersion.toString());
 }
 
+void UpdateFinishedPage::prepare(SetupChoices &)
+{
+    setVersion(Product::kVersion.toString());
+}
+
 void UpdateFinishedPage::setVersion(const QString &version)
 {
     m_body->setText(tr("Now running version %1.\nYour settings were preserved.").arg(version));

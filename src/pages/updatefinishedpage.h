@@ -15,6 +15,7 @@ public:
 
     void setVersion(const QString &version);
 
+    void prepare(SetupChoices &choices) override;
     [[nodiscard]] SealCheck *seal() const override { return m_seal; }
 
 private:

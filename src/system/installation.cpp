@@ -40,9 +40,8 @@ QString installLocation()
     return QDir::toNativeSeparators(location);
 }
 
-QString updateFolder()
+QString updateFolder(const QString &recorded)
 {
-    const QString recorded = installLocation();
     const QString given = installFolder(recorded);
     return QString(recorded).replace(u'\\', u'/') == given ? recorded
                                                            : QDir::toNativeSeparators(given);

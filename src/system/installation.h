@@ -15,9 +15,9 @@
 /// Folder of the installed copy, with native separators and none at the end. It need not exist.
 [[nodiscard]] QString installLocation();
 
-/// Folder of the installed copy as an update leaves it, with native separators: the recorded one,
-/// or the product's folder in it where that is the root of a drive. Empty if none is recorded.
-[[nodiscard]] QString updateFolder();
+/// Folder of the installed copy as an update leaves it, with native separators: `recorded`, or the
+/// product's folder in it where that is the root of a drive.
+[[nodiscard]] QString updateFolder(const QString &recorded);
 
 /// True if an installed copy is recorded and its folder exists.
 [[nodiscard]] bool isInstalled();

@@ -1,7 +1,6 @@
 #include "wizard/realrun.h"
 
 #include "engine/installerengine.h"
-#include "system/installation.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,8 +22,8 @@ void RealRun::start()
                                                         : QStringList());
         break;
     case RunMode::Update:
-        // As it is recorded; InstallerEngine turns it into the folder that was shown.
-        m_engine.startInstall(installLocation(), {});
+        // InstallerEngine makes the folder that was shown of it.
+        m_engine.startInstall(m_choices.recordedFolder, {});
         break;
     case RunMode::Uninstall:
         m_engine.startUninstall(m_choices.uninstaller);

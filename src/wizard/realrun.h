@@ -5,7 +5,8 @@
 
 class InstallerEngine;
 
-/// A run of the setup engine. If this object goes the engine's run goes on, unheard.
+/// A run of the setup engine. Deleting it does not stop the engine, whose signals are then no
+/// longer forwarded.
 class RealRun : public SetupRun
 {
     Q_OBJECT
