@@ -50,8 +50,10 @@ void Announcer::tellStatus(const QString &status)
 void Announcer::tell(Topic &topic, const QString &text)
 {
     topic.latest = text;
+    // Not before control returns to the event loop: the run may end in the same turn, and the focus
+    // that moves then would interrupt what is said here.
     if (m_isRunning && !m_speaking.isActive())
-        sayNews();
+        m_speaking.start(0ms);
 }
 
 void Announcer::sayNews()

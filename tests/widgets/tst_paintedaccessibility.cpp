@@ -51,8 +51,10 @@ struct Talk
 
     [[nodiscard]] QTimer *speaking() const { return announcer.findChild<QTimer *>(); }
     /// What is being said now; empty if nothing is.
-    [[nodiscard]] QString heard() const
+    [[nodiscard]] QString heard()
     {
+        if (speaking()->isActive() && speaking()->interval() == 0)
+            TimerWatch::fire(speaking(), 1); // with the next turn of the event loop
         return speaking()->isActive() ? announcer.text() : QString();
     }
     /// What is being said once that has been heard.
@@ -88,6 +90,7 @@ private Q_SLOTS:
     void announcerWaitsAsLongAsSpeakingTakes_data();
     void announcerWaitsAsLongAsSpeakingTakes();
     void announcerStopsAndStartsAnew();
+    void announcerSaysNothingOfAnEndingRun();
 };
 
 void TestPaintedAccessibility::pictures()
@@ -286,6 +289,7 @@ void TestPaintedAccessibility::announcerWaitsAsLongAsSpeakingTakes()
         return;
     QCOMPARE(talk.next(), QString());
     talk.announcer.tellStatus(QString(length - 1, u'm') + u'.');
+    QVERIFY(!talk.heard().isEmpty());
     QVERIFY(isRight(talk));
 }
 
@@ -302,6 +306,17 @@ void TestPaintedAccessibility::announcerStopsAndStartsAnew()
     QCOMPARE(talk.next(), QString()); // nothing of the run before
     talk.announcer.tellStep(u"Copying"_s);
     QCOMPARE(talk.heard(), u"Copying."_s);
+}
+
+// The focus that moves then would interrupt it.
+void TestPaintedAccessibility::announcerSaysNothingOfAnEndingRun()
+{
+    Talk talk;
+    QCOMPARE(talk.next(), QString());
+    talk.announcer.tellStatus(u"The disk is full"_s);
+    talk.announcer.stop();
+    QCoreApplication::processEvents();
+    QCOMPARE(talk.announcer.text(), QString());
 }
 
 QTEST_MAIN(TestPaintedAccessibility)
