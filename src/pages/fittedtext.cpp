@@ -9,6 +9,7 @@ namespace {
 const QString kEllipsis = u"…"_s;
 const QString kLogInReason = u"(log: "_s;
 const QString kLogAlone = u"Log: "_s;
+const QString kGap = u"  "_s; ///< between a sentence and what follows
 const QString kFreeOn = u" free on "_s;
 
 constexpr QChar kBreakHere(0x200b); // zero width space
@@ -79,6 +80,8 @@ qsizetype startOfLog(const QString &message)
 {
     if (const qsizetype start = message.lastIndexOf(kLogInReason); start >= 0)
         return start;
+    if (const qsizetype start = message.lastIndexOf(kGap + kLogAlone); start >= 0)
+        return start + kGap.size();
     return message.startsWith(kLogAlone) ? 0 : message.size();
 }
 
@@ -119,12 +122,11 @@ QString shortenMessage(const QString &text, const HasRoom &hasRoom)
     if (log.isEmpty() || (!reason.isEmpty() && hasRoom(shortened)))
         return shortened;
 
-    const bool isAlone = reason.isEmpty() && log.startsWith(kLogAlone);
-    const QString before =
-        isAlone ? kLogAlone : (reason.isEmpty() ? QString() : kEllipsis + gap) + kLogInReason;
+    const bool isAlone = log.startsWith(kLogAlone);
+    const QString mark = isAlone ? kLogAlone : kLogInReason;
+    const QString before = (reason.isEmpty() ? QString() : kEllipsis + gap) + mark;
     const QString after = !isAlone && log.endsWith(u')') ? u")"_s : QString();
-    const qsizetype name = isAlone ? kLogAlone.size() : kLogInReason.size();
-    return shortenBetween(before, log.mid(name).chopped(after.size()), after, hasRoom);
+    return shortenBetween(before, log.mid(mark.size()).chopped(after.size()), after, hasRoom);
 }
 
 QString withPathBreaks(const QString &text)

@@ -99,6 +99,8 @@ void TestFittedText::message_data()
     QTest::newRow("only a path, fits") << u"Log: "_s + kLog << 60 << 1 << u"Log: "_s + kLog;
     QTest::newRow("only a path") << u"Log: "_s + kLog << 30 << 1
                                  << uR"(Log: C:\Users\Ada…tup_last.log)"_s;
+    QTest::newRow("a path without a reason") << u"Setup could not start.  Log: "_s + kLog << 30 << 1
+                                             << uR"(…  Log: C:\Users\Ad…p_last.log)"_s;
     QTest::newRow("no path") << kReason << 25 << 1 << u"Setup could not start.…"_s;
     QTest::newRow("no room at all") << kReason << 0 << 1 << u"…"_s;
 }
