@@ -188,7 +188,10 @@ void TestInstallerEngineProcesses::stopDoesNotWaitForEver()
 {
     Removal scene(8);
     QVERIFY(scene.waitForLastPart());
+    QElapsedTimer clock;
+    clock.start();
     scene.engine.stop();
+    QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(clock.elapsed())));
     QVERIFY(isRunning(secondProcess(scene.sandbox)));
     QVERIFY(scene.waitForSecondProcess());
     QCOMPARE(scene.sandbox.tempFiles(), QStringList());
@@ -234,12 +237,17 @@ void TestInstallerEngineProcesses::killThatTakesTooLong()
     const qint64 process = scene.processId;
     const auto cleanUp = qScopeGuard([&] { endProcess(process); });
     const LateKill lateKill(10s);
+    QElapsedTimer clock;
+    clock.start();
     if (end == "failure")
         Q_EMIT scene.process()->errorOccurred(QProcess::ReadError);
     else if (end == "stop")
         scene.engine.stop();
     else
         scene.owner.reset();
+    // Two seconds, of which the machine may make some more.
+    QVERIFY2(clock.elapsed() >= 1900 && clock.elapsed() < 4000,
+             qPrintable(QString::number(clock.elapsed())));
     QVERIFY(isRunning(process));
     endProcess(process);
     QTRY_VERIFY_WITH_TIMEOUT(!processExists(process), kPatience);

@@ -245,6 +245,10 @@ void TestChrome::dragMovesTheWindow()
     QCOMPARE(world.window.pos(), start);
     const QPoint place = start + QPoint(201, 20);
     const QPoint way(30, 10);
+    QVERIFY(world.send(QEvent::MouseMove, place + way, Qt::NoButton, Qt::LeftButton));
+    // Now the system is asked to go on, which this one cannot.
+    TimerWatch watch;
+    QTRY_VERIFY_WITH_TIMEOUT(watch.shots().contains(20), kPatience);
     for (const QPoint &to : { way, QPoint(-50, 40), way }) {
         QVERIFY(world.send(QEvent::MouseMove, place + to, Qt::NoButton, Qt::LeftButton));
         QCOMPARE(world.window.pos(), start + to);

@@ -7,7 +7,9 @@
 #include "wizard/windowshape.h"
 #include "wizard/wizardtest.h"
 
+#include <QMouseEvent>
 #include <QScreen>
+#include <QWindow>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -49,6 +51,7 @@ private Q_SLOTS:
     void screensHaveTheirRatios();
     void linesTouchTheirEdges_data();
     void linesTouchTheirEdges();
+    void dragToAnotherScreen();
 };
 
 void TestInstallerWizardScreens::screensHaveTheirRatios()
@@ -92,6 +95,38 @@ void TestInstallerWizardScreens::linesTouchTheirEdges()
         QVERIFY(hasHairline(partOf(picture, rail), Qt::RightEdge, line));
         for (const auto *row : rows)
             QVERIFY(hasHairline(partOf(picture, row), Qt::BottomEdge, line));
+    }
+}
+
+void TestInstallerWizardScreens::dragToAnotherScreen()
+{
+    WizardDriver driver { QString() };
+    const auto middleOf = [&driver](const QScreen *screen) {
+        return screen->geometry().center() - driver.wizard.rect().center();
+    };
+    QList<QScreen *> way = QGuiApplication::screens();
+    driver.wizard.move(middleOf(way.first()));
+    driver.show(RunMode::Install);
+    const QPoint grip(300, 18);
+    const auto send = [&](QEvent::Type type, const QPoint &window, Qt::MouseButton button,
+                          Qt::MouseButtons buttons) {
+        QMouseEvent event(type, grip, window + grip, button, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(driver.titleBar, &event);
+        QCoreApplication::processEvents();
+    };
+    way.append(way.first());
+    for (const QScreen *screen : way) {
+        const QPoint from = driver.wizard.pos();
+        const QPoint to = middleOf(screen);
+        send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+        for (const QPoint &place : { from + QPoint(2, 1), (from + to) / 2, to - QPoint(9, 5), to })
+            send(QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton);
+        send(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+        QCOMPARE(driver.wizard.screen(), screen);
+        QCOMPARE(driver.wizard.devicePixelRatio(), screen->devicePixelRatio());
+        QCOMPARE(driver.wizard.pos(), to);
+        QCOMPARE(driver.wizard.size(), kWindowSize);
+        QCOMPARE(driver.wizard.windowHandle()->size(), kWindowSize);
     }
 }
 
