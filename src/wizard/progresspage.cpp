@@ -22,7 +22,7 @@ constexpr int kBadgeGap = 14;
 constexpr int kFigureGap = 12;
 
 /// Room for a file name of five lines, which are more characters than a name usually may have, or
-/// for an error of nine: whoever sends more does not push the page apart.
+/// for an error of nine. Longer texts are shortened, so that the page keeps its layout.
 constexpr int kHighestFile = 70;
 constexpr int kHighestCaption = 135;
 
@@ -53,6 +53,7 @@ ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
     layout->addStretch();
 
     m_fileLabel = new FittedLabel(shortenMiddle, this);
+    m_fileLabel->setObjectName("file"_L1);
     m_fileLabel->setFont(monospacedFont(10));
     m_fileLabel->setWrapAnywhere(true);
     m_fileLabel->setMaximumHeight(kHighestFile);
@@ -61,6 +62,7 @@ ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
     m_fileLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     setThemedStyleSheet(m_fileLabel, u"color:@INS_TX3;"_s);
     m_percentLabel = new QLabel(this);
+    m_percentLabel->setObjectName("percentage"_L1);
     m_percentLabel->setFont(displayFont(17, QFont::DemiBold));
     setThemedStyleSheet(m_percentLabel, u"color:@INS_TX;"_s);
     auto *row = new QHBoxLayout;
@@ -77,6 +79,7 @@ ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
 
     layout->addSpacing(8);
     m_captionLabel = new FittedLabel(shortenMessage, this);
+    m_captionLabel->setObjectName("caption"_L1);
     QFont captionFont = font();
     captionFont.setPixelSize(11);
     m_captionLabel->setFont(captionFont);
@@ -176,7 +179,7 @@ void ProgressPage::styleCaption()
     m_captionLabel->setWordWrap(m_hasError);
     // The lines of an error begin below the bar, whatever is left free below them.
     m_captionLabel->setAlignment(Qt::AlignLeft | (m_hasError ? Qt::AlignTop : Qt::AlignVCenter));
-    // An error is there to be copied into a letter to whoever can help.
+    // An error can be selected, so that users can copy it into a request for help.
     m_captionLabel->setTextInteractionFlags(m_hasError ? Qt::TextSelectableByMouse
                                                        : Qt::NoTextInteraction);
     m_captionLabel->setStyleSheet(themed(m_hasError ? u"color:@INS_RED;"_s : u"color:@INS_TX3;"_s));

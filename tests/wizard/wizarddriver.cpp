@@ -17,26 +17,12 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-/// Each text of a progress page has a size of its own.
-QLabel *labelOfSize(const QWidget *page, int pixels)
-{
-    for (QLabel *label : page->findChildren<QLabel *>()) {
-        if (label->font().pixelSize() == pixels)
-            return label;
-    }
-    qFatal("No text of %d pixels on %s", pixels, page->metaObject()->className());
-}
-
-} // namespace
-
 ProgressParts::ProgressParts(const QWidget *page)
     : steps(page->findChild<StepList *>()),
-      file(labelOfSize(page, 10)),
-      percent(labelOfSize(page, 17)),
+      file(page->findChild<QLabel *>(u"file"_s)),
+      percent(page->findChild<QLabel *>(u"percentage"_s)),
       track(page->findChild<ProgressTrack *>()),
-      caption(labelOfSize(page, 11))
+      caption(page->findChild<QLabel *>(u"caption"_s))
 {}
 
 QStringList ProgressParts::stepTexts() const
