@@ -189,7 +189,7 @@ void EngineRun::onProcessFinished(int exitCode, QProcess::ExitStatus exitStatus)
 
 void EngineRun::succeedWhenAlone()
 {
-    // Only in between has the process ended well without that having been reported.
+    // Only between a successful exit and its report.
     if (m_hasEnded || m_process->state() != QProcess::NotRunning)
         return;
     if (m_processTree.isAlive() && !m_lastPartDeadline.hasExpired())

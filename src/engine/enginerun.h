@@ -12,8 +12,8 @@
 /// started, the readers of its status file and log, and what it has reported so far. The files of a
 /// run that has ended stay until stop(), so that they can be read when a failure is shown.
 ///
-/// Any signal may be answered by stop(). Delete a run with deleteLater() then, because it is its
-/// own sender.
+/// A slot connected to any signal may call stop(). Delete a run with deleteLater(), because one of
+/// its signals may be on the stack.
 class EngineRun : public QObject
 {
     Q_OBJECT

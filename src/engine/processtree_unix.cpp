@@ -36,9 +36,8 @@ bool worksIn(pid_t group, const QString &process)
 ProcessTree::ProcessTree(QProcess &process)
     : m_process(process), m_handles(std::make_unique<Handles>())
 {
-    // In a process group of its own, to which everything belongs that it starts. In a session of
-    // its own too: otherwise the system would hang up on the group if it loses its parent while it
-    // is stopped.
+    // A process group of its own can be killed with all that it starts. The session that comes with
+    // it keeps SIGHUP away, which a stopped group gets when it loses its parent.
     process.setChildProcessModifier([] { ::setsid(); });
 }
 

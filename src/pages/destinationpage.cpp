@@ -72,7 +72,7 @@ void DestinationPage::setPath(const QString &path)
 {
     m_path = QDir::toNativeSeparators(path);
     m_pathLabel->setText(m_path);
-    // A disk may sleep or lie in the network: nobody waits for a figure that is not on screen.
+    // A disk that sleeps or lies in the network may take seconds to answer.
     if (isVisible())
         refreshDiskSpace();
     else

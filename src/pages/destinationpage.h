@@ -4,8 +4,8 @@
 
 class QLabel;
 
-/// Shows and changes the folder to install into. Judges nothing: the caption only tells how much
-/// room there is.
+/// Shows and changes the folder to install into. It does not validate the folder; the caption tells
+/// how much space is free.
 class DestinationPage : public WizardPage
 {
     Q_OBJECT

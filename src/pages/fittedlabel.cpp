@@ -15,10 +15,10 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// However long the text is, no more room is insisted on; in px.
+/// Upper limit of the minimum width, in px.
 constexpr int kWidthAtLeast = 200;
 
-/// Longer texts have no room anywhere, and to measure them takes its time.
+/// Longer texts do not fit anywhere, and measuring them is slow.
 constexpr qsizetype kMostMeasured = 2000;
 
 void prepare(QTextDocument &document, const QFont &font, QTextOption::WrapMode wrapMode)
@@ -118,7 +118,7 @@ bool FittedLabel::isOrdinary(int width) const
     return document.idealWidth() <= width - frame;
 }
 
-/// Whether everything is seen if this paints and wraps as any label does.
+/// Whether the painting of QLabel shows the whole text.
 bool FittedLabel::isShownByQLabel() const
 {
     return isOrdinary(width())
@@ -161,8 +161,8 @@ bool FittedLabel::event(QEvent *event)
         QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), textToolTip(whole), this);
         return true;
     }
-    // What can be copied is copied whole, also what there is no room for. So there is nothing to
-    // be dragged over.
+    // Any click selects the whole text, also the part that does not fit, so that all of it is
+    // copied.
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
         if (!isSelectable())

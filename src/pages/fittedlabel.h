@@ -6,9 +6,9 @@
 
 class QTextDocument;
 
-/// A label for text from outside, which may be of any length. Nothing of it is cut at an edge: long
-/// words and paths go on in the next line where the label wraps, and what has no room then is left
-/// out on screen, with an ellipsis. text() has everything, and so has a tool tip.
+/// A label for text from outside, which may be of any length. It also wraps within long words and
+/// paths, and leaves out what does not fit, with an ellipsis. text() and a tool tip have
+/// everything.
 class FittedLabel : public QLabel
 {
     Q_OBJECT

@@ -93,7 +93,7 @@ LicensePage::LicensePage(QWidget *parent) : WizardPage(parent)
     layout->addStretch();
 }
 
-QWidget *LicensePage::openQuestion() const
+QWidget *LicensePage::firstUnanswered() const
 {
     return m_answers->checkedButton();
 }

@@ -17,7 +17,7 @@ public:
 
     [[nodiscard]] bool isComplete() const override { return isAccepted(); }
     /// The answer that is chosen now.
-    [[nodiscard]] QWidget *openQuestion() const override;
+    [[nodiscard]] QWidget *firstUnanswered() const override;
     [[nodiscard]] QString spokenSummary() const override;
 
 Q_SIGNALS:

@@ -77,8 +77,8 @@ QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *pag
     font.setPixelSize(12);
     QLabel *label = themedLabel(text, font, styleSheet, page);
     label->setWordWrap(true);
-    // A style sheet that speaks of the left border alone leaves the upper one to the native style,
-    // and with it the drawing of all four. So somebody has to say that there is none.
+    // A style sheet that sets the left border alone leaves the others to the native style, which
+    // then draws all four. So the page says that there are none.
     label->setObjectName("callout"_L1);
     page->setStyleSheet(u"#callout{border:none;}"_s);
     return label;
@@ -86,7 +86,7 @@ QLabel *pageCallout(const QString &text, const QString &styleSheet, QWidget *pag
 
 QString literalHtml(const QString &text)
 {
-    // Of a run of blanks, markup shows one.
+    // Rich text collapses consecutive blanks.
     return text.toHtmlEscaped().replace("  "_L1, u" \u00a0"_s);
 }
 

@@ -1,4 +1,4 @@
 #pragma once
 
-/// What the wizard is there for; fixed for the life of its window.
+/// What the wizard does; selects its pages and its run.
 enum class RunMode { Install = 0, Update = 1, Uninstall = 2 };

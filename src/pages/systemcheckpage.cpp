@@ -76,7 +76,7 @@ void SystemCheckPage::runChecks(const QString &destinationPath)
     resetReveal();
     m_smartAppControlRow = nullptr;
     for (CheckRow *row : std::as_const(m_rows)) {
-        // Out of the layout and off the screen now; deleted when nobody is using it any more.
+        // Deleted later, because this may be called from an event of the row.
         m_rowLayout->removeWidget(row);
         row->hide();
         row->deleteLater();
@@ -134,7 +134,7 @@ QString SystemCheckPage::spokenSummary() const
     }
     if (m_warningNeeded)
         shortcomings += m_warning->text();
-    // The findings that are as they should be are told by their number.
+    // Requirements that are met are counted, not listed.
     return spokenText({ m_title, tr("Requirements checked: %1").arg(checkCount()),
                         shortcomings.isEmpty() ? tr("All are met") : tr("Need attention:"),
                         shortcomings.join(u'\n') });
@@ -142,9 +142,9 @@ QString SystemCheckPage::spokenSummary() const
 
 void SystemCheckPage::followWarningOpacity(double opacity)
 {
-    // Transparent is not silent: what is not to be seen must not be read out either.
+    // A screen reader would read a label that is only transparent.
     m_warning->setVisible(opacity > 0.0);
-    // At rest without the effect: the page has one of its own while it comes and goes, and two of
-    // them cannot paint one into the other.
+    // Disabled where it changes nothing: the page has an effect of its own while it comes and goes,
+    // and Qt cannot nest them.
     m_warningOpacity->setEnabled(opacity < 1.0);
 }

@@ -9,7 +9,7 @@
 #include <QPropertyAnimation>
 #include <QVBoxLayout>
 
-/// Tells what the machine is like, row by row. It informs and never blocks the way on.
+/// Shows the system requirements, row by row. One that is not met does not disable "Next".
 class SystemCheckPage : public WizardPage
 {
     Q_OBJECT

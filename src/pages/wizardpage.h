@@ -5,8 +5,8 @@
 struct SetupChoices;
 class SealCheck;
 
-/// What the window knows of a page. A page is built once, with the window, and may be shown any
-/// number of times: each time prepare(), then the page comes in, start(), and in the end leave().
+/// Base class of all pages. A page is built once, with the window, and may be shown any number of
+/// times: each time prepare(), then the page comes in, start(), and in the end leave().
 class WizardPage : public QWidget
 {
     Q_OBJECT
@@ -14,7 +14,8 @@ class WizardPage : public QWidget
 public:
     using QWidget::QWidget;
 
-    /// Before the page is shown: fills it from `choices`, and adds to them what this machine tells.
+    /// Before the page is shown: fills it from `choices`, and adds to them what is read from this
+    /// machine.
     virtual void prepare(SetupChoices &choices);
     /// The page has begun to come in: starts what it plays.
     virtual void start();
@@ -22,10 +23,10 @@ public:
     /// what it plays. May be called more than once.
     virtual void leave(SetupChoices &choices);
 
-    /// Whether one can go on from here.
+    /// Whether the last button of the footer is enabled.
     [[nodiscard]] virtual bool isComplete() const { return true; }
-    /// The control to be used before one can go on. Only asked for if the page is not complete.
-    [[nodiscard]] virtual QWidget *openQuestion() const { return nullptr; }
+    /// The control that gets the focus while the page is not complete.
+    [[nodiscard]] virtual QWidget *firstUnanswered() const { return nullptr; }
 
     /// The number for a footer text that has one ("%n").
     [[nodiscard]] virtual int itemCount() const { return 0; }
@@ -34,7 +35,7 @@ public:
     [[nodiscard]] virtual SealCheck *seal() const { return nullptr; }
 
     /// What to say when the page comes: its title and what matters on it as it stands now, in plain
-    /// text. Unless a page knows better, all its texts and whether its boxes are checked.
+    /// text. By default all texts and whether the boxes are checked.
     [[nodiscard]] virtual QString spokenSummary() const;
 
 Q_SIGNALS:

@@ -13,5 +13,5 @@ struct ThemeToken
     QLatin1StringView dark;
 };
 
-/// All 209 tokens, by family, in table order. The rows live as long as the program.
+/// All tokens, by family, in table order. The rows live as long as the program.
 [[nodiscard]] std::span<const ThemeToken> themeTokens();

@@ -101,8 +101,7 @@ bool InstallerFooterBar::isDanger(const QPushButton *button)
 void InstallerFooterBar::clear()
 {
     for (QPushButton *button : std::as_const(m_buttons)) {
-        // Perhaps it is this button's click that brought us here, so it goes later; but it is no
-        // part of the bar from now on.
+        // Deleted later, because its click may have called this.
         m_buttonRow->removeWidget(button);
         button->clearFocus(); // or hiding would hand the focus to whatever comes next in the window
         button->hide();

@@ -7,7 +7,7 @@ class QHBoxLayout;
 class QLabel;
 class QPushButton;
 
-/// A word on where we are, and the buttons that lead on.
+/// The status text at the left, the buttons of the page at the right.
 class InstallerFooterBar : public QWidget
 {
     Q_OBJECT

@@ -29,9 +29,8 @@ void addAnimation(QParallelAnimationGroup *group, QObject *target, const char *p
     animation->setEndValue(to);
 }
 
-/// Whatever is painted through an effect has Qt lay out all of the window first, hidden pages
-/// included, which the first frame of the entrance would have to wait for. So they do without until
-/// they are shown.
+/// Painting through an effect makes Qt lay out the whole window first, hidden pages included, which
+/// would delay the first frame of the entrance. So their layouts are disabled until they are shown.
 void setLaidOut(QWidget *page, bool on)
 {
     for (QLayout *layout : page->findChildren<QLayout *>())
@@ -55,12 +54,11 @@ QPixmap pictureOf(QWidget *widget)
     return picture;
 }
 
-/// Fades a page out as it and its background looked when this was made, whatever becomes of the
-/// page meanwhile.
-class LastLook : public QGraphicsOpacityEffect
+/// Fades out a picture of the page and its background that is taken when this is made.
+class FrozenPageEffect : public QGraphicsOpacityEffect
 {
 public:
-    explicit LastLook(QWidget *page)
+    explicit FrozenPageEffect(QWidget *page)
         : QGraphicsOpacityEffect(page),
           m_picture(pictureOf(page->parentWidget())),
           m_ratio(page->devicePixelRatioF())
@@ -111,7 +109,7 @@ void InstallerPane::prepareToShow(const QWidget *page)
     endTransition();
     const bool goesOut = m_current && m_current != page && showsMotion(this);
     if (goesOut && !m_current->graphicsEffect()) // else its picture is taken already
-        m_current->setGraphicsEffect(new LastLook(m_current));
+        m_current->setGraphicsEffect(new FrozenPageEffect(m_current));
 }
 
 void InstallerPane::setCurrentPage(QWidget *page, bool animate)

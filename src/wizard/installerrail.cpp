@@ -79,8 +79,7 @@ InstallerRail::InstallerRail(QWidget *parent)
     layout->addWidget(m_legal);
 
     onThemeChange(this, [this] { restyle(); });
-    // Last: with its style already on it, the text is not first laid out in a font that nobody
-    // sees.
+    // After the style, so that the text is laid out once.
     m_legal->ensurePolished();
     m_legal->setText(
         u"%1<br>%2"_s.arg(Product::kPublisherNotice, tr("Proprietary and confidential")));

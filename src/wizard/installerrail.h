@@ -5,7 +5,7 @@
 class AnimatedMark;
 class QLabel;
 
-/// The strip down the left: the mark, what this is, and whose.
+/// The panel at the left: mark, name, version and copyright.
 class InstallerRail : public QWidget
 {
     Q_OBJECT

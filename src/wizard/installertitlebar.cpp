@@ -20,8 +20,8 @@ namespace {
 constexpr int kHeight = 36;
 constexpr QSize kButtonSize(40, 35);
 
-/// For so long a drag is ours. A window manager that is asked for the move when the button has just
-/// been let go of would move the window until the next click.
+/// From the first move of a drag until the system takes it over. A window manager that is asked
+/// just when the button is released would move the window until the next click.
 constexpr auto kSystemMoveDelay = 20ms;
 
 const QString kButtonStyle =
@@ -114,8 +114,8 @@ void InstallerTitleBar::mouseReleaseEvent(QMouseEvent *event)
     event->accept();
 }
 
-// Only the system takes a window to a screen of another scale without a jump. It may keep the
-// release to itself.
+// Only the system moves a window to a screen of another scale without a jump. We may get no release
+// event then.
 void InstallerTitleBar::leaveDragToSystem()
 {
     if (window()->windowHandle()->startSystemMove())

@@ -115,8 +115,8 @@ void InstallerWizard::showEvent(QShowEvent *event)
     if (std::exchange(m_wasShown, true))
         return;
     presentWindow(*this);
-    // Once more when the window is on screen, so that the entrance is seen; but not over the head
-    // of a user who was quick enough to be somewhere else already.
+    // Once more when the window is on screen, so that the entrance is seen, unless the user has
+    // left the first page by then.
     QTimer::singleShot(0, this, [this] {
         if (!m_page || m_page == page(runPlan(m_choices.mode).firstPage))
             setRunMode(m_choices.mode);
@@ -172,7 +172,7 @@ void InstallerWizard::leavePage(const WizardPage *next)
     m_idleDelay.stop();
     m_celebration->stop();
     m_announcer.stop();
-    // Whatever is hidden with the focus passes it on, and that to the title bar's buttons.
+    // Hiding the widget that has the focus would move it to the title bar.
     if (QWidget *focused = focusWidget())
         focused->clearFocus();
     m_footer->clear();
@@ -196,7 +196,7 @@ void InstallerWizard::enterPage(PageId id)
     const bool isNews = isVisible() && m_page != page(id);
     showPage(page(id));
     showFooter(pageStop(id));
-    focusWayOn(isNews ? m_page->spokenSummary() : QString());
+    focusDefaultButton(isNews ? m_page->spokenSummary() : QString());
     m_page->start();
 }
 
@@ -219,15 +219,15 @@ QPushButton *InstallerWizard::addFooterButton(const FooterButton &button)
     return widget;
 }
 
-void InstallerWizard::focusWayOn(const QString &spoken)
+void InstallerWizard::focusDefaultButton(const QString &spoken)
 {
-    // The way on, so that the keyboard has a place to start from; on a page that destroys
-    // something, the way back; where there is no way on yet, what has to be answered first.
+    // The last button; on a page that removes something the first one, so that no key starts the
+    // removal by mistake; where the last one is disabled, the control that enables it.
     const QList<QPushButton *> buttons = m_footer->buttons();
     QWidget *place =
         InstallerFooterBar::isDanger(buttons.last()) ? buttons.first() : buttons.last();
     if (!place->isEnabled())
-        place = m_page->openQuestion();
+        place = m_page->firstUnanswered();
     m_focus.give(place, spoken);
 }
 
@@ -263,7 +263,7 @@ void InstallerWizard::startRun()
     m_footer->addButton(tr("Cancel"), false, false)->setEnabled(false);
     m_rail->mark()->stopIdle();
     m_rail->mark()->setFill(plan.fillsMark ? 0.0 : 1.0);
-    // A run has nothing to press; the focus is where it can be heard what is being done.
+    // A run has no control. The page takes the focus, so that a screen reader reads it.
     const QString spoken = page->spokenSummary();
     m_focus.give(page, spoken);
     m_announcer.start(spoken);
@@ -303,9 +303,9 @@ void InstallerWizard::showStatus(const QString &status)
 
 void InstallerWizard::onRunFinished(bool ok, const QString &error)
 {
-    // A crashed engine's last words may still follow.
+    // A crashed engine may report once more after this.
     m_run->disconnect();
-    m_announcer.stop(); // what comes now is told, which would cut this short
+    m_announcer.stop(); // the page that comes is announced, which would interrupt this
     if (!ok)
         return failRun(error);
     completeRun();
@@ -333,7 +333,7 @@ void InstallerWizard::failRun(const QString &error)
                       .primary = true,
                       .danger = true,
                       .command = Command::Close });
-    focusWayOn(progressPage()->spokenSummary());
+    focusDefaultButton(progressPage()->spokenSummary());
     m_keyGuard.start();
 }
 

@@ -23,10 +23,10 @@ class QPushButton;
 class SetupRun;
 class WizardPage;
 
-/// The one window. It conducts and knows no page by name: which page comes and what its footer says
-/// is in the page flow, what a run is made of in the run plan, what has been decided in the
-/// choices, which the pages fill. The window enters pages, starts runs and shows how they go. Every
-/// change of page passes through leavePage(), so that there is at most one run.
+/// The one window. It drives pages and runs and includes no page: which page comes and what its
+/// footer says is in the page flow, what a run is made of in the run plan, what has been decided in
+/// the choices, which the pages fill. The window enters pages, starts runs and shows how they go.
+/// Every change of page passes through leavePage(), so that it follows at most one run.
 class InstallerWizard : public QWidget
 {
     Q_OBJECT
@@ -62,7 +62,7 @@ private:
     void showPage(WizardPage *page);
     void showFooter(const PageStop &stop);
     QPushButton *addFooterButton(const FooterButton &button);
-    void focusWayOn(const QString &spoken);
+    void focusDefaultButton(const QString &spoken);
     void execute(const FooterButton &button);
 
     void startRun();
@@ -85,7 +85,7 @@ private:
     SetupChoices m_choices;
     InstallerEngine *m_engine = nullptr;
     std::unique_ptr<SetupRun> m_run; ///< until the page is left on which it is followed
-    QTimer m_finishDelay { this }; ///< the last look at a completed run
+    QTimer m_finishDelay { this }; ///< how long a completed run stays on screen
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating
     SpokenFocus m_focus { this };
     Announcer m_announcer { this }; ///< of a run

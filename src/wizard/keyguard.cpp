@@ -38,7 +38,7 @@ KeyGuard::KeyGuard(QObject *parent) : QObject(parent)
 
 void KeyGuard::start()
 {
-    // Wherever the focus is. A press that nobody gets makes no click of its release either.
+    // Of the application, wherever the focus is. Without its press a release makes no click.
     QCoreApplication::instance()->installEventFilter(this);
     m_timer.start();
 }

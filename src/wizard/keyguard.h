@@ -2,9 +2,9 @@
 
 #include <QTimer>
 
-/// Keeps a key that was on its way when something unexpected appeared from answering it unread: for
-/// half a second Enter, Space and Escape do nothing. Mouse and assistive technology are not
-/// delayed.
+/// Ignores Enter, Space and Escape for half a second after start(), so that a key that was pressed
+/// before something unexpected appeared does not close it unread. Mouse and assistive technology
+/// are not delayed.
 class KeyGuard : public QObject
 {
     Q_OBJECT

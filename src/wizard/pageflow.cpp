@@ -38,6 +38,7 @@ constexpr FooterButton kClose =
 constexpr FooterButton kOpen =
     primary(QT_TRANSLATE_NOOP("InstallerWizard", "Open Varnel Schematics"), Command::OpenAndClose);
 
+// The durations are part of the texts and are never measured.
 // clang-format off
 constexpr PageStop kStops[] = {
     { PageId::Welcome, kAdministrator,
@@ -85,6 +86,8 @@ constexpr bool leadsSomewhere(const FooterButton &button)
     return button.command != Command::ShowPage || hasStop(button.target);
 }
 
+// The progress pages, one for each mode, have no footer of their own.
+static_assert(std::size(kStops) == size_t(kPageCount) - 3);
 static_assert(std::ranges::all_of(kStops, [](const PageStop &stop) {
     return hasStop(stop.page) && leadsSomewhere(stop.left) && leadsSomewhere(stop.right);
 }));

@@ -39,6 +39,7 @@ struct PageStop
 {
     PageId page;
     const char *status; ///< to be translated in the wizard's context
+    /// The last of the two is enabled while WizardPage::isComplete().
     FooterButton left;
     FooterButton right;
 };

@@ -5,8 +5,8 @@
 #include <QWidget>
 
 /// Gives the focus together with something to say: a screen reader says what takes the focus, with
-/// its description, and nothing of the rest of a page. It is said once; who comes back to the same
-/// place later has heard it.
+/// its description, and nothing of the rest of a page. The description is there until the widget
+/// loses the focus, so that it is read once.
 class SpokenFocus : public QObject
 {
     Q_OBJECT

@@ -163,12 +163,12 @@ void TestLicensePage::answerChangesByArrowKeys()
 {
     ShownPage page;
     QVERIFY(QTest::qWaitForWindowActive(&page));
-    page.openQuestion()->setFocus();
+    page.firstUnanswered()->setFocus();
     QCOMPARE(page.focusWidget(), page.decline());
     QTest::keyClick(page.focusWidget(), Qt::Key_Down);
     QVERIFY(page.isAccepted());
     QCOMPARE(page.focusWidget(), page.accept());
-    QCOMPARE(page.openQuestion(), page.accept());
+    QCOMPARE(page.firstUnanswered(), page.accept());
     QTest::keyClick(page.focusWidget(), Qt::Key_Up);
     QVERIFY(!page.isAccepted());
     QCOMPARE(page.focusWidget(), page.decline());
