@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class HeldFile;
+struct Bundle;
+
+/// The sentence for a download that is not what was put on the web site.
+[[nodiscard]] QString damagedSentence();
+
+/// A sentence with what the system says and how much room `size` bytes take in the temp folder.
+[[nodiscard]] QString unpackFailure(const QString &reason, qint64 size);
+
+/// Writes the engine that `program` carries to the new file `target`, in small pieces, holds that
+/// file in `held`, and only then compares its SHA-256: so what is compared is what will be started.
+/// Between two pieces `pause` is asked, which may take its time; false ends everything.
+///
+/// The result is empty on success, and else a sentence for the user. `target` may be there then,
+/// but is not held.
+[[nodiscard]] QString unpackEngine(const QString &program, const Bundle &bundle,
+                                   const QString &target, HeldFile &held,
+                                   const std::function<bool()> &pause);

@@ -1,0 +1,6 @@
+#include "files/programsinuse.h"
+
+bool isProgramInUse(const QString &)
+{
+    return false;
+}
