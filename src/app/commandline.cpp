@@ -29,6 +29,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     CommandLine result;
     result.setupExecutable = valueOf(arguments, "--setup-exe"_L1);
     result.uninstaller = valueOf(arguments, "--uninstaller"_L1);
+    result.handedOverBy = valueOf(arguments, "--remove-with"_L1);
 
     struct ModeOption
     {

@@ -12,6 +12,8 @@ struct CommandLine
 {
     QString setupExecutable; ///< "--setup-exe"; empty if absent or without a value
     QString uninstaller; ///< "--uninstaller"; likewise
+    /// "--remove-with", by which an uninstaller asks for the removal to be seen; likewise
+    QString handedOverBy;
     std::optional<RunMode> runMode; ///< empty if none was given: main() decides
 };
 

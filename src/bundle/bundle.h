@@ -17,17 +17,13 @@ struct Bundle
     QByteArray sha256; ///< of the engine, 32 bytes
 };
 
-/// What a marker says: 16 bytes that name it, offset and size in 8 bytes each, the smallest first,
-/// and the SHA-256. Empty if nothing is carried, which is a marker with neither offset nor size.
+/// What a marker of 64 bytes says: 16 bytes that name it, offset and size in 8 bytes each, the
+/// smallest first, and the SHA-256. Empty if nothing is carried, which is a marker with neither
+/// offset nor size.
 [[nodiscard]] std::optional<Bundle> parseBundleMarker(QByteArrayView marker);
 
 /// What this program's own marker says.
 [[nodiscard]] std::optional<Bundle> carriedBundle();
-
-/// Where the certificate table of a Windows program ends, in bytes from its begin: its signature
-/// lies behind everything else. `head` are the first 4 KiB of the file. 0 if it has none, or is no
-/// Windows program. The layout is that of Microsoft's "PE Format".
-[[nodiscard]] qint64 certificateTableEnd(QByteArrayView head);
 
 /// Whether the file `program` is as long as it must be to have all of `bundle` and its signature.
 /// Reads the file's first 4 KiB and nothing else.

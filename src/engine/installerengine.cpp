@@ -28,6 +28,20 @@ InstallerEngine::~InstallerEngine()
     stop();
 }
 
+void InstallerEngine::setSetupExecutable(const QString &path)
+{
+    m_setupExecutable = path;
+    guard(path);
+}
+
+void InstallerEngine::guard(const QString &program)
+{
+    if (program.isEmpty())
+        m_guarded.release();
+    else
+        m_guarded.hold(program);
+}
+
 void InstallerEngine::startInstall(const QString &folder, const QStringList &tasks)
 {
     if (m_setupExecutable.isEmpty()) {
@@ -61,6 +75,13 @@ void InstallerEngine::startRun(const QString &program, const QString &arguments,
                                const QString &statusFilePath, const QString &logFilePath)
 {
     stop();
+    if (!m_guarded.isHeld() || m_guarded.path() != program)
+        guard(program);
+    // A file that is not there is left for the process to report.
+    if (!m_guarded.isHeld() && QFileInfo(program).isFile()) {
+        Q_EMIT finished(false, m_guarded.errorString());
+        return;
+    }
     m_run = new EngineRun(statusFilePath, logFilePath, this);
     connect(m_run, &EngineRun::progress, this, &InstallerEngine::progress);
     connect(m_run, &EngineRun::currentFile, this, &InstallerEngine::currentFile);
@@ -69,6 +90,7 @@ void InstallerEngine::startRun(const QString &program, const QString &arguments,
             [this](const QString &path) { m_lastLogPath = path; });
     connect(m_run, &EngineRun::finished, this, &InstallerEngine::finished);
     m_run->start(program, arguments);
+    m_guarded.release(); // an uninstaller deletes itself
 }
 
 void InstallerEngine::stop()

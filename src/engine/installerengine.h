@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files/heldfile.h"
+
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -23,7 +25,12 @@ public:
     /// Program that installs and updates; empty if none was given. A relative path counts from the
     /// current folder, also a bare name: it is never looked for elsewhere.
     [[nodiscard]] QString setupExecutable() const { return m_setupExecutable; }
-    void setSetupExecutable(const QString &path) { m_setupExecutable = path; }
+    /// Guards it too.
+    void setSetupExecutable(const QString &path);
+
+    /// Keeps `program` from being exchanged until it has been started: what is started is then what
+    /// was there when the user was told of it. There is one guarded program at a time.
+    void guard(const QString &program);
 
     /// Starts an installation or an update into `folder` (a bare drive gets the product's folder
     /// appended). Without a setup executable, or if the folder's name cannot be put on a command
@@ -71,6 +78,7 @@ private:
                   const QString &logFilePath);
 
     QString m_setupExecutable;
+    HeldFile m_guarded; ///< until the start of a run
     QString m_lastLogPath;
     EngineRun *m_run = nullptr; ///< a child
 };

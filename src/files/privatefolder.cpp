@@ -64,9 +64,10 @@ bool PrivateFolder::create()
     return false;
 }
 
-void PrivateFolder::leave()
+void PrivateFolder::leaveUntilRestart()
 {
     m_lock.reset();
+    PrivateFolderSystem::removeAtRestart(m_path);
 }
 
 void PrivateFolder::removeAbandoned()

@@ -18,7 +18,8 @@ public:
     /// Once. False if the folder cannot be made; errorString() then has the system's words.
     bool create();
     /// Leaves the folder where it is when the object goes, for a program in it that goes on.
-    void leave();
+    /// Windows removes it when it starts the next time, if this process may ask it to.
+    void leaveUntilRestart();
 
     [[nodiscard]] QString path() const { return m_path; }
     [[nodiscard]] QString filePath(const QString &name) const { return m_path + u'/' + name; }
@@ -42,5 +43,8 @@ bool make(const QString &path, QString *error);
 /// Whether `path` is a folder, no link to one, that make() can have made in a process with the
 /// rights of this one. Another process could not have made it so.
 bool isOurs(const QString &path);
+/// Has the folder `path` and its files removed at the next start of the system, where there is such
+/// a thing.
+void removeAtRestart(const QString &path);
 
 } // namespace PrivateFolderSystem

@@ -111,3 +111,14 @@ bool PrivateFolderSystem::isOurs(const QString &path)
     const Local<void> ownsExpected(expected);
     return EqualSid(owner, expected);
 }
+
+void PrivateFolderSystem::removeAtRestart(const QString &path)
+{
+    const QDir folder(path);
+    QStringList paths = folder.entryList(QDir::Files | QDir::Hidden | QDir::System);
+    for (QString &name : paths)
+        name = folder.absoluteFilePath(name);
+    paths.append(path); // last, as it has to be empty by then
+    for (const QString &one : std::as_const(paths))
+        MoveFileExW(wide(QDir::toNativeSeparators(one)), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT);
+}

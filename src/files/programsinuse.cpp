@@ -5,14 +5,16 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-bool hasProgramsInUse(const QString &folder, const QString &except)
+bool hasProgramsInUse(const QString &folder, const QStringList &except)
 {
-    const QString spared = QFileInfo(except).absoluteFilePath();
+    QStringList spared;
+    for (const QString &path : except)
+        spared.append(QFileInfo(path).absoluteFilePath());
     QDirIterator files(QFileInfo(folder).absoluteFilePath(), { u"*.exe"_s, u"*.dll"_s },
                        QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         const QString path = files.next();
-        if (path.compare(spared, Qt::CaseInsensitive) != 0 && isProgramInUse(path))
+        if (!spared.contains(path, Qt::CaseInsensitive) && isProgramInUse(path))
             return true;
     }
     return false;

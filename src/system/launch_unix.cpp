@@ -12,3 +12,8 @@ void launchApplication(const QString &folder)
     if (QFileInfo::exists(program))
         QProcess::startDetached(program, {}, folder);
 }
+
+bool startAndAwaitWindow(const QString &program, const QStringList &arguments)
+{
+    return QProcess::startDetached(program, arguments);
+}

@@ -14,6 +14,8 @@ namespace {
 
 /// Time the application gets to show its first window, in milliseconds.
 constexpr DWORD kInputIdleTimeout = 5000;
+/// The same for a program that somebody waits for.
+constexpr DWORD kFirstWindowTimeout = 30000;
 
 const wchar_t *wide(const QString &text)
 {
@@ -49,4 +51,19 @@ void launchApplication(const QString &folder)
         WaitForInputIdle(info.hProcess, kInputIdleTimeout);
         CloseHandle(info.hProcess);
     }
+}
+
+bool startAndAwaitWindow(const QString &program, const QStringList &arguments)
+{
+    qint64 id = 0;
+    if (!QProcess::startDetached(program, arguments, QString(), &id))
+        return false;
+    AllowSetForegroundWindow(DWORD(id));
+    HANDLE process = OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, DWORD(id));
+    if (!process)
+        return false; // it has ended
+    WaitForInputIdle(process, kFirstWindowTimeout);
+    const bool isAlive = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
+    CloseHandle(process);
+    return isAlive;
 }

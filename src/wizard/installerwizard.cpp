@@ -1,5 +1,6 @@
 #include "wizard/installerwizard.h"
 
+#include "bundle/carriedengine.h"
 #include "engine/installerengine.h"
 #include "pages/wizardpage.h"
 #include "system/compositor.h"
@@ -34,6 +35,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+constexpr auto kUnpackDelay = 1500ms;
 constexpr auto kFinishDelay = 500ms;
 constexpr auto kIdleDelay = 780ms;
 
@@ -52,6 +54,8 @@ InstallerWizard::InstallerWizard(QWidget *parent)
         m_pane->addPage(page);
     m_choices.folder = defaultInstallDir();
 
+    m_unpackDelay.setSingleShot(true);
+    m_unpackDelay.setInterval(kUnpackDelay);
     m_finishDelay.setSingleShot(true);
     m_finishDelay.setTimerType(Qt::PreciseTimer);
     m_finishDelay.setInterval(kFinishDelay);
@@ -93,6 +97,18 @@ void InstallerWizard::setEngine(InstallerEngine *engine)
     m_engine = engine;
 }
 
+void InstallerWizard::setCarriedEngine(CarriedEngine *engine)
+{
+    m_carriedEngine = engine;
+    connect(&m_unpackDelay, &QTimer::timeout, engine, &CarriedEngine::start);
+}
+
+void InstallerWizard::showDamaged()
+{
+    m_isDamaged = true;
+    setRunMode(m_choices.mode);
+}
+
 void InstallerWizard::setUninstallerPath(const QString &path)
 {
     m_choices.uninstaller = path;
@@ -105,7 +121,9 @@ void InstallerWizard::setRunMode(RunMode mode)
                                                      : tr("Varnel Schematics setup");
     m_titleBar->setTitle(title);
     setWindowTitle(title);
-    enterPage(runPlan(mode).firstPage);
+    enterPage(firstPage());
+    if (m_engine && mode == RunMode::Uninstall)
+        m_engine->guard(m_choices.uninstaller);
     m_rail->mark()->replay();
 }
 
@@ -118,8 +136,10 @@ void InstallerWizard::showEvent(QShowEvent *event)
     // Once more when the window is on screen, so that the entrance is seen, unless the user has
     // left the first page by then.
     QTimer::singleShot(0, this, [this] {
-        if (!m_page || m_page == page(runPlan(m_choices.mode).firstPage))
+        if (!m_page || m_page == page(firstPage()))
             setRunMode(m_choices.mode);
+        if (m_carriedEngine && m_choices.mode != RunMode::Uninstall)
+            m_unpackDelay.start();
     });
 }
 
@@ -249,6 +269,11 @@ void InstallerWizard::execute(const FooterButton &button)
     }
 }
 
+PageId InstallerWizard::firstPage() const
+{
+    return m_isDamaged ? PageId::Damaged : runPlan(m_choices.mode).firstPage;
+}
+
 ProgressPage *InstallerWizard::progressPage() const
 {
     return qobject_cast<ProgressPage *>(page(runPlan(m_choices.mode).progressPage));
@@ -269,7 +294,7 @@ void InstallerWizard::startRun()
     m_announcer.start(spoken);
 
     if (usesEngine())
-        m_run = std::make_unique<RealRun>(*m_engine, m_choices);
+        m_run = std::make_unique<RealRun>(*m_engine, m_carriedEngine, m_choices);
     else
         m_run = std::make_unique<SimulatedRun>(plan.simulationStep);
     connect(m_run.get(), &SetupRun::progress, this, &InstallerWizard::showProgress);
@@ -284,8 +309,9 @@ bool InstallerWizard::usesEngine() const
 {
     if (!m_engine)
         return false;
-    return m_choices.mode == RunMode::Uninstall ? !m_choices.uninstaller.isEmpty()
-                                                : !m_engine->setupExecutable().isEmpty();
+    return m_choices.mode == RunMode::Uninstall
+        ? !m_choices.uninstaller.isEmpty()
+        : m_carriedEngine || !m_engine->setupExecutable().isEmpty();
 }
 
 void InstallerWizard::showProgress(double fraction)

@@ -12,6 +12,7 @@
 
 #include <memory>
 
+class CarriedEngine;
 class Celebration;
 class InstallerEngine;
 class InstallerFooterBar;
@@ -37,6 +38,11 @@ public:
 
     /// The engine is not owned and must outlive the window; null shows simulated runs.
     void setEngine(InstallerEngine *engine);
+    /// What installs and updates if the engine has no program for it; not owned either, and must
+    /// outlive the window. It is started when the first page can be read.
+    void setCarriedEngine(CarriedEngine *engine);
+    /// Instead of every other page, one that says that the file of this program is not whole.
+    void showDamaged();
     /// What a removal runs; empty takes the uninstaller of the recorded copy.
     void setUninstallerPath(const QString &path);
     /// Enters the first page of `mode`.
@@ -56,6 +62,7 @@ private:
 
     [[nodiscard]] WizardPage *page(PageId page) const { return m_pages[int(page)]; }
     [[nodiscard]] ProgressPage *progressPage() const;
+    [[nodiscard]] PageId firstPage() const;
 
     void enterPage(PageId page);
     void leavePage(const WizardPage *next);
@@ -84,12 +91,15 @@ private:
 
     SetupChoices m_choices;
     InstallerEngine *m_engine = nullptr;
+    CarriedEngine *m_carriedEngine = nullptr;
     std::unique_ptr<SetupRun> m_run; ///< until the page is left on which it is followed
+    QTimer m_unpackDelay { this }; ///< so that the first page comes in undisturbed
     QTimer m_finishDelay { this }; ///< how long a completed run stays on screen
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating
     SpokenFocus m_focus { this };
     Announcer m_announcer { this }; ///< of a run
     KeyGuard m_keyGuard { this }; ///< of a failure
+    bool m_isDamaged = false;
     bool m_wasShown = false;
     bool m_isClosing = false;
 };

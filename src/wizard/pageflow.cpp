@@ -73,6 +73,9 @@ constexpr PageStop kStops[] = {
         .primary = true, .danger = true, .command = Command::StartRun } },
     { PageId::UninstallComplete, QT_TRANSLATE_NOOP("InstallerWizard", "Uninstalled in 24 seconds"),
       kClose, {} },
+
+    { PageId::Damaged, QT_TRANSLATE_NOOP("InstallerWizard", "Nothing has been changed"),
+      primary(QT_TRANSLATE_NOOP("InstallerWizard", "Close"), Command::Close), {} },
 };
 // clang-format on
 

@@ -19,8 +19,9 @@ enum class PageId {
     ConfirmUninstall,
     Uninstalling,
     UninstallComplete,
+    Damaged,
 };
-inline constexpr int kPageCount = int(PageId::UninstallComplete) + 1;
+inline constexpr int kPageCount = int(PageId::Damaged) + 1;
 
 /// What a footer button does.
 enum class Command { ShowPage, StartRun, Close, OpenAndClose };

@@ -3,22 +3,36 @@
 #include "pages/setupchoices.h"
 #include "wizard/setuprun.h"
 
+#include <QDeadlineTimer>
+#include <QTimer>
+
+class CarriedEngine;
 class InstallerEngine;
 
-/// A run of the setup engine. Deleting it does not stop the engine, whose signals are then no
-/// longer forwarded.
+/// A run of the setup engine, with what has to be done before it is started: the engine that this
+/// program carries is unpacked, an uninstaller that still runs is waited for, and where this
+/// program is signed, so must be what it starts. Deleting the run does not stop the engine, whose
+/// signals are then no longer forwarded.
 class RealRun : public SetupRun
 {
     Q_OBJECT
 
 public:
-    /// `engine` must outlive the run.
-    RealRun(InstallerEngine &engine, const SetupChoices &choices);
+    /// `engine` and `carried`, which may be null, must outlive the run.
+    RealRun(InstallerEngine &engine, CarriedEngine *carried, const SetupChoices &choices);
 
     void start() override;
     [[nodiscard]] bool isReal() const override { return true; }
 
 private:
+    void onUnpacked();
+    void removeWhenPossible();
+    void checkPublisher(const QString &program);
+    void startEngine();
+
     InstallerEngine &m_engine;
+    CarriedEngine *const m_carried;
     const SetupChoices m_choices;
+    QTimer m_look; ///< at an uninstaller that still runs
+    QDeadlineTimer m_lookDeadline;
 };

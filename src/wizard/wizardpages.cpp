@@ -1,6 +1,7 @@
 #include "wizard/wizardpages.h"
 
 #include "pages/confirmuninstallpage.h"
+#include "pages/damagedpage.h"
 #include "pages/destinationpage.h"
 #include "pages/finishedpage.h"
 #include "pages/licensepage.h"
@@ -49,6 +50,7 @@ constexpr std::array kPages = {
     PageEntry { PageId::ConfirmUninstall, create<ConfirmUninstallPage> },
     PageEntry { PageId::Uninstalling, create<UninstallingPage> },
     PageEntry { PageId::UninstallComplete, create<UninstallCompletePage> },
+    PageEntry { PageId::Damaged, create<DamagedPage> },
 };
 
 constexpr bool hasARowForEachPageInOrder()

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+
+/// Where the certificate table of a Windows program ends, in bytes from the begin of its file: its
+/// signature lies behind everything else. `head` are the first bytes of the file, of which 4 KiB
+/// are enough. 0 if it has no signature, or is no Windows program. The layout is that of
+/// Microsoft's "PE Format".
+[[nodiscard]] qint64 certificateTableEnd(QByteArrayView head);
+
+/// Whether the Windows program `path` has a signature, valid or not. Reads only its head.
+[[nodiscard]] bool hasSignature(const QString &path);
+
+/// Who has signed the program `path`, by the common name of the certificate: only if the signature
+/// is valid and the certificate is one that Windows trusts, by its own check (WinVerifyTrust),
+/// which reads the whole file. Nothing is fetched for it. Empty if not, and on other systems.
+[[nodiscard]] QString trustedSigner(const QString &path);
+
+/// Whether the program at `path` may be started: always if this program, `self`, has no signature;
+/// else only if both are signed by the same, trusted name. Reads both files.
+[[nodiscard]] bool isFromSamePublisher(const QString &self, const QString &path);
+/// The sentence for a program that may not.
+[[nodiscard]] QString notOurSignatureSentence();

@@ -1,0 +1,76 @@
+#include "files/signature.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <qt_windows.h>
+
+#include <softpub.h>
+#include <wincrypt.h>
+#include <wintrust.h>
+
+namespace {
+
+/// A function of a library of Windows' own that nothing needs before a run starts.
+template <typename Function>
+Function systemFunction(const wchar_t *library, const char *name)
+{
+    HMODULE module = LoadLibraryExW(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    return module
+        ? reinterpret_cast<Function>(reinterpret_cast<void *>(GetProcAddress(module, name)))
+        : nullptr;
+}
+
+QString commonName(const CERT_CONTEXT *certificate)
+{
+    const auto name =
+        systemFunction<decltype(&CertGetNameStringW)>(L"crypt32.dll", "CertGetNameStringW");
+    if (!name)
+        return {};
+    wchar_t text[256] = {};
+    // NOLINTNEXTLINE(*-const-cast): the function takes the object's name as if it might change it
+    name(certificate, CERT_NAME_ATTR_TYPE, 0, const_cast<char *>(szOID_COMMON_NAME), text,
+         DWORD(std::size(text)));
+    return QString::fromWCharArray(text);
+}
+
+QString signerOf(HANDLE state)
+{
+    const auto provider = systemFunction<decltype(&WTHelperProvDataFromStateData)>(
+        L"wintrust.dll", "WTHelperProvDataFromStateData");
+    const auto signer = systemFunction<decltype(&WTHelperGetProvSignerFromChain)>(
+        L"wintrust.dll", "WTHelperGetProvSignerFromChain");
+    if (!provider || !signer)
+        return {};
+    CRYPT_PROVIDER_DATA *data = provider(state);
+    CRYPT_PROVIDER_SGNR *first = data ? signer(data, 0, FALSE, 0) : nullptr;
+    return first && first->csCertChain > 0 ? commonName(first->pasCertChain[0].pCert) : QString();
+}
+
+} // namespace
+
+QString trustedSigner(const QString &path)
+{
+    const auto verify =
+        systemFunction<decltype(&WinVerifyTrust)>(L"wintrust.dll", "WinVerifyTrust");
+    if (!verify)
+        return {};
+    const QString native = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    WINTRUST_FILE_INFO file = {};
+    file.cbStruct = sizeof file;
+    file.pcwszFilePath = reinterpret_cast<const wchar_t *>(native.utf16());
+    WINTRUST_DATA data = {};
+    data.cbStruct = sizeof data;
+    data.dwUIChoice = WTD_UI_NONE;
+    data.fdwRevocationChecks = WTD_REVOKE_NONE;
+    data.dwUnionChoice = WTD_CHOICE_FILE;
+    data.pFile = &file;
+    data.dwStateAction = WTD_STATEACTION_VERIFY;
+    data.dwProvFlags = WTD_CACHE_ONLY_URL_RETRIEVAL;
+    GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
+    const bool isTrusted = verify(nullptr, &action, &data) == ERROR_SUCCESS;
+    const QString name = isTrusted ? signerOf(data.hWVTStateData) : QString();
+    data.dwStateAction = WTD_STATEACTION_CLOSE;
+    verify(nullptr, &action, &data);
+    return name;
+}
