@@ -3,7 +3,7 @@
 #include "bundle/bundle.h"
 #include "bundle/unpack.h"
 #include "engine/argumenttext.h"
-#include "files/heldfile.h"
+#include "files/guardedfile.h"
 #include "files/privatefolder.h"
 #include "files/signature.h"
 
@@ -57,7 +57,7 @@ int runSilently(const Bundle &bundle)
     if (!folder.create())
         return fail(unpackFailure(folder.errorString(), bundle.size));
     const QString engine = folder.filePath(u"VarnelEngine.exe"_s);
-    HeldFile file;
+    GuardedFile file;
     if (const QString error = unpackEngine(self, bundle, engine, file, [] { return true; });
         !error.isEmpty())
         return fail(error);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "bundle/bundle.h"
-#include "files/heldfile.h"
+#include "files/guardedfile.h"
 #include "files/privatefolder.h"
 
 #include <QObject>
@@ -49,7 +49,7 @@ private:
     const QString m_program;
     const Bundle m_bundle;
     PrivateFolder m_folder; ///< outlives the file
-    HeldFile m_file;
+    GuardedFile m_file;
     QString m_error; ///< the thread's, until it has ended
     std::unique_ptr<QThread> m_thread;
     std::atomic_bool m_isHurried = false;

@@ -1,7 +1,7 @@
 #include "bundle/unpack.h"
 
 #include "bundle/bundle.h"
-#include "files/heldfile.h"
+#include "files/guardedfile.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -51,7 +51,7 @@ QString unpackFailure(const QString &reason, qint64 size)
 }
 
 QString unpackEngine(const QString &program, const Bundle &bundle, const QString &target,
-                     HeldFile &held, const std::function<bool()> &pause)
+                     GuardedFile &held, const std::function<bool()> &pause)
 {
     const auto failure = [&](const QString &reason) { return unpackFailure(reason, bundle.size); };
     if (!isComplete(program, bundle))

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-class HeldFile;
+class GuardedFile;
 struct Bundle;
 
 /// The sentence for a download that is not what was put on the web site.
@@ -20,5 +20,5 @@ struct Bundle;
 /// The result is empty on success, and else a sentence for the user. `target` may be there then,
 /// but is not held.
 [[nodiscard]] QString unpackEngine(const QString &program, const Bundle &bundle,
-                                   const QString &target, HeldFile &held,
+                                   const QString &target, GuardedFile &held,
                                    const std::function<bool()> &pause);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/heldfile.h"
+#include "files/guardedfile.h"
 
 #include <QObject>
 #include <QString>
@@ -78,7 +78,7 @@ private:
                   const QString &logFilePath);
 
     QString m_setupExecutable;
-    HeldFile m_guarded; ///< until the start of a run
+    GuardedFile m_guarded; ///< until the start of a run
     QString m_lastLogPath;
     EngineRun *m_run = nullptr; ///< a child
 };

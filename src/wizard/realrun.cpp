@@ -2,7 +2,7 @@
 
 #include "bundle/carriedengine.h"
 #include "engine/installerengine.h"
-#include "files/heldfile.h"
+#include "files/guardedfile.h"
 #include "files/programsinuse.h"
 #include "files/signature.h"
 
@@ -29,7 +29,7 @@ bool isUninstallerBusy(const QString &uninstaller)
 {
     const QFileInfo program(uninstaller);
     const QString data = program.absolutePath() + u'/' + program.completeBaseName() + ".dat"_L1;
-    HeldFile probe;
+    GuardedFile probe;
     return QFileInfo::exists(data) && !probe.hold(data);
 }
 

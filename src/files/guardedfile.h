@@ -7,12 +7,12 @@
 /// Keeps a file as it is: until it is released nobody can write, rename or delete it, not even an
 /// administrator. It can be read and started. Only Windows has such locks; elsewhere this looks
 /// after nothing but the file's being there.
-class HeldFile
+class GuardedFile
 {
 public:
-    HeldFile();
-    ~HeldFile();
-    Q_DISABLE_COPY_MOVE(HeldFile)
+    GuardedFile();
+    ~GuardedFile();
+    Q_DISABLE_COPY_MOVE(GuardedFile)
 
     /// Lets go of the previous file. False if `path` cannot be opened for reading, or if somebody
     /// has it open for writing; errorString() then has the system's words.

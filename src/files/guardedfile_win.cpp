@@ -1,11 +1,11 @@
-#include "files/heldfile.h"
+#include "files/guardedfile.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <qt_windows.h>
 
-struct HeldFile::Handle
+struct GuardedFile::Handle
 {
     HANDLE value;
 
@@ -14,11 +14,11 @@ struct HeldFile::Handle
     Q_DISABLE_COPY_MOVE(Handle)
 };
 
-HeldFile::HeldFile() = default;
+GuardedFile::GuardedFile() = default;
 
-HeldFile::~HeldFile() = default;
+GuardedFile::~GuardedFile() = default;
 
-bool HeldFile::hold(const QString &path)
+bool GuardedFile::hold(const QString &path)
 {
     release();
     m_path = path;
@@ -35,7 +35,7 @@ bool HeldFile::hold(const QString &path)
     return true;
 }
 
-void HeldFile::release()
+void GuardedFile::release()
 {
     m_handle.reset();
 }

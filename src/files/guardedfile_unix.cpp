@@ -1,17 +1,17 @@
-#include "files/heldfile.h"
+#include "files/guardedfile.h"
 
 #include <QFile>
 
-struct HeldFile::Handle
+struct GuardedFile::Handle
 {
     QFile file;
 };
 
-HeldFile::HeldFile() = default;
+GuardedFile::GuardedFile() = default;
 
-HeldFile::~HeldFile() = default;
+GuardedFile::~GuardedFile() = default;
 
-bool HeldFile::hold(const QString &path)
+bool GuardedFile::hold(const QString &path)
 {
     release();
     m_path = path;
@@ -26,7 +26,7 @@ bool HeldFile::hold(const QString &path)
     return true;
 }
 
-void HeldFile::release()
+void GuardedFile::release()
 {
     m_handle.reset();
 }

@@ -1,4 +1,4 @@
-#include "files/heldfile.h"
+#include "files/guardedfile.h"
 #include "files/programsinuse.h"
 #include "support/sandbox.h"
 
@@ -12,7 +12,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 /// Whether files and programs are in use, which Windows alone can tell and prevent.
-class TestHeldFile : public QObject
+class TestGuardedFile : public QObject
 {
     Q_OBJECT
 
@@ -24,26 +24,26 @@ private Q_SLOTS:
     void programsInUse();
 };
 
-void TestHeldFile::init()
+void TestGuardedFile::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_s));
 }
 
-void TestHeldFile::missing()
+void TestGuardedFile::missing()
 {
     const Sandbox sandbox;
-    HeldFile file;
+    GuardedFile file;
     QVERIFY(file.hold(sandbox.write(u"there.exe"_s, "program")));
     QVERIFY(!file.hold(sandbox.path(u"missing.exe"_s)));
     QVERIFY(!file.isHeld());
     QVERIFY(!file.errorString().isEmpty());
 }
 
-void TestHeldFile::nobodyCanExchangeIt()
+void TestGuardedFile::nobodyCanExchangeIt()
 {
     const Sandbox sandbox;
     const QString path = sandbox.write(u"set up.exe"_s, "program");
-    HeldFile file;
+    GuardedFile file;
     QVERIFY(file.hold(path));
     QCOMPARE(sandbox.read(u"set up.exe"_s), "program");
 #ifdef Q_OS_WIN
@@ -57,7 +57,7 @@ void TestHeldFile::nobodyCanExchangeIt()
     QVERIFY(QFile::remove(path));
 }
 
-void TestHeldFile::notWhileItIsWritten()
+void TestGuardedFile::notWhileItIsWritten()
 {
 #ifndef Q_OS_WIN
     QSKIP("Only Windows knows who writes a file.");
@@ -65,11 +65,11 @@ void TestHeldFile::notWhileItIsWritten()
     const Sandbox sandbox;
     QFile written(sandbox.write(u"setup.exe"_s, "program"));
     QVERIFY(written.open(QIODevice::ReadWrite));
-    HeldFile file;
+    GuardedFile file;
     QVERIFY(!file.hold(written.fileName()));
 }
 
-void TestHeldFile::programsInUse()
+void TestGuardedFile::programsInUse()
 {
 #ifndef Q_OS_WIN
     QSKIP("Only Windows knows which program runs.");
@@ -101,5 +101,5 @@ void TestHeldFile::programsInUse()
     QTRY_VERIFY(!hasProgramsInUse(folder, {}));
 }
 
-QTEST_GUILESS_MAIN(TestHeldFile)
-#include "tst_heldfile.moc"
+QTEST_GUILESS_MAIN(TestGuardedFile)
+#include "tst_guardedfile.moc"
