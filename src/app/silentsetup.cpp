@@ -52,10 +52,10 @@ bool hasSilentSwitch(int argc, const char *const *argv)
 int runSilently(const Bundle &bundle)
 {
     const QString self = QCoreApplication::applicationFilePath();
-    PrivateFolder::removeAbandoned();
     PrivateFolder folder;
     if (!folder.create())
         return fail(unpackFailure(folder.errorString(), bundle.size));
+    folder.removeAbandoned();
     const QString engine = folder.filePath(u"VarnelEngine.exe"_s);
     GuardedFile file;
     if (const QString error = unpackEngine(self, bundle, engine, file, [] { return true; });

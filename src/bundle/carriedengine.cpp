@@ -44,11 +44,11 @@ QString CarriedEngine::path() const
 
 void CarriedEngine::unpack()
 {
-    PrivateFolder::removeAbandoned();
     if (!m_folder.create()) {
         m_error = unpackFailure(m_folder.errorString(), m_bundle.size);
         return;
     }
+    m_folder.removeAbandoned();
     m_error = unpackEngine(m_program, m_bundle, path(), m_file, [this] {
         if (!m_isHurried)
             QThread::msleep(kPause.count());

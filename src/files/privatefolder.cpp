@@ -1,5 +1,7 @@
 #include "files/privatefolder.h"
 
+#include "files/privatefoldernative.h"
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QThread>
@@ -39,11 +41,14 @@ std::unique_ptr<QLockFile> lockIn(const QString &folder)
 
 } // namespace
 
+PrivateFolder::PrivateFolder() = default;
+
 PrivateFolder::~PrivateFolder()
 {
     if (!m_lock)
         return;
     m_lock.reset();
+    m_native.reset();
     QDeadlineTimer deadline(kRemovalTimeout);
     while (!removeFolder(m_path) && QDir(m_path).exists() && !deadline.hasExpired())
         QThread::msleep(kLookInterval.count());
@@ -52,31 +57,27 @@ PrivateFolder::~PrivateFolder()
 bool PrivateFolder::create()
 {
     m_path = QDir::temp().absoluteFilePath(kPrefix + QUuid::createUuid().toString(QUuid::Id128));
-    if (!PrivateFolderSystem::make(m_path, &m_error))
+    m_native = Native::make(m_path, &m_error);
+    if (!m_native)
         return false;
     m_lock = lockIn(m_path);
-    // Who may write to the temp folder could have put another folder in the place of this one
-    // before the lock was in it; with an open file inside it stays where it is.
-    if (m_lock->tryLock(0) && PrivateFolderSystem::isOurs(m_path))
-        return true;
-    m_lock.reset();
-    m_error = qt_error_string(EACCES);
-    return false;
+    m_lock->tryLock(0);
+    return true;
 }
 
 void PrivateFolder::leaveUntilRestart()
 {
     m_lock.reset();
-    PrivateFolderSystem::removeAtRestart(m_path);
+    Native::removeAtRestart(m_path);
 }
 
-void PrivateFolder::removeAbandoned()
+void PrivateFolder::removeAbandoned() const
 {
     const QDir temp = QDir::temp();
     const QStringList names = temp.entryList({ kPrefix + u'*' }, QDir::Dirs | QDir::Hidden);
     for (const QString &name : names) {
         const QString path = temp.absoluteFilePath(name);
-        if (!PrivateFolderSystem::isOurs(path))
+        if (!m_native->hasSameOwner(path))
             continue;
         std::unique_ptr<QLockFile> lock = lockIn(path);
         if (!lock->tryLock(0))

@@ -1,4 +1,4 @@
-#include "files/privatefolder.h"
+#include "files/privatefoldernative.h"
 
 #include <QFile>
 
@@ -7,19 +7,22 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-bool PrivateFolderSystem::make(const QString &path, QString *error)
+std::unique_ptr<PrivateFolder::Native> PrivateFolder::Native::make(const QString &path,
+                                                                   QString *error)
 {
     if (mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0)
-        return true;
+        return std::unique_ptr<Native>(new Native(nullptr));
     *error = qt_error_string(errno);
-    return false;
+    return nullptr;
 }
 
-bool PrivateFolderSystem::isOurs(const QString &path)
+PrivateFolder::Native::~Native() = default;
+
+bool PrivateFolder::Native::hasSameOwner(const QString &path) const
 {
     struct stat facts = {};
     return lstat(QFile::encodeName(path).constData(), &facts) == 0 && S_ISDIR(facts.st_mode)
         && facts.st_uid == geteuid() && (facts.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }
 
-void PrivateFolderSystem::removeAtRestart(const QString &) {}
+void PrivateFolder::Native::removeAtRestart(const QString &) {}

@@ -1,4 +1,4 @@
-#include "files/privatefolder.h"
+#include "files/privatefoldernative.h"
 
 #include <QByteArray>
 #include <QDir>
@@ -7,6 +7,7 @@
 
 #include <aclapi.h>
 #include <sddl.h>
+#include <winternl.h>
 
 #include <memory>
 
@@ -48,71 +49,108 @@ bool isElevated()
 }
 
 /// In the form of security descriptors; empty if Windows does not tell.
-QString userSid()
+QString sidText(PSID sid)
 {
-    const QByteArray information = tokenInformation(TokenUser);
-    if (size_t(information.size()) < sizeof(TOKEN_USER))
-        return {};
     wchar_t *text = nullptr;
-    if (!ConvertSidToStringSidW(
-            reinterpret_cast<const TOKEN_USER *>(information.constData())->User.Sid, &text))
+    if (!ConvertSidToStringSidW(sid, &text))
         return {};
     const Local<wchar_t> owner(text);
     return QString::fromWCharArray(text);
 }
 
-/// Who owns the folder, as an owner may change who may enter. Programs of the same user that are
-/// not elevated cannot make anything that administrators own.
-QString ownerSid()
+QString userSid()
 {
-    return isElevated() ? u"BA"_s : userSid();
+    const QByteArray information = tokenInformation(TokenUser);
+    return size_t(information.size()) < sizeof(TOKEN_USER)
+        ? QString()
+        : sidText(reinterpret_cast<const TOKEN_USER *>(information.constData())->User.Sid);
+}
+
+/// Who owns the file or folder that is open; empty if Windows does not tell.
+QString ownerSid(HANDLE handle)
+{
+    PSID owner = nullptr;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (GetSecurityInfo(handle, SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner, nullptr,
+                        nullptr, nullptr, &descriptor)
+        != ERROR_SUCCESS)
+        return {};
+    const Local<void> ownsDescriptor(descriptor);
+    return sidText(owner);
+}
+
+/// The folder itself, also if it leads elsewhere.
+HANDLE openFolder(const QString &path)
+{
+    return CreateFileW(wide(QDir::toNativeSeparators(path)), READ_CONTROL | FILE_READ_ATTRIBUTES,
+                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT,
+                       nullptr);
+}
+
+bool isFolder(HANDLE handle)
+{
+    FILE_BASIC_INFO facts = {};
+    return GetFileInformationByHandleEx(handle, FileBasicInfo, &facts, sizeof facts)
+        && (facts.FileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+        && !(facts.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT);
 }
 
 } // namespace
 
-bool PrivateFolderSystem::make(const QString &path, QString *error)
+std::unique_ptr<PrivateFolder::Native> PrivateFolder::Native::make(const QString &path,
+                                                                   QString *error)
 {
-    const QString owner = ownerSid();
-    // Nothing is inherited from the temp folder ("P"); files inside inherit this ("OICI").
-    QString description = u"O:%1D:P(A;OICI;FA;;;%1)"_s.arg(owner);
-    if (isElevated())
-        description += "(A;OICI;FA;;;SY)"_L1;
+    // Who owns a folder may change who enters it. What administrators own cannot have been made by
+    // a program of the same user that is not elevated. Nothing is inherited from the temp folder
+    // ("P"); files inside inherit this ("OICI").
+    const QString description = isElevated() ? u"O:BAD:P(A;OICI;FA;;;BA)(A;OICI;FA;;;SY)"_s
+                                             : u"O:%1D:P(A;OICI;FA;;;%1)"_s.arg(userSid());
     PSECURITY_DESCRIPTOR descriptor = nullptr;
     if (!ConvertStringSecurityDescriptorToSecurityDescriptorW(wide(description), SDDL_REVISION_1,
                                                               &descriptor, nullptr)) {
         *error = qt_error_string(int(GetLastError()));
-        return false;
+        return nullptr;
     }
     const Local<void> ownsDescriptor(descriptor);
-    SECURITY_ATTRIBUTES attributes = { sizeof attributes, descriptor, FALSE };
-    if (CreateDirectoryW(wide(QDir::toNativeSeparators(path)), &attributes))
-        return true;
-    *error = qt_error_string(int(GetLastError()));
-    return false;
+
+    // The function that all others end in: it alone makes a folder and opens it in one step, so
+    // that nobody who may write to the temp folder can put another one in its place in between.
+    QString native = QLatin1StringView(R"(\??\)") + QDir::toNativeSeparators(path);
+    UNICODE_STRING name = {};
+    name.Buffer = reinterpret_cast<wchar_t *>(native.data());
+    name.Length = USHORT(native.size() * qsizetype(sizeof(wchar_t)));
+    name.MaximumLength = name.Length;
+    OBJECT_ATTRIBUTES attributes = {};
+    InitializeObjectAttributes(&attributes, &name, OBJ_CASE_INSENSITIVE, nullptr, descriptor);
+    HANDLE handle = nullptr;
+    IO_STATUS_BLOCK status = {};
+    const NTSTATUS result =
+        NtCreateFile(&handle, FILE_LIST_DIRECTORY | READ_CONTROL | SYNCHRONIZE, &attributes,
+                     &status, nullptr, FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                     FILE_CREATE, FILE_DIRECTORY_FILE | FILE_SYNCHRONOUS_IO_NONALERT, nullptr, 0);
+    if (NT_SUCCESS(result))
+        return std::unique_ptr<Native>(new Native(handle));
+    *error = qt_error_string(int(RtlNtStatusToDosError(result)));
+    return nullptr;
 }
 
-bool PrivateFolderSystem::isOurs(const QString &path)
+PrivateFolder::Native::~Native()
 {
-    const QString native = QDir::toNativeSeparators(path);
-    const DWORD facts = GetFileAttributesW(wide(native));
-    if (facts == INVALID_FILE_ATTRIBUTES || !(facts & FILE_ATTRIBUTE_DIRECTORY)
-        || (facts & FILE_ATTRIBUTE_REPARSE_POINT))
-        return false;
-    PSID owner = nullptr;
-    PSECURITY_DESCRIPTOR descriptor = nullptr;
-    if (GetNamedSecurityInfoW(wide(native), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner,
-                              nullptr, nullptr, nullptr, &descriptor)
-        != ERROR_SUCCESS)
-        return false;
-    const Local<void> ownsDescriptor(descriptor);
-    PSID expected = nullptr;
-    if (!ConvertStringSidToSidW(wide(ownerSid()), &expected))
-        return false;
-    const Local<void> ownsExpected(expected);
-    return EqualSid(owner, expected);
+    CloseHandle(m_handle);
 }
 
-void PrivateFolderSystem::removeAtRestart(const QString &path)
+bool PrivateFolder::Native::hasSameOwner(const QString &path) const
+{
+    HANDLE handle = openFolder(path);
+    if (handle == INVALID_HANDLE_VALUE)
+        return false;
+    const bool isSame = isFolder(handle) && ownerSid(handle) == ownerSid(m_handle);
+    CloseHandle(handle);
+    return isSame;
+}
+
+void PrivateFolder::Native::removeAtRestart(const QString &path)
 {
     const QDir folder(path);
     QStringList paths = folder.entryList(QDir::Files | QDir::Hidden | QDir::System);

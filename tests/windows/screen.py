@@ -90,12 +90,12 @@ def recognize(pixels, area, layout):
 
 
 class Wizard:
-    def __init__(self, world: World, *arguments, title="Varnel Schematics setup"):
+    def __init__(self, world: World, *arguments, title="Varnel Schematics setup", program=SETUP):
         self.world = world
         self.title = title
         self._pictures = 0
         self.output = world.folder / "wizard.txt"
-        self.process = world.start(SETUP, *arguments, output=self.output)
+        self.process = world.start(program, *arguments, output=self.output)
         self.window = wait_until(self._find_window, "the wizard's window")
         self.page = None
 
