@@ -1,6 +1,7 @@
 #include "app/applicationfonts.h"
 #include "app/applicationicon.h"
 #include "app/applicationsetup.h"
+#include "product/product.h"
 #include "theme/thememanager.h"
 
 #include <QApplication>
@@ -63,10 +64,10 @@ public:
 private Q_SLOTS:
     void initTestCase();
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void identity();
     void application();
     void everyFaceIsTheOneAskedFor_data();
     void everyFaceIsTheOneAskedFor();
-    void iconFillsItsSquare_data();
     void iconFillsItsSquare();
     void iconColours();
 };
@@ -98,6 +99,17 @@ void TestApplicationSetup::initTestCase()
     }
     ThemeManager::instance().setDarkMode(true);
     setUpApplication();
+}
+
+// What is installed on users' machines is found by these values, so they must not change by
+// mistake.
+void TestApplicationSetup::identity()
+{
+    QCOMPARE(Product::kUninstallKey, u"{4F1C2A77-0B3D-4E52-9A61-7C2E8D90B4F3}_is1"_s);
+    QCOMPARE(Product::kName, u"Varnel Schematics"_s);
+    QCOMPARE(Product::kExecutable, u"VarnelSolutions.exe"_s);
+    QCOMPARE(Product::kPreferencesFolder, u"Varnel Schematics/Varnel Schematics"_s);
+    QCOMPARE(Product::kRequiredBytes, qint64(230'686'720));
 }
 
 void TestApplicationSetup::application()
@@ -145,28 +157,22 @@ void TestApplicationSetup::everyFaceIsTheOneAskedFor()
     QCOMPARE(missing, QString());
 }
 
-void TestApplicationSetup::iconFillsItsSquare_data()
-{
-    QTest::addColumn<int>("side");
-    for (const int side : kSides)
-        QTest::addRow("%d", side) << side;
-}
-
 // As wide as the square, in the middle of its height.
 void TestApplicationSetup::iconFillsItsSquare()
 {
-    QFETCH(const int, side);
-    const QImage image = applicationIcon().pixmap(QSize(side, side), 1.0).toImage();
-    const double scale = side / kDrawing.width();
-    const double top = (side - kDrawing.height() * scale) / 2;
-    const QRectF expected(kShapes.x() * scale, top + kShapes.y() * scale, kShapes.width() * scale,
-                          kShapes.height() * scale);
-    // A pixel that the edge only touches may be fully transparent after rounding.
-    const QRect area = painted(image);
-    QVERIFY(expected.toAlignedRect().contains(area));
-    QVERIFY(area.contains(expected.toAlignedRect().adjusted(1, 1, -1, -1)));
-    QCOMPARE(area.left(), side - 1 - area.right());
-    QCOMPARE(area.top(), side - 1 - area.bottom());
+    for (const int side : kSides) {
+        const QImage image = applicationIcon().pixmap(QSize(side, side), 1.0).toImage();
+        const double scale = side / kDrawing.width();
+        const double top = (side - kDrawing.height() * scale) / 2;
+        const QRectF expected(kShapes.x() * scale, top + kShapes.y() * scale,
+                              kShapes.width() * scale, kShapes.height() * scale);
+        // A pixel that the edge only touches may be fully transparent after rounding.
+        const QRect area = painted(image);
+        QVERIFY(expected.toAlignedRect().contains(area));
+        QVERIFY(area.contains(expected.toAlignedRect().adjusted(1, 1, -1, -1)));
+        QCOMPARE(area.left(), side - 1 - area.right());
+        QCOMPARE(area.top(), side - 1 - area.bottom());
+    }
 }
 
 void TestApplicationSetup::iconColours()

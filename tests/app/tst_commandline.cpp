@@ -5,26 +5,17 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
 constexpr int kUndecided = -1;
-
-} // namespace
 
 class TestCommandLine : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void parse_data();
     void parse();
 };
-
-void TestCommandLine::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
 
 void TestCommandLine::parse_data()
 {
@@ -45,10 +36,8 @@ void TestCommandLine::parse_data()
     row("install", { u"--install"_s }, install, none, none);
     row("update", { u"--update"_s }, update, none, none);
     row("uninstall", { u"--uninstall"_s }, uninstall, none, none);
-    row("mixed case", { u"--UnInstall"_s }, uninstall, none, none);
 
     row("uninstall after update", { u"--update"_s, u"--uninstall"_s }, uninstall, none, none);
-    row("update after install", { u"--install"_s, u"--update"_s }, update, none, none);
     row("all three", { u"--install"_s, u"--update"_s, u"--uninstall"_s }, uninstall, none, none);
 
     row("engine", { u"--setup-exe"_s, u"/a/setup.exe"_s }, kUndecided, u"/a/setup.exe"_s, none);
@@ -59,16 +48,12 @@ void TestCommandLine::parse_data()
         install, u"s"_s, u"u"_s);
     row("path as it stands", { u"--setup-exe"_s, uR"( C:\Мой каталог\"set up" %1.exe )"_s },
         kUndecided, uR"( C:\Мой каталог\"set up" %1.exe )"_s, none);
-    row("empty path", { u"--setup-exe"_s, u""_s }, kUndecided, none, none);
 
     row("engine last", { u"--install"_s, u"--setup-exe"_s }, install, none, none);
-    row("uninstaller last", { u"--uninstaller"_s }, kUndecided, none, none);
     row("first engine counts", { u"--setup-exe"_s, u"a"_s, u"--setup-exe"_s, u"b"_s }, kUndecided,
         u"a"_s, none);
     row("an option as value", { u"--setup-exe"_s, u"--uninstaller"_s, u"u"_s }, kUndecided,
         u"--uninstaller"_s, u"u"_s);
-    row("itself as value", { u"--setup-exe"_s, u"--setup-exe"_s, u"b"_s }, kUndecided,
-        u"--setup-exe"_s, none);
     row("a mode as value", { u"--setup-exe"_s, u"--update"_s }, update, u"--update"_s, none);
 
     row("unknown among known", { u"x"_s, u"--setup-exe"_s, u"s"_s, u"--y"_s, u"--update"_s },
@@ -78,8 +63,6 @@ void TestCommandLine::parse_data()
         none);
     row("more than an option", { u"--updates"_s, u"--installed"_s, u"--setup-exe2"_s, u"s"_s },
         kUndecided, none, none);
-    row("with an equals sign", { u"--setup-exe=s"_s, u"--update=1"_s }, kUndecided, none, none);
-    row("blanks around", { u" --update"_s, u"--update "_s }, kUndecided, none, none);
     row("dotless i", { u"--unınstall"_s, u"--İnstall"_s }, kUndecided, none, none);
 }
 
@@ -98,7 +81,6 @@ void TestCommandLine::parse()
     check(u"/opt/VarnelSetup"_s);
     // The name of the program is no option.
     check(u"--uninstall"_s);
-    check(u"--setup-exe"_s);
 }
 
 QTEST_APPLESS_MAIN(TestCommandLine)
