@@ -36,7 +36,7 @@ QString longWord()
 QLabel *labelOf(const QWidget *page, const QString &text)
 {
     for (QLabel *label : page->findChildren<QLabel *>()) {
-        if (label->text() == text)
+        if (shownText(label) == text)
             return label;
     }
     return nullptr;
