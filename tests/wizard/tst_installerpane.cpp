@@ -25,22 +25,6 @@ constexpr QRect kFull(QPoint(0, 0), kPageSize);
 constexpr QPoint kPaneCorner(196, 36); // as in the wizard; at fractional ratios between two pixels
 constexpr QRect kBox(40, 100, 200, 60);
 
-/// Counts how often a widget is hidden.
-class HideCounter : public QObject
-{
-public:
-    explicit HideCounter(QWidget *watched) { watched->installEventFilter(this); }
-
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        count += event->type() == QEvent::Hide ? 1 : 0;
-        return false;
-    }
-};
-
 /// All that looks different when it begins a fraction of a pixel further on.
 class Sample : public QWidget
 {
@@ -153,7 +137,6 @@ private Q_SLOTS:
     void noMotion();
     void pictureLooksLikeThePage();
     void fadesAsItWas();
-    void earliestPictureIsShown();
     void leftAndEnteredOnItsWay();
     void nestedEffect();
 };
@@ -243,7 +226,8 @@ void TestInstallerPane::samePageComesInOnceMore()
 {
     ManualClock clock;
     Scene scene;
-    const HideCounter hides(scene.a);
+    int hides = 0;
+    const EventWatch watch(scene.a, QEvent::Hide, [&hides] { ++hides; });
     scene.pane->prepareToShow(scene.a);
     QVERIFY(!scene.a->graphicsEffect()); // there is no picture of a page that stays
     scene.reset();
@@ -256,17 +240,7 @@ void TestInstallerPane::samePageComesInOnceMore()
     scene.pane->setCurrentPage(scene.a, true);
     clock.pass(320);
     QVERIFY(scene.restsOn(scene.a));
-    QCOMPARE(hides.count, 0);
-
-    // Also while another page goes out.
-    scene.pane->setCurrentPage(scene.b, true);
-    clock.pass(320);
-    for (int wait : { 100, 320 }) {
-        scene.pane->setCurrentPage(scene.a, true);
-        clock.pass(wait);
-    }
-    QVERIFY(scene.restsOn(scene.a));
-    QCOMPARE(hides.count, 1);
+    QCOMPARE(hides, 0);
 }
 
 void TestInstallerPane::noMotion_data()
@@ -308,6 +282,7 @@ void TestInstallerPane::pictureLooksLikeThePage()
         QVERIFY(scene.picture() == before);
         scene.reset();
         QVERIFY(scene.picture() == before);
+        scene.pane->prepareToShow(scene.b); // the earliest picture counts
         scene.pane->setCurrentPage(scene.b, true);
         QVERIFY(scene.picture() == before);
     }
@@ -331,23 +306,6 @@ void TestInstallerPane::fadesAsItWas()
     }
     clock.pass(200);
     QVERIFY(scene.restsOn(scene.b));
-}
-
-void TestInstallerPane::earliestPictureIsShown()
-{
-    const ManualClock clock;
-    for (bool isPrepared : { true, false }) {
-        Scene scene;
-        const QImage before = scene.picture();
-        if (isPrepared) {
-            scene.pane->prepareToShow(scene.b);
-            scene.reset();
-            scene.pane->prepareToShow(scene.b);
-        }
-        scene.pane->setCurrentPage(scene.b, true);
-        scene.reset();
-        QVERIFY(scene.picture() == before);
-    }
 }
 
 // A page that is left goes out from where it would have come to rest, and comes back as it is.

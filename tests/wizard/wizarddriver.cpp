@@ -33,11 +33,16 @@ QStringList ProgressParts::stepTexts() const
     return texts;
 }
 
-int ProgressParts::shownSteps() const
+int shownSteps(const StepList &steps)
 {
     int count = 0;
-    for (const StepList::StepRow *row : steps->rows())
+    bool gap = false;
+    for (const StepList::StepRow *row : steps.rows()) {
+        if (row->isRevealed() && gap)
+            return -1;
+        gap = gap || !row->isRevealed();
         count += row->isRevealed() ? 1 : 0;
+    }
     return count;
 }
 

@@ -35,13 +35,39 @@ inline const QString kOpen = QStringLiteral("Open Varnel Schematics");
 inline const QString kPreferences =
     QStringLiteral("appdata/Varnel Schematics/Varnel Schematics/settings.ini");
 
+/// Calls `look` just before each event of that type reaches `widget`.
+class EventWatch : public QObject
+{
+public:
+    EventWatch(QWidget *widget, QEvent::Type type, const std::function<void()> &look)
+        : m_type(type), m_look(look)
+    {
+        widget->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == m_type)
+            m_look();
+        return false;
+    }
+
+private:
+    QEvent::Type m_type;
+    std::function<void()> m_look;
+};
+
+/// How many steps are shown; -1 if one is without the one before it.
+[[nodiscard]] int shownSteps(const StepList &steps);
+
 /// What is on a progress page.
 struct ProgressParts
 {
     explicit ProgressParts(const QWidget *page);
 
     [[nodiscard]] QStringList stepTexts() const;
-    [[nodiscard]] int shownSteps() const;
+    [[nodiscard]] int shownSteps() const { return ::shownSteps(*steps); }
 
     StepList *steps;
     QLabel *file;
