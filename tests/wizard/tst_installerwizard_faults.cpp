@@ -77,12 +77,10 @@ private Q_SLOTS:
     void updateWithoutAFolder();
     void failedUninstallKeepsThePreferences();
     void failureIsFinal();
-    void keysAreIgnoredRightAfterAFailure_data();
-    void keysAreIgnoredRightAfterAFailure();
-    void heldKeyIsIgnored_data() { keysAreIgnoredRightAfterAFailure_data(); }
+    void keysAreIgnoredForHalfASecond_data();
+    void keysAreIgnoredForHalfASecond();
+    void heldKeyIsIgnored_data() { keysAreIgnoredForHalfASecond_data(); }
     void heldKeyIsIgnored();
-    void keyClosesAfterHalfASecond_data() { keysAreIgnoredRightAfterAFailure_data(); }
-    void keyClosesAfterHalfASecond();
     void otherInputWorksAtOnce();
 };
 
@@ -90,12 +88,9 @@ void TestInstallerWizardFaults::endings_data()
 {
     QTest::addColumn<QByteArray>("scenario");
     QTest::addColumn<QString>("sentence");
-    QTest::newRow("cancelled half way") << QByteArray("exit-code = 5\nstage = half\n")
-                                        << u"Installation was cancelled during setup."_s;
     QTest::newRow("before anything was written")
         << QByteArray("finish-at-once = yes\nexit-code = 5\n")
         << u"Installation was cancelled during setup."_s;
-    QTest::newRow("unknown code") << QByteArray("exit-code = 99\n") << u"99"_s;
     QTest::newRow("crash") << QByteArray("crash = 9\nstage = start\n") << QString();
     QTest::newRow("markup") << QByteArray("exit-code = 4\nmessage-box = a&b <i>%2 %1</i>\n")
                             << kLiteral;
@@ -139,7 +134,6 @@ void TestInstallerWizardFaults::missingPrograms()
         const QSignalSpy finished(&driver.engine, &InstallerEngine::finished);
         QVERIFY(driver.startRun(mode));
         QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatience);
-        QVERIFY(!finished.first().at(1).toString().isEmpty());
         QVERIFY(driver.shows(progressPage(mode)));
         QVERIFY(showsFailure(driver, finished.first().at(1).toString()));
     }
@@ -192,7 +186,7 @@ void TestInstallerWizardFaults::failureIsFinal()
     QCOMPARE(driver.mark->fill(), 0.3);
 }
 
-void TestInstallerWizardFaults::keysAreIgnoredRightAfterAFailure_data()
+void TestInstallerWizardFaults::keysAreIgnoredForHalfASecond_data()
 {
     QTest::addColumn<Qt::Key>("key");
     QTest::newRow("return") << Qt::Key_Return;
@@ -202,7 +196,7 @@ void TestInstallerWizardFaults::keysAreIgnoredRightAfterAFailure_data()
 }
 
 // A user who types ahead has not seen the failure yet.
-void TestInstallerWizardFaults::keysAreIgnoredRightAfterAFailure()
+void TestInstallerWizardFaults::keysAreIgnoredForHalfASecond()
 {
     QFETCH(const Qt::Key, key);
     Failure driver;
@@ -223,6 +217,16 @@ void TestInstallerWizardFaults::keysAreIgnoredRightAfterAFailure()
     driver.passHalfASecond();
     Failure::send(QEvent::KeyRelease, key);
     QVERIFY(driver.isOpen());
+
+    QVERIFY(!driver.guard()->isActive());
+    if (key == Qt::Key_Return) { // needs the focus
+        driver.minimizeButton()->setFocus();
+        driver.key(key);
+        QVERIFY(driver.isOpen());
+        driver.button(u"Close"_s)->setFocus();
+    }
+    QCOMPARE(Failure::runUntilQuit([&] { driver.lastKey(key); }), 0);
+    QVERIFY(!driver.isOpen());
 }
 
 // From before the failure until long after it.
@@ -237,22 +241,6 @@ void TestInstallerWizardFaults::heldKeyIsIgnored()
     Failure::send(QEvent::KeyPress, key, true);
     Failure::send(QEvent::KeyRelease, key);
     QVERIFY(driver.isOpen());
-}
-
-void TestInstallerWizardFaults::keyClosesAfterHalfASecond()
-{
-    QFETCH(const Qt::Key, key);
-    Failure driver;
-    QVERIFY(driver.fails());
-    QTRY_VERIFY_WITH_TIMEOUT(!driver.guard()->isActive(), kPatience);
-    if (key == Qt::Key_Return) { // needs the focus
-        driver.minimizeButton()->setFocus();
-        driver.key(key);
-        QVERIFY(driver.isOpen());
-        driver.button(u"Close"_s)->setFocus();
-    }
-    QCOMPARE(Failure::runUntilQuit([&] { driver.lastKey(key); }), 0);
-    QVERIFY(!driver.isOpen());
 }
 
 void TestInstallerWizardFaults::otherInputWorksAtOnce()
