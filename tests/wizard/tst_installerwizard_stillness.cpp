@@ -105,7 +105,6 @@ private Q_SLOTS:
     void runGoesOnOutOfSight();
     void confettiWaitsForTheWindowToBeSeen();
     void reducedMotion();
-    void reducedMotionInARun();
 };
 
 void TestInstallerWizardStillness::entranceEnds_data()
@@ -154,7 +153,8 @@ void TestInstallerWizardStillness::pagesAreThereWhenMinimised()
     driver.wizard.showNormal();
     QVERIFY(driver.click(kAccept) && driver.press(u"Next"_s));
     const auto findings = driver.currentPage()->findChildren<RevealRow *>();
-    QVERIFY(!findings.last()->isRevealed());
+    QVERIFY(std::any_of(findings.begin(), findings.end(),
+                        [](const RevealRow *row) { return !row->isRevealed(); }));
     driver.minimise();
     QVERIFY(driver.pageIsThere());
     for (const RevealRow *row : findings)
@@ -222,12 +222,7 @@ void TestInstallerWizardStillness::reducedMotion()
     QVERIFY(warning && !warning->isHidden());
     QVERIFY(!warning->graphicsEffect()->isEnabled());
     QVERIFY(driver.rests());
-}
 
-void TestInstallerWizardStillness::reducedMotionInARun()
-{
-    qputenv("VARNEL_REDUCED_MOTION", "1");
-    Still driver;
     QVERIFY(driver.startRun(RunMode::Update));
     QTRY_VERIFY_WITH_TIMEOUT(driver.progress().shownSteps() > 0, kPatience);
     QVERIFY(driver.pageIsThere());

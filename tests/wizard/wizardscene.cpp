@@ -41,7 +41,7 @@ QJsonObject realisticRegistry()
     };
 }
 
-/// What is found on it, in the order of the rows.
+/// What is found on it.
 QList<CheckResult> realisticFindings()
 {
     return {
@@ -120,15 +120,16 @@ void WizardScene::pressOn()
 
 void WizardScene::showRealisticFindings()
 {
-    const QList<CheckResult> findings = realisticFindings();
-    qsizetype next = 0;
-    for (SystemCheckPage::CheckRow *row : m_wizard->findChildren<SystemCheckPage::CheckRow *>()) {
-        if (row->isVisible())
-            row->setResult(findings[next++]);
-    }
-    for (QLabel *label : m_wizard->findChildren<QLabel *>()) {
-        if (label->isVisible() && label->text().contains(u" required · "_s))
-            label->setText(findings[3].value);
+    for (const CheckResult &finding : realisticFindings()) {
+        for (auto *row : m_wizard->findChildren<SystemCheckPage::CheckRow *>()) {
+            if (row->isVisible() && row->result().label == finding.label)
+                row->setResult(finding);
+        }
+        for (QLabel *label : m_wizard->findChildren<QLabel *>()) {
+            if (label->isVisible() && finding.label == "Disk space"_L1
+                && label->text().contains(u" required · "_s))
+                label->setText(finding.value);
+        }
     }
 }
 
