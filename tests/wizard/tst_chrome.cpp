@@ -83,6 +83,7 @@ class TestChrome : public WizardTest
 private Q_SLOTS:
     void windowHasRoundCorners();
     void barsHaveRoundCorners();
+    void themeChangeRepaints();
     void titleButtons();
     void titleButtonsUnderThePointer();
     void focusRingKeepsInsideTheCorner();
@@ -144,6 +145,28 @@ void TestChrome::barsHaveRoundCorners()
         // The corners at the other end are square.
         for (double x : { 0.3, kWidth - 0.3 })
             QCOMPARE(at(x, height - 1.8), panel);
+    }
+}
+
+// By itself and on screen; the recorded pages are drawn anew.
+void TestChrome::themeChangeRepaints()
+{
+    InstallerTitleBar titleBar(u"Setup"_s);
+    InstallerRail rail;
+    InstallerPane pane;
+    InstallerFooterBar footer;
+    for (QWidget *part : std::initializer_list<QWidget *> { &titleBar, &rail, &pane, &footer }) {
+        part->resize(kRailSize);
+        part->show();
+        QVERIFY(QTest::qWaitForWindowExposed(part));
+        const auto colour = [part] {
+            return colourAt(part->screen()->grabWindow(part->winId()).toImage(), { 5.5, 18.0 });
+        };
+        const QColor before = colour();
+        ThemeManager::instance().setDarkMode(true);
+        QTRY_VERIFY(colour() != before);
+        ThemeManager::instance().setDarkMode(false);
+        QTRY_COMPARE(colour(), before);
     }
 }
 
