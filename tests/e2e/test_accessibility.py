@@ -1,26 +1,19 @@
 """What assistive technology is told, page by page, over the real accessibility bus; and the keyboard."""
 
-import subprocess
 import unittest
 
 from testcase import ENGINE, WizardTestCase
 from wizard import Atspi, GLib, wait_until
 
-TITLE = "Varnel Schematics setup"
-LEGAL = "© 2026 Varnel Solutions Team\nProprietary and confidential"
 DECLINE = "I do not accept the agreement"
 ACCEPT = "I accept the license agreement"
 SHORTCUT = "Create a desktop shortcut"
 PREFERENCES = "Also delete my preferences and cached data"
 
-# What can be used or at least read out has one of these roles; the rest only holds them together.
+# What can be used has one of these roles; the rest is read out, or only holds others together.
+CONTROLS = ("push button", "radio button", "check box", "text")
 BOX = "filler"
-CONTROLS = ("push button", "button", "radio button", "check box", "text")
 DECORATION = "image"
-
-
-def label(text):
-    return ("label", text)
 
 
 def button(name, *states):
@@ -32,51 +25,33 @@ def has(node, state):
 
 
 class Accessibility(WizardTestCase):
-    """Everything on a page is (role, name, states), where the states are those out of STATES that
-    the control has; "disabled" stands for the lack of being enabled."""
+    def controls(self, wizard):
+        """(role, name, states) of every control, in reading order."""
+        return [(role, name, *[state for state in ("checked", "focused") if has(node, state)],
+                 *([] if has(node, "enabled") else ["disabled"]))
+                for node, role, name in wizard.widgets() if role in CONTROLS]
 
-    STATES = ("checked", "focused")
-
-    def page(self, wizard):
-        """What is told of the page at present, in its order, without chrome and footer's frame."""
-        shown = []
-        for node, role, name in wizard.widgets():
-            if role == BOX:
-                continue
-            states = [state for state in self.STATES if has(node, state)]
-            if role in CONTROLS and not has(node, "enabled"):
-                states.append("disabled")
-            shown.append((role, name, *states))
-        return shown
-
-    def assert_page(self, wizard, *expected, title=TITLE, buttons):
-        """The window, its chrome, the page's own `expected` items and the footer, in reading order."""
-        chrome = [("dialog", title), label(title), button("Minimize"), button("Close"),
-                  (DECORATION, ""), label("Varnel Schematics"), label("1.6.9 · 220 MB"),
-                  label(LEGAL)]
-        everything = [*chrome, *expected, *buttons]
-        wait_until(lambda: len(self.page(wizard)) == len(everything), "all that is on the page")
+    def assert_page(self, wizard, text, *controls):
+        """The page that shows `text`, with its controls and those of the footer. What else it shows is
+        only looked at for its states."""
+        wizard.wait_text(text)
+        everything = [button("Minimize"), button("Close"), *controls]
+        wait_until(lambda: len(self.controls(wizard)) == len(everything), f"the controls of {text!r}")
         wizard.wait_settled()
-        self.assertEqual(self.page(wizard), everything)
-        self.assert_states(wizard)
-
-    def assert_states(self, wizard):
-        """Whatever is on the page is said to show; what can be pressed, to take the focus."""
+        self.assertEqual(self.controls(wizard), everything)
         for node, role, name in wizard.widgets():
             if role == BOX:  # confetti is one, and may land meanwhile
                 continue
             what = f"{role} {name!r}"
             self.assertTrue(has(node, "showing"), what)
-            if role in ("push button", "button", "radio button", "check box"):
+            if role in CONTROLS:
                 self.assertTrue(name, "a control without a name")
                 self.assertTrue(has(node, "focusable"), what)
-                self.assertEqual(Atspi.Action.get_n_actions(node) > 0, has(node, "enabled"), what)
             if role == DECORATION:
                 self.assertEqual(name, "")
                 self.assertFalse(has(node, "focusable"), what)
             if role in ("label", "list item"):
                 self.assertTrue(has(node, "read_only"), what)
-            self.assertNotIn("<", node.get_description() or "", f"markup in the help of {what}")
 
     def node(self, wizard, role, name=None):
         return next(node for node, shown, text in wizard.widgets()
@@ -84,8 +59,7 @@ class Accessibility(WizardTestCase):
 
     def focus(self, wizard):
         """Name of what has the focus."""
-        return next((name for node, role, name in wizard.widgets()
-                     if has(node, "focused") and role in CONTROLS), None)
+        return next((item[1] for item in self.controls(wizard) if "focused" in item), None)
 
     def wait_focus(self, wizard, name):
         wait_until(lambda: self.focus(wizard) == name, f"the focus on {name!r}")
@@ -107,88 +81,31 @@ class Accessibility(WizardTestCase):
 
     def test_pages_before_an_installation(self):
         wizard = self.start("--install", "--setup-exe", ENGINE)
-        self.assert_page(
-            wizard,
-            label("Welcome to the Varnel Schematics Setup Wizard"),
-            label("Setup will install Varnel Schematics version 1.6.9 on this computer.\n"
-                  "We recommend closing any other applications before you continue."),
-            label("Publisher: Varnel Solutions Team · varnel.example"),
-            label("Administrator rights required"),
-            buttons=[button("Cancel"), button("Next", "focused")])
+        on = button("Back"), button("Next", "focused")
+        self.assert_page(wizard, "Welcome to the", button("Cancel"), button("Next", "focused"))
         self.assert_tab_order(wizard, "Cancel", "Next")
-
         wizard.press("Return")
-        wizard.wait_text("License Agreement")
-        head = [label("License Agreement"),
-                label("Please read the following important information before continuing."),
-                ("text", "License Agreement")]
-        footer = label("Read the license before continuing")
-        self.assert_page(
-            wizard, *head,
-            ("radio button", DECLINE, "checked", "focused"), ("radio button", ACCEPT), footer,
-            buttons=[button("Back"), button("Next", "disabled")])
+        self.assert_page(wizard, "License Agreement", ("text", "License Agreement"),
+                         ("radio button", DECLINE, "checked", "focused"), ("radio button", ACCEPT),
+                         button("Back"), button("Next", "disabled"))
         view = self.node(wizard, "text")
         self.assertTrue(has(view, "read_only") and has(view, "multi_line"))
         self.assertIn("Varnel Schematics", Atspi.Text.get_text(view, 0, -1))
         self.assert_tab_order(wizard, "License Agreement", DECLINE, "Back")
         wizard.press("Down")
-        self.assert_page(
-            wizard, *head,
-            ("radio button", DECLINE), ("radio button", ACCEPT, "checked", "focused"), footer,
-            buttons=[button("Back"), button("Next")])
-        self.assert_tab_order(wizard, "License Agreement", ACCEPT, "Back", "Next")
-
+        self.assert_page(wizard, "License Agreement", ("text", "License Agreement"),
+                         ("radio button", DECLINE), ("radio button", ACCEPT, "checked", "focused"),
+                         button("Back"), button("Next"))
         wizard.press("Return")
-        wizard.wait_text("Checking your system")
         wait_until(lambda: len(wizard.rows()) == 9, "all nine findings")
-        self.assert_page(
-            wizard,
-            label("Checking your system"),
-            label("Verifying the requirements so you don't have to read them."),
-            *[("list item", row) for row in wizard.rows()],
-            label("9 requirement(s) checked"),
-            buttons=[button("Back"), button("Next", "focused")])
-        self.assertEqual(
-            [row.split(": ")[0] for row in wizard.rows()],
-            ["Operating system", "Processor", "Memory", "Disk space", "Graphics · display",
-             ".NET Framework", "Visual C++ Runtime", "WebView2 Runtime", "Smart App Control"])
-        self.assertTrue(all(row.split(": ", 1)[1] for row in wizard.rows()), "a row without finding")
-        self.assert_tab_order(wizard, "Back", "Next")
-
+        self.assert_page(wizard, "Checking your system", *on)
         wizard.press("Return")
-        wizard.wait_text("Select Destination Location")
-        room = wizard.wait_text("220 MB required")
-        self.assert_page(
-            wizard,
-            label("Select Destination Location"),
-            label("Setup will install Varnel Schematics into the following folder."),
-            label("INSTALL TO"), label(str(self.sandbox.destination)), button("Change"),
-            label(room), label("Choose where Varnel Schematics lives"),
-            buttons=[button("Back"), button("Next", "focused")])
-        self.assert_tab_order(wizard, "Change", "Back", "Next")
-
+        self.assert_page(wizard, "Select Destination Location", button("Change"), *on)
         wizard.press("Return")
-        wizard.wait_text("Select Additional Tasks")
-        self.assert_page(
-            wizard,
-            label("Select Additional Tasks"),
-            label("Which additional task should be performed while installing Varnel Schematics?"),
-            ("check box", SHORTCUT, "checked"), label("Optional — safe to skip"),
-            buttons=[button("Back"), button("Next", "focused")])
+        self.assert_page(wizard, "Select Additional Tasks", ("check box", SHORTCUT, "checked"), *on)
         self.assert_tab_order(wizard, SHORTCUT, "Back", "Next")
-
         wizard.press("Return")
-        wizard.wait_text("Ready to Install")
-        self.assert_page(
-            wizard,
-            label("Ready to Install"),
-            label("Setup is now ready to begin installing Varnel Schematics on your computer."),
-            label(f"Destination location:\n{self.sandbox.destination}\n\n"
-                  f"Additional tasks:\n{SHORTCUT}"),
-            label("Review before you install"),
-            buttons=[button("Back"), button("Install", "focused")])
-        self.assert_tab_order(wizard, "Back", "Install")
-
+        self.assert_page(wizard, "Ready to Install", button("Back"), button("Install", "focused"))
         for page in ("Select Additional Tasks", "Select Destination Location",
                      "Checking your system", "License Agreement", "Welcome to the"):
             wizard.press("Escape")
@@ -207,30 +124,9 @@ class Accessibility(WizardTestCase):
         cancel = self.node(wizard, "push button", "Cancel")
         self.assertFalse(has(cancel, "enabled") or has(cancel, "sensitive"))
         self.assertIsNone(self.focus(wizard))
-
-        values, steps = [], []
-
-        def watch():
-            rows = wizard.rows()
-            if len(rows) > len(steps):
-                steps[:] = rows
-            values.append(wizard.bar_value() or 0.0)
-            return wizard.has_text("is installed")
-
         wizard.press("Return", "Escape", "space")  # which do nothing now
-        wait_until(watch, "the last page")
-        values = [value for value in values if value]
-        self.assertEqual(values, sorted(values))
-        self.assertGreater(len(set(values)), 3, "the bar's value did not move")
-        self.assertEqual(steps, ["Extracting application files", "Installing WebView2 Runtime",
-                                 "Registering .sch and .pcb file types", "Creating shortcuts"])
-        self.assert_page(
-            wizard,
-            (DECORATION, ""), label("Varnel Schematics is installed"),
-            label(f"Installed to {self.sandbox.destination}.\nA shortcut is on your desktop."),
-            label("Finished in 51 seconds"),
-            buttons=[button("Close"), button("Open Varnel Schematics", "focused")])
-        self.assert_tab_order(wizard, "Close", "Open Varnel Schematics")
+        self.assert_page(wizard, "is installed", button("Close"),
+                         button("Open Varnel Schematics", "focused"))
         wizard.press("Escape")
         self.assertEqual(wizard.wait_end(), 0)
         self.assertEqual(self.sandbox.launches(), [])
@@ -275,10 +171,8 @@ class Accessibility(WizardTestCase):
     def test_failure(self):
         self.sandbox.scenario("exit-code = 5", "stage = half")
         wizard = self.start_installation()
-        message = wizard.wait_text("Installation was cancelled during setup.")
-        shown = self.page(wizard)
-        self.assertIn(label(message), shown)
-        self.assertEqual(shown[-2:], [label("Setup could not finish"), button("Close", "focused")])
+        self.assert_page(wizard, "Installation was cancelled during setup.",
+                         button("Close", "focused"))
         wizard.press("Tab")
         self.wait_focus(wizard, "Minimize")
         wizard.press("Tab", "Tab")
@@ -291,58 +185,16 @@ class Accessibility(WizardTestCase):
         wait_until(close, "the end")
         self.assertEqual(wizard.wait_end(), 0)
 
-    def test_update(self):
-        folder = self.sandbox.root / "installed"
-        folder.mkdir()
-        self.sandbox.record_installation(DisplayVersion="1.6.8", InstallLocation=str(folder))
-        self.sandbox.environment["VARNEL_ENGINE_DELAY_MS"] = "200"
-        wizard = self.start("--setup-exe", ENGINE)
-        self.assert_page(
-            wizard,
-            label("Update Available for Varnel Schematics"),
-            label("A newer version is ready to install.\nYour settings and files will be kept."),
-            label("Installed version: 1.6.8"), label("→"), label("Available version: 1.6.9"),
-            label("Recommended — includes performance fixes"),
-            buttons=[button("Skip"), button("Update Now", "focused")])
-        wizard.press("Return")
-        wizard.wait_text("Ready to Update")
-        self.assert_page(
-            wizard,
-            label("Ready to Update"), label("Setup will update Varnel Schematics to version 1.6.9."),
-            label(f"Destination location:\n{folder}\n\nYour preferences and license will be kept."),
-            label("Review before you update"),
-            buttons=[button("Back"), button("Update", "focused")])
-        wizard.press("Return")
-        wait_until(lambda: wizard.rows() and self.node(wizard, "progress bar", "Updating"),
-                   "the update")
-        self.assertEqual([item for item in self.page(wizard) if item[0] == DECORATION],
-                         [(DECORATION, "")] * 2, "mark and badge are no more than pictures")
-        wizard.wait_text("Varnel Schematics has been updated")
-        self.assert_page(
-            wizard,
-            (DECORATION, ""), label("Varnel Schematics has been updated"),
-            label("Now running version 1.6.9.\nYour settings were preserved."),
-            label("Updated in 38 seconds"),
-            buttons=[button("Close"), button("Open Varnel Schematics", "focused")])
-
-    def test_uninstallation(self):
-        title = "Varnel Schematics uninstall"
+    def test_removal(self):
         wizard = self.start("--uninstall", "--uninstaller", self.uninstaller())
 
         def assert_choice(*states):
             self.assert_page(
-                wizard,
-                label("Uninstall Varnel Schematics"),
-                label("This will remove Varnel Schematics 1.6.9 from your computer."),
-                label("This cannot be undone. "
-                      "Your project files (.sch, .pcb) will not be deleted."),
-                ("check box", PREFERENCES, *states), label("Administrator rights required"),
-                title=title,
-                buttons=[button("Cancel", *(["focused"] if "focused" not in states else [])),
-                         button("Uninstall")])
+                wizard, "Uninstall Varnel Schematics", ("check box", PREFERENCES, *states),
+                button("Cancel", *(["focused"] if "focused" not in states else [])),
+                button("Uninstall"))
 
         assert_choice()
-        self.assert_tab_order(wizard, PREFERENCES, "Cancel", "Uninstall")
         wizard.press("shift+Tab")
         self.wait_focus(wizard, PREFERENCES)
         wizard.press("space")
@@ -353,14 +205,7 @@ class Accessibility(WizardTestCase):
         wizard.press("Tab", "Tab")
         self.wait_focus(wizard, "Uninstall")
         wizard.press("Return")
-        wizard.wait_text("See You Later!")
-        self.assert_page(
-            wizard,
-            (DECORATION, ""), label("See You Later!"),
-            label("Varnel Schematics has been removed from your computer.\n"
-                  "Your preferences were kept in case you're back soon."),
-            label("Uninstalled in 24 seconds"),
-            title=title, buttons=[button("Close", "focused")])
+        self.assert_page(wizard, "See You Later!", button("Close", "focused"))
 
     # -- by other means than keys and mouse --------------------------------------------------------
 
@@ -388,11 +233,6 @@ class Accessibility(WizardTestCase):
         wait_until(lambda: not has(shortcut, "checked"), "the box to be cleared")
         wizard.click(SHORTCUT)
         wait_until(lambda: has(shortcut, "checked"), "the box to be checked")
-        window = wizard.window_id()
-        act("push button", "Minimize")
-        wait_until(lambda: not wizard.window_id(), "the window to go")
-        subprocess.run(["xdotool", "windowactivate", window], check=True)
-        wait_until(wizard.window_id, "the window to come back")
         act("push button", "Close")
         self.assertEqual(wizard.wait_end(), 0)
 

@@ -15,29 +15,15 @@ def children(wizard):
 
 
 class Closing(WizardTestCase):
-    def closes(self, close):
-        wizard = self.start("--setup-exe", ENGINE)
-        close(wizard)
-        self.assertEqual(wizard.wait_end(), 0)
-        self.assertEqual(self.sandbox.temp_files(), [])
-
-    def test_by_the_cross(self):
-        self.closes(lambda wizard: wizard.click("Close"))
-
-    def test_by_escape(self):
-        self.closes(lambda wizard: wizard.press("Escape"))
-
-    def test_by_the_window_manager(self):
-        self.closes(lambda wizard: wizard.press("alt+F4"))
-
-    def test_two_quick_clicks_start_the_application_once(self):
-        wizard = self.start_installation()
-        wizard.wait_button("Open Varnel Schematics")
-        wizard.wait_settled()
-        wizard.click("Open Varnel Schematics", times=2)
-        self.assertEqual(wizard.wait_end(), 0)
-        wait_until(self.sandbox.launches, "the start of the application")
-        self.assertEqual(len(self.sandbox.launches()), 1)
+    def test_before_a_run(self):
+        for way, close in (("cross", lambda wizard: wizard.click("Close")),
+                           ("Escape", lambda wizard: wizard.press("Escape")),
+                           ("window manager", lambda wizard: wizard.press("alt+F4"))):
+            with self.subTest(way):
+                wizard = self.start("--setup-exe", ENGINE)
+                close(wizard)
+                self.assertEqual(wizard.wait_end(), 0)
+                self.assertEqual(self.sandbox.temp_files(), [])
 
     def test_during_a_run_the_engine_goes_too(self):
         self.sandbox.scenario("stall = forever", "stage = half", "ignore-termination = yes")

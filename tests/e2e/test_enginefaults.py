@@ -81,30 +81,6 @@ class Engine(FaultTestCase):
         self.assert_failure(wizard, "Process crashed")
         self.assertEqual(self.sandbox.temp_files(), [])
 
-    def test_dies_over_the_open_status_file(self):
-        for style in ("torn", "half, torn"):
-            with self.subTest(style=style):
-                self.sandbox.scenario(f"status-style = {style}", "delay-ms = 20")
-                self.assert_failure(self.start_update(), "Process crashed")
-                self.assertEqual(self.sandbox.temp_files(), [])
-                self.assertEqual(self.version(), "1.6.8")
-
-    def test_second_process_ends_with_a_failure(self):
-        """What does the work may not go on when the user has been told that it is over."""
-        for stage in ("start", "half"):
-            with self.subTest(stage=stage):
-                self.sandbox.scenario("second-process = 60", f"pause = {stage}")
-                wizard = self.start_update()
-                engine = self.engine_of(wizard)
-                self.addCleanup(self.end_process, engine)
-                wait_until(lambda: len(self.sandbox.engine_runs()) > 1, "the engine's beginning")
-                os.kill(engine, signal.SIGKILL)
-                wizard.wait_text("Process crashed")
-                self.assertFalse(self.is_running(self.second_process()))
-                self.end(wizard, "Close")
-                self.assertEqual(self.sandbox.temp_files(), [])
-                (self.sandbox.root / "engine-runs.txt").unlink()
-
     def test_second_process_of_a_removal_finishes_when_the_window_closes(self):
         uninstaller = self.uninstaller()
         self.sandbox.scenario("second-process = 1.5")

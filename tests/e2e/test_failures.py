@@ -24,45 +24,6 @@ class Failures(FaultTestCase):
         wizard.click("Uninstall")
         self.assert_failure(wizard, FATAL)
 
-    def test_missing_engine_is_reported(self):
-        missing = self.sandbox.root / "gone" / "setup.exe"
-        wizard = self.start("--install", "--setup-exe", missing)
-        self.start_installation(wizard)
-        self.assertIn("No such file or directory", wizard.wait_text("No such file or directory"))
-        self.assertTrue(wizard.has_text("Setup could not finish"))
-        self.end(wizard, "Close")
-
-    def test_option_without_value_simulates(self):
-        wizard = self.start("--update", "--setup-exe")
-        wizard.go("Update Now", "Ready to Update")
-        wizard.click("Update")
-        wizard.wait_text(UPDATED)
-        self.end(wizard, "Close")
-        self.assertEqual(self.sandbox.engine_runs(), [])
-
-    def test_no_write_access_is_told_by_the_engine(self):
-        self.sandbox.destination.parent.rmdir()
-        self.sandbox.destination.parent.write_text("a file where a folder should be")
-        wizard = self.start_installation()
-        message = wizard.wait_text("Setup failed while preparing to install.")
-        self.assertIn(f"(log: {self.sandbox.kept_log()})", message)
-        self.end(wizard, "Close")
-
-    def test_odd_status_files_do_no_harm(self):
-        for quirk in ("status-style = bom, crlf", "status-style = blanks, no-section",
-                      "status-path = directory", "status-path = fifo", "status-path = never"):
-            with self.subTest(quirk=quirk):
-                self.sandbox.scenario(quirk)
-                self.assert_updated(self.start_update())
-                self.assertNotIn("varnel_setup_last.log", self.sandbox.temp_files())
-                self.empty_temp()  # of a folder that the engine has put in the file's place
-
-    def test_engine_that_ends_at_once_is_done_at_once(self):
-        self.sandbox.scenario("finish-at-once = yes")
-        wizard = self.start_update()
-        wizard.wait_text(UPDATED)
-        self.end(wizard, "Close")
-
     def test_child_of_the_engine_does_not_hold_up_the_end(self):
         self.sandbox.scenario("hold-pipes = 60")
         wizard = self.start_update()

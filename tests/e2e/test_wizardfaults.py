@@ -7,24 +7,12 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from faults import FATAL, UPDATED, FaultTestCase
+from faults import FATAL, FaultTestCase
 from testcase import ENGINE
 from wizard import Atspi, GLib, Wizard, wait_until
 
 
 class KilledWizard(FaultTestCase):
-    def test_before_a_run(self):
-        self.sandbox.record_installation(DisplayVersion="1.6.8",
-                                         InstallLocation=str(self.sandbox.root))
-        wizard = self.start("--setup-exe", ENGINE)
-        wizard.kill()
-        self.assertEqual(self.sandbox.temp_files(), [])
-        wizard = self.start("--setup-exe", ENGINE)
-        wizard.go("Update Now", "Ready to Update")
-        wizard.process.send_signal(signal.SIGTERM)
-        self.assertEqual(wizard.wait_end(), -signal.SIGTERM)
-        self.assertEqual(self.sandbox.temp_files(), [])
-        self.assertEqual(self.sandbox.engine_runs(), [])
 
     def test_during_a_run_the_engine_finishes_its_work(self):
         wizard, engine = self.start_paused_update()
@@ -40,30 +28,6 @@ class KilledWizard(FaultTestCase):
         self.assert_updated(self.start_update())
         self.assertEqual(self.sandbox.temp_files(), left)
 
-    def test_during_a_first_installation(self):
-        self.sandbox.scenario("pause = half")
-        wizard = self.start("--setup-exe", ENGINE)
-        wizard.walk_to_ready()
-        wizard.click("Install")
-        orphan = self.wait_paused(wizard)
-        wizard.kill()
-        left = self.sandbox.temp_files()
-        self.assertEqual(len(left), 2)
-
-        # While the engine still works, nothing is recorded yet, so the next one offers the same.
-        following = self.start("--setup-exe", ENGINE)
-        following.wait_text("Welcome to the Varnel Schematics Setup Wizard")
-        os.kill(orphan, signal.SIGCONT)
-        wait_until(lambda: not Path("/proc", str(orphan)).exists(), "the engine's end")
-        self.end(following, "Cancel")
-        self.assertEqual(self.sandbox.temp_files(), left)
-
-        # Afterwards it is an installation like any other.
-        self.assertEqual(self.version(), "1.6.9")
-        following = self.start("--setup-exe", ENGINE)
-        following.wait_button("Update Now")
-        self.end(following, "Skip")
-
     def test_after_a_failure(self):
         self.sandbox.scenario("exit-code = 4", "message-box = The disk is full.")
         wizard = self.start_update()
@@ -74,20 +38,6 @@ class KilledWizard(FaultTestCase):
         self.assertIn(self.sandbox.kept_log().name, left)
         self.sandbox.scenario("")
         self.assert_updated(self.start_update())
-        self.assertEqual(self.sandbox.temp_files(), left)
-
-    def test_after_a_removal(self):
-        folder = self.uninstaller().parent
-        wizard = self.start("--uninstall")
-        wizard.click("Uninstall")
-        wizard.wait_text("See You Later!")
-        wizard.kill()
-        self.assertFalse(folder.exists())
-        left = self.sandbox.temp_files()
-        self.assertEqual(len(left), 1)  # its status file
-        wizard = self.start()
-        wizard.wait_text("Welcome to the Varnel Schematics Setup Wizard")
-        self.end(wizard, "Cancel")
         self.assertEqual(self.sandbox.temp_files(), left)
 
     def test_during_a_removal(self):
@@ -104,15 +54,6 @@ class KilledWizard(FaultTestCase):
         wizard = self.start()
         wizard.wait_text("Welcome to the Varnel Schematics Setup Wizard")
         self.end(wizard, "Cancel")
-
-    def test_after_a_run(self):
-        wizard = self.start_update()
-        wizard.wait_text(UPDATED)
-        wizard.kill()
-        self.assertEqual(len(self.sandbox.temp_files()), 2)  # its status file and its log
-        wizard = self.start()
-        self.end(wizard, "Skip")
-        self.assertEqual(len(self.sandbox.temp_files()), 2)
 
 
 class Clock(FaultTestCase):

@@ -258,19 +258,12 @@ class Wizard:
 
         return wait_until(place, f"the control {name!r}")
 
-    def click(self, name, times=1):
+    def click(self, name):
         """Clicks a button, option or check box with the mouse. Nobody is so quick that two calls
         are one double click, and so they are a little apart, wherever the controls are."""
         middle, y = self.centre_of(name)
         self._clicked = max(middle - 8, middle + 8, key=lambda x: abs(x - self._clicked))
-        subprocess.run(["xdotool", "mousemove", str(self._clicked), str(y),
-                        *["click", "1"] * times], check=True)
-
-    def click_in_turn(self, *names):
-        """Clicks where these buttons are now, as fast as can be."""
-        places = {name: [str(number) for number in self.centre_of(name)] for name in names}
-        subprocess.run(["xdotool", *[word for name in names
-                                     for word in ("mousemove", *places[name], "click", "1")]],
+        subprocess.run(["xdotool", "mousemove", str(self._clicked), str(y), "click", "1"],
                        check=True)
 
     def press(self, *keys):

@@ -129,13 +129,6 @@ class Failures(FailureTestCase):
         self.assertEqual(self.world.temp_files(), [])
         self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
 
-    def test_missing_uninstaller(self):
-        wizard = self.wizard("--uninstall", "--uninstaller", "C:\\Apps\\unins000.exe",
-                             title="Varnel Schematics uninstall")
-        wizard.wait_page("Administrator rights required")
-        wizard.click_at(PRIMARY)
-        self.assert_failure(wizard, "The uninstaller could not be found")
-
 
 class FullDisk(FailureTestCase):
     def setUp(self):

@@ -33,14 +33,6 @@ class Registry(WindowsTestCase):
             with self.subTest(version=version):
                 self.assertEqual(self.offered_version(keys), [version])
 
-    def test_blank_and_wrong_values_are_passed_over(self):
-        machine, view_32, user = PLACES
-        self.assertEqual(self.offered_version({
-            machine: {"DisplayVersion": "   ", "InstallLocation": ""},
-            view_32: {"InstallLocation": "C:\\Apps"},
-            user: {"DisplayVersion": "3.3.3", "InstallLocation": "C:\\Elsewhere"},
-        }), ["3.3.3"])
-
     def test_reading_leaves_no_trace(self):
         def visit_every_page():
             wizard = self.wizard("--setup-exe", ENGINE)
