@@ -89,7 +89,7 @@ void EngineScene::writeLog(const QByteArray &text) const
 
 QProcess *EngineScene::process() const
 {
-    return engine.findChildren<QProcess *>().last();
+    return engine.findChild<QProcess *>();
 }
 
 QString EngineScene::keptLog() const

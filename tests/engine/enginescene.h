@@ -50,7 +50,7 @@ struct EngineScene
 
     void writeStatus(const QByteArray &text) const;
     void writeLog(const QByteArray &text) const;
-    /// The process of the last run.
+    /// The process of the only run.
     [[nodiscard]] QProcess *process() const;
     /// Where the log of a failed run is kept, and what it says.
     [[nodiscard]] QString keptLog() const;

@@ -28,9 +28,7 @@ private Q_SLOTS:
     void stopEndsAll();
     void stopWaitsForTheLastPart();
     void stopDoesNotWaitForEver();
-    void killThatTakesAMoment_data();
     void killThatTakesAMoment();
-    void killThatTakesTooLong_data();
     void killThatTakesTooLong();
 };
 
@@ -197,34 +195,20 @@ void TestInstallerEngineProcesses::stopDoesNotWaitForEver()
     QCOMPARE(scene.sandbox.tempFiles(), QStringList());
 }
 
-void TestInstallerEngineProcesses::killThatTakesAMoment_data()
-{
-    QTest::addColumn<bool>("isFailure");
-    QTest::newRow("stop") << false;
-    QTest::newRow("failure") << true;
-}
-
 void TestInstallerEngineProcesses::killThatTakesAMoment()
 {
     if (!LateKill::isPossible())
         QSKIP("Here a kill cannot be delayed");
-    QFETCH(const bool, isFailure);
-    HangingScene scene(kSecondProcess);
-    const LateKill lateKill(300ms);
-    if (isFailure)
-        Q_EMIT scene.process()->errorOccurred(QProcess::ReadError);
-    else
-        scene.engine.stop();
-    QVERIFY(!isRunning(scene.processId));
-    QVERIFY(!isRunning(secondProcess(scene.sandbox)));
-}
-
-void TestInstallerEngineProcesses::killThatTakesTooLong_data()
-{
-    QTest::addColumn<QByteArray>("end");
-    QTest::newRow("stop") << QByteArray("stop");
-    QTest::newRow("destruction") << QByteArray("destruction");
-    QTest::newRow("failure") << QByteArray("failure");
+    for (const bool isFailure : { false, true }) {
+        HangingScene scene(kSecondProcess);
+        const LateKill lateKill(300ms);
+        if (isFailure)
+            Q_EMIT scene.process()->errorOccurred(QProcess::ReadError);
+        else
+            scene.engine.stop();
+        QVERIFY(!isRunning(scene.processId));
+        QVERIFY(!isRunning(secondProcess(scene.sandbox)));
+    }
 }
 
 // The window must not hang with it.
@@ -232,25 +216,25 @@ void TestInstallerEngineProcesses::killThatTakesTooLong()
 {
     if (!LateKill::isPossible())
         QSKIP("Here a kill cannot be delayed");
-    QFETCH(const QByteArray, end);
-    HangingScene scene;
-    const qint64 process = scene.processId;
-    const auto cleanUp = qScopeGuard([&] { endProcess(process); });
-    const LateKill lateKill(10s);
-    QElapsedTimer clock;
-    clock.start();
-    if (end == "failure")
-        Q_EMIT scene.process()->errorOccurred(QProcess::ReadError);
-    else if (end == "stop")
-        scene.engine.stop();
-    else
-        scene.owner.reset();
-    // Two seconds, of which the machine may make some more.
-    QVERIFY2(clock.elapsed() >= 1900 && clock.elapsed() < 4000,
-             qPrintable(QString::number(clock.elapsed())));
-    QVERIFY(isRunning(process));
-    endProcess(process);
-    QTRY_VERIFY_WITH_TIMEOUT(!processExists(process), kPatience);
+    for (const QString &end : { u"failure"_s, u"stop"_s, u"destruction"_s }) {
+        HangingScene scene;
+        const qint64 process = scene.processId;
+        const auto cleanUp = qScopeGuard([&] { endProcess(process); });
+        const LateKill lateKill(10s);
+        QElapsedTimer clock;
+        clock.start();
+        if (end == u"failure")
+            Q_EMIT scene.process()->errorOccurred(QProcess::ReadError);
+        else if (end == u"stop")
+            scene.engine.stop();
+        else
+            scene.owner.reset();
+        // Two seconds, of which the machine may make some more.
+        QVERIFY2(clock.elapsed() >= 1900 && clock.elapsed() < 4000, qPrintable(end));
+        QVERIFY(isRunning(process));
+        endProcess(process);
+        QTRY_VERIFY_WITH_TIMEOUT(!processExists(process), kPatience);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestInstallerEngineProcesses)

@@ -20,11 +20,8 @@ private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void hangingRun_data();
     void hangingRun();
-    void stopRightAfterTheStart();
-    void stopAfterTheEnd();
-    void heldLog_data();
+    void stopBeforeAndAfterTheRun();
     void heldLog();
-    void stopFromASignal_data();
     void stopFromASignal();
     void stopFromTheLastPollOfAFailure();
     void answerToTheLastSignals_data();
@@ -85,9 +82,9 @@ void TestInstallerEngineStop::hangingRun()
     }
 }
 
-void TestInstallerEngineStop::stopRightAfterTheStart()
+void TestInstallerEngineStop::stopBeforeAndAfterTheRun()
 {
-    EngineScene scene("stall = forever");
+    EngineScene scene;
     scene.start();
     scene.engine.stop();
     scene.engine.stop();
@@ -95,27 +92,12 @@ void TestInstallerEngineStop::stopRightAfterTheStart()
     scene.record.settle();
     QCOMPARE(scene.record.events, QStringList());
     QCOMPARE(scene.sandbox.tempFiles(), QStringList());
-}
-
-void TestInstallerEngineStop::stopAfterTheEnd()
-{
-    EngineScene scene;
     QVERIFY(scene.toTheEnd());
     QCOMPARE(scene.sandbox.tempFiles().size(), 2);
     scene.engine.stop();
     QCOMPARE(scene.sandbox.tempFiles(), QStringList());
     QCOMPARE(scene.engine.statusFilePath(), QString());
     QCOMPARE(scene.engine.logFilePath(), QString());
-    QVERIFY(scene.toTheEnd(2));
-    const QList<bool> bothWell { true, true };
-    QCOMPARE(scene.record.successes, bothWell);
-}
-
-void TestInstallerEngineStop::heldLog_data()
-{
-    QTest::addColumn<int>("milliseconds");
-    QTest::newRow("for a moment") << 300;
-    QTest::newRow("too long") << 10'000;
 }
 
 // As by the engine's second process, which is killed too. The window must not hang with it.
@@ -123,53 +105,46 @@ void TestInstallerEngineStop::heldLog()
 {
     if (!HeldFile::isPossible())
         QSKIP("Here a file that a process has open can be removed");
-    QFETCH(const int, milliseconds);
-    const bool isTooLong = milliseconds > 2000;
-    HangingScene scene;
-    auto hold = std::make_unique<HeldFile>(scene.engine.logFilePath());
-    QSemaphore isStopped;
-    bool wasStopped = false;
-    const std::unique_ptr<QThread> holder(QThread::create([&] {
-        wasStopped = isStopped.tryAcquire(1, milliseconds);
-        hold.reset();
-    }));
-    holder->start();
-    scene.engine.stop();
-    isStopped.release();
-    QVERIFY(holder->wait());
-    QCOMPARE(wasStopped, isTooLong);
-    QCOMPARE(scene.sandbox.tempFiles().isEmpty(), !isTooLong);
-}
-
-void TestInstallerEngineStop::stopFromASignal_data()
-{
-    QTest::addColumn<QString>("signal");
-    QTest::newRow("progress") << u"progress 0.25"_s;
-    QTest::newRow("file of the status file") << u"file a"_s;
-    QTest::newRow("status") << u"status c"_s;
-    QTest::newRow("file of the log") << u"file b"_s;
+    for (const int milliseconds : { 300, 10'000 }) {
+        const bool isTooLong = milliseconds > 2000;
+        HangingScene scene;
+        auto hold = std::make_unique<HeldFile>(scene.engine.logFilePath());
+        QSemaphore isStopped;
+        bool wasStopped = false;
+        const std::unique_ptr<QThread> holder(QThread::create([&] {
+            wasStopped = isStopped.tryAcquire(1, milliseconds);
+            hold.reset();
+        }));
+        holder->start();
+        scene.engine.stop();
+        isStopped.release();
+        QVERIFY(holder->wait());
+        QCOMPARE(wasStopped, isTooLong);
+        QCOMPARE(scene.sandbox.tempFiles().isEmpty(), !isTooLong);
+    }
 }
 
 // A stopped run emits nothing more, even if it is stopped in the middle of a poll.
 void TestInstallerEngineStop::stopFromASignal()
 {
-    QFETCH(const QString, signal);
-    EngineScene scene("stall = forever\nstage = start\nlog-none = yes");
-    scene.start();
-    scene.writeStatus("progress=25\nfile=a\nstatus=c\n");
-    scene.writeLog("x   Dest filename: b\r\n");
-    const auto stopAtSignal = [&scene, &signal] {
-        if (scene.record.events.last() == signal)
-            scene.engine.stop();
-    };
-    connect(&scene.engine, &InstallerEngine::progress, this, stopAtSignal);
-    connect(&scene.engine, &InstallerEngine::currentFile, this, stopAtSignal);
-    connect(&scene.engine, &InstallerEngine::statusChanged, this, stopAtSignal);
-    scene.engine.poll();
-    QCOMPARE(scene.record.events.last(), signal);
-    scene.record.settle();
-    QCOMPARE(scene.record.events.last(), signal);
-    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
+    for (const QString &signal : { u"progress 0.25"_s, u"file a"_s, u"status c"_s, u"file b"_s }) {
+        EngineScene scene("stall = forever\nstage = start\nlog-none = yes");
+        scene.start();
+        scene.writeStatus("progress=25\nfile=a\nstatus=c\n");
+        scene.writeLog("x   Dest filename: b\r\n");
+        const auto stopAtSignal = [&scene, &signal] {
+            if (scene.record.events.last() == signal)
+                scene.engine.stop();
+        };
+        connect(&scene.engine, &InstallerEngine::progress, this, stopAtSignal);
+        connect(&scene.engine, &InstallerEngine::currentFile, this, stopAtSignal);
+        connect(&scene.engine, &InstallerEngine::statusChanged, this, stopAtSignal);
+        scene.engine.poll();
+        QCOMPARE(scene.record.events.last(), signal);
+        scene.record.settle();
+        QCOMPARE(scene.record.events.last(), signal);
+        QCOMPARE(scene.sandbox.tempFiles(), QStringList());
+    }
 }
 
 void TestInstallerEngineStop::stopFromTheLastPollOfAFailure()

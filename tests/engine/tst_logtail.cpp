@@ -6,9 +6,6 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QTest>
-#include <QThread>
-
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -24,7 +21,6 @@ private Q_SLOTS:
     void halfLines();
     void logThatComesLate();
     void logThatShrinks();
-    void logThatShrinksWhileRead();
     void markerAcrossBlocks();
     void cost();
     void overlongLine();
@@ -168,41 +164,6 @@ void TestLogTail::logThatShrinks()
     QCOMPARE(tail.readNewestFile(), u""_s);
     log.append("Dest filename: d\n");
     QCOMPARE(tail.readNewestFile(), u"d"_s);
-}
-
-void TestLogTail::logThatShrinksWhileRead()
-{
-    constexpr int kTurns = 500;
-    constexpr int kLongest = 4 * kBlock;
-    const GrowingLog log;
-    const QByteArray name(200, 'n');
-    const QByteArray lines = fillerLines(kBlock / 80) + "Dest filename: " + name + '\n';
-    const std::unique_ptr<QThread> writer(QThread::create([&log, &lines] {
-        for (int turn = 0; turn < kTurns; ++turn) {
-            for (int part = 0; part <= turn % 4; ++part)
-                log.append(lines);
-            if (!QFile::resize(log.path(), turn * 131 % kBlock))
-                qFatal("Cannot cut the log");
-        }
-    }));
-    LogTail tail(log.path());
-    writer->start();
-    int looks = 0;
-    int finds = 0;
-    do {
-        // A fresh look each time, as one that has seen much waits until there is more.
-        for (const QString &file :
-             { tail.readNewestFile(), LogTail(log.path()).readNewestFile() }) {
-            // A name that was cut while it was looked at may come in part, but nothing else may.
-            QVERIFY2(name.startsWith(file.toUtf8()), qPrintable(file));
-            finds += int(!file.isEmpty());
-        }
-        ++looks;
-    } while (!writer->isFinished());
-    qInfo("%d looks, %d names", looks, finds);
-    QVERIFY(finds > 0);
-    log.append(fillerLines(kLongest / 80 + kBlock) + "Dest filename: last\n");
-    QCOMPARE(tail.readNewestFile(), u"last"_s);
 }
 
 // Every place of the line comes to lie on the border of what is read in one piece.

@@ -23,7 +23,6 @@ private Q_SLOTS:
     void everyLetterInBothCases();
     void wordInsideAnother();
     void staysInsideItsView();
-    void likeNaiveSearch_data();
     void likeNaiveSearch();
 };
 
@@ -161,52 +160,45 @@ void TestWordFinder::staysInsideItsView()
     }
 }
 
-void TestWordFinder::likeNaiveSearch_data()
-{
-    QTest::addColumn<QByteArray>("wordAlphabet");
-    QTest::addColumn<QByteArray>("textAlphabet");
-    QTest::addColumn<int>("longestWord");
-    QTest::addColumn<int>("longestText");
-    const auto row = [](const char *name, const QByteArray &wordAlphabet,
-                        const QByteArray &textAlphabet, int longestWord, int longestText) {
-        QTest::newRow(name) << wordAlphabet << textAlphabet << longestWord << longestText;
-    };
-    const QByteArray rare(60, '-');
-    row("two letters", "ab", "abAB", 9, 60);
-    row("letters of unlike frequency", "etqz", "etqzETQZ", 6, 90);
-    row("all kinds of bytes", QByteArray("ab\0\xC3\xA9\xFF", 6),
-        QByteArray("abAB\0\xC3\xA9\xFF", 8), 4, 120);
-    row("long texts", "abc", "abcABC", 12, 2000);
-    row("long texts, seldom a letter", "ab", "abABab" + rare.first(20), 4, 3000);
-}
-
 void TestWordFinder::likeNaiveSearch()
 {
-    QFETCH(const QByteArray, wordAlphabet);
-    QFETCH(const QByteArray, textAlphabet);
-    QFETCH(const int, longestWord);
-    QFETCH(const int, longestText);
-    QRandomGenerator random(20260101);
-    int found = 0;
+    struct Kind
+    {
+        QByteArray wordAlphabet;
+        QByteArray textAlphabet;
+        int longestWord;
+        int longestText;
+    };
+    const Kind kinds[] {
+        { "ab", "abAB", 9, 60 },
+        { "etqz", "etqzETQZ", 6, 90 }, // of unlike frequency
+        { QByteArray("ab\0\xC3\xA9\xFF", 6), QByteArray("abAB\0\xC3\xA9\xFF", 8), 4, 120 },
+        { "abc", "abcABC", 12, 2000 },
+        { "ab", "abABab" + QByteArray(20, '-'), 4, 3000 },
+    };
     constexpr int kFinders = 150;
     constexpr int kTextsEach = 30;
-    for (int i = 0; i < kFinders; ++i) {
-        QByteArrayList words;
-        for (int j = 0; j < 4; ++j)
-            words << randomBytes(random, wordAlphabet, random.bounded(3, longestWord + 1));
-        const WordFinder finder { words[0], words[1], words[2], words[3] };
-        for (int j = 0; j < kTextsEach; ++j) {
-            const QByteArray text =
-                randomBytes(random, textAlphabet, random.bounded(0, longestText));
-            const qsizetype expected = naiveFind(words, text);
-            const QByteArray example = words.join('|') + " in " + text;
-            QVERIFY2(offset(finder.find(text)) == expected, example.constData());
-            found += expected != kNowhere;
+    QRandomGenerator random(20260101);
+    for (const auto &[wordAlphabet, textAlphabet, longestWord, longestText] : kinds) {
+        int found = 0;
+        for (int i = 0; i < kFinders; ++i) {
+            QByteArrayList words;
+            for (int j = 0; j < 4; ++j)
+                words << randomBytes(random, wordAlphabet, random.bounded(3, longestWord + 1));
+            const WordFinder finder { words[0], words[1], words[2], words[3] };
+            for (int j = 0; j < kTextsEach; ++j) {
+                const QByteArray text =
+                    randomBytes(random, textAlphabet, random.bounded(0, longestText));
+                const qsizetype expected = naiveFind(words, text);
+                const QByteArray example = words.join('|') + " in " + text;
+                QVERIFY2(offset(finder.find(text)) == expected, example.constData());
+                found += expected != kNowhere;
+            }
         }
+        // Neither outcome is rare.
+        QVERIFY(found > kFinders * kTextsEach / 10);
+        QVERIFY(found < kFinders * kTextsEach * 99 / 100);
     }
-    // Neither outcome is rare.
-    QVERIFY(found > kFinders * kTextsEach / 10);
-    QVERIFY(found < kFinders * kTextsEach * 99 / 100);
 }
 
 QTEST_APPLESS_MAIN(TestWordFinder)
