@@ -260,14 +260,6 @@ class StandinEngine(unittest.TestCase):
             self.assertEqual(self.registry.read_text(), content)
             self.assertIn("it holds no JSON object", self.boxes()[0])
 
-    def test_file_where_the_folder_should_be(self):
-        self.folder.parent.mkdir()
-        self.folder.write_text("in the way")
-        self.assertEqual(self.run_engine(), 3)
-        self.assertEqual(self.boxes(), [
-            f'Setup was unable to create the directory "{self.folder}": File exists.'])
-        self.assertFalse(self.status.exists())
-
     def test_status_file_and_log_that_cannot_be_written(self):
         self.status = self.log = self.root / "missing" / "file"
         process = self.start(stderr=subprocess.PIPE)
@@ -292,36 +284,6 @@ class StandinEngine(unittest.TestCase):
                     self.assertEqual("Log closed." in self.log_texts(), code == 7)
                     shutil.rmtree(self.folder, ignore_errors=True)
                     self.status.unlink(missing_ok=True)
-
-    def test_of_an_uninstaller(self):
-        self.install()
-        self.assertEqual(self.uninstall("exit-code = 5\nstage = half"), 5)
-        self.assertEqual(len(files_below(self.folder)), PAYLOAD_COUNT // 2 + 2)
-        self.assertIn(MACHINE_KEY, self.registry_content())
-        self.assertEqual(self.uninstall("crash = SEGV\nstage = end"), -signal.SIGSEGV)
-        self.assertEqual(files_below(self.folder), ["unins000.dat", "unins000.exe"])
-        self.assertEqual(self.uninstall(), 0)
-        self.assertFalse(self.folder.exists())
-
-    def test_pause(self):
-        process = self.start("pause = half\nexit-code = 7")
-        change = os.waitid(os.P_PID, process.pid, os.WSTOPPED | os.WEXITED | os.WNOWAIT)
-        self.assertEqual(change.si_status, signal.SIGSTOP)
-        self.assertEqual(self.read_status()["progress"], "44.4")
-        process.send_signal(signal.SIGCONT)
-        self.assertEqual(process.wait(LIMIT), 7)
-
-    def test_stall(self):
-        for more, signals in (("", (signal.SIGTERM,)),
-                              ("ignore-termination = yes", (signal.SIGTERM, signal.SIGKILL))):
-            process = self.start(f"stall = forever\n{more}")
-            self.wait_for(lambda: self.read_status().get("progress") == "44.4", "no half")
-            for number in signals:
-                self.assertIsNone(process.poll())
-                process.send_signal(number)
-                time.sleep(0.2)
-            self.assertEqual(process.wait(LIMIT), -signals[-1])
-            self.status.unlink()
 
     def test_boxes_and_lines(self):
         for end, code in (("exit-code = 3\nstage = start", 3), ("", 0),
@@ -395,32 +357,6 @@ class StandinEngine(unittest.TestCase):
         self.assertEqual(process.wait(LIMIT), -signal.SIGKILL)
         self.assertEqual((process.stdout.read(), process.stderr.read()), (b"", b""))
         self.assertGreaterEqual(time.monotonic() - began, 0.5)
-
-    def test_second_process(self):
-        record = self.root / "record"
-        self.assertEqual(self.run_engine(f"crash = KILL\nsecond-process = 0.5\nrecord = {record}"),
-                         -signal.SIGKILL)
-        self.wait_for(lambda: self.status.read_text() == "status=Second process\n", "no report")
-        self.wait_for(lambda: b"Dest filename: second" in self.log.read_bytes(), "no log")
-        # What is gone stays gone.
-        self.status.unlink()
-        self.wait_for(lambda: "is done" in record.read_text(), "no end")
-        self.assertFalse(self.status.exists())
-        lines = [json.loads(line) for line in record.read_text().splitlines()]
-        self.assertEqual(lines[0][0], "second process")
-        self.assertTrue(lines[0][1].isdigit())
-        self.assertEqual(lines[1:], [[ENGINE] + self.arguments(), ["second process is done"]])
-
-    def test_record_of_the_arguments(self):
-        first, second = self.root / "first", self.root / "second"
-        self.environment["VARNEL_ENGINE_RECORD"] = str(second)
-        lists = [["/DIR=a \"b\"\\c\n\t", "", "/TASKS=", "/LOG=ü%1"], []]
-        for arguments in lists:
-            self.run_engine(f"record = {first}\nfinish-at-once = yes", arguments=arguments)
-        for file in (first, second):
-            lines = file.read_text(encoding="utf-8").splitlines()
-            self.assertEqual([json.loads(line) for line in lines],
-                             [[ENGINE] + arguments for arguments in lists])
 
     def test_where_the_scenario_comes_from(self):
         program = self.root / "bin" / "standin-setup"
