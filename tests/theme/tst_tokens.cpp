@@ -165,7 +165,6 @@ private Q_SLOTS:
     void formOfNamesAndColours();
     void glowsHaveTheColourOfTheirLamp();
     void hoverStatesAreSimilarColours();
-    void contrastIsThatOfWcag();
     void inksAreReadable_data();
     void inksAreReadable();
 };
@@ -239,14 +238,6 @@ void TestTokens::hoverStatesAreSimilarColours()
         ++hovers;
     }
     QCOMPARE(hovers, 10);
-}
-
-void TestTokens::contrastIsThatOfWcag()
-{
-    QCOMPARE(contrast(Qt::black, Qt::white), 21.0);
-    // The two greys on either side of readable text on white.
-    QVERIFY(contrast(0x767676, Qt::white) >= kText);
-    QVERIFY(contrast(0x777777, Qt::white) < kText);
 }
 
 void TestTokens::inksAreReadable_data()
