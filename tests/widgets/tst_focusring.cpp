@@ -1,10 +1,14 @@
-#include "pages/strictwarnings.h"
+// The focus ring, and the button that has it inside its border.
+
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/focusring.h"
 #include "widgets/look.h"
+#include "widgets/themedbutton.h"
 
+#include <QDialog>
 #include <QPainter>
+#include <QSignalSpy>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -63,6 +67,25 @@ struct Scene
     Control control { &window };
 };
 
+/// A white button that has got the focus by keyboard.
+struct ButtonScene
+{
+    explicit ButtonScene(double radius = 8.0) : button(u"A"_s, radius)
+    {
+        button.setStyleSheet(u"QPushButton{background:#ffffff;border:none;color:#ffffff;}"_s);
+        button.resize(100, 40);
+        before = grabWidget(button, 8.0);
+        button.show();
+        button.activateWindow();
+        (void)QTest::qWaitForWindowActive(&button);
+        button.clearFocus(); // which it has got with the window
+        button.setFocus(Qt::TabFocusReason);
+    }
+
+    ThemedButton button;
+    QImage before;
+};
+
 } // namespace
 
 class TestFocusRing : public QObject
@@ -70,7 +93,7 @@ class TestFocusRing : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { expectNoWarningsInLightTheme(); }
     void focus_data();
     void focus();
     void windowGoesAndComesBack_data();
@@ -80,13 +103,10 @@ private Q_SLOTS:
     void colour();
     void liesJustInside();
     void corners();
+    void ringOfAButton();
+    void cornersOfAButton();
+    void returnDoesNotPressAButton();
 };
-
-void TestFocusRing::init()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
-}
 
 void TestFocusRing::focus_data()
 {
@@ -209,6 +229,52 @@ void TestFocusRing::corners()
     }
     scene.control.radius = 0.0;
     QVERIFY(colourAt(grabWidget(scene.control, 8.0), { 10.5, 10.5 }).alpha() > 200);
+}
+
+// The native style would frame the text as well, inside the ring.
+void TestFocusRing::ringOfAButton()
+{
+    ButtonScene scene;
+    for (const QString &token : { u"@INS_ACCENT"_s, u"@INS_RED"_s }) {
+        scene.button.setFocusToken(token);
+        const QImage picture = grabWidget(scene.button, 8.0);
+        QCOMPARE(inkRect(picture, themedColor(token)), QRectF(2, 2, 96, 36));
+        QCOMPARE(differenceAt(picture, { { 50, 1.8 }, { 50, 3.7 } }, Qt::white), QString());
+        QCOMPARE(differenceAt(picture, { { 50, 3.3 } }, themedColor(token)), QString());
+        const QRect inner(80, 80, 640, 160);
+        QCOMPARE(picture.copy(inner), scene.before.copy(inner));
+    }
+}
+
+void TestFocusRing::cornersOfAButton()
+{
+    for (double radius : { 0.0, 1.0, 12.0 }) {
+        ButtonScene scene(radius);
+        const QImage picture = grabWidget(scene.button, 8.0);
+        const double inner = qMax(radius - 2.0, 0.0);
+        const auto onDiagonal = [inner](double way) {
+            const double place = 2.75 + inner * (1.0 - M_SQRT1_2) + way;
+            return QPointF(place, place);
+        };
+        QCOMPARE(differenceAt(picture, { onDiagonal(0) }, themedColor(u"@INS_ACCENT"_s)),
+                 QString());
+        if (inner > 2.0)
+            QCOMPARE(differenceAt(picture, { onDiagonal(-0.8), onDiagonal(0.8) }, Qt::white),
+                     QString());
+    }
+}
+
+// Stock buttons press themselves on Return in a dialogue.
+void TestFocusRing::returnDoesNotPressAButton()
+{
+    QDialog dialog;
+    ThemedButton button(u"Go"_s, 8.0, &dialog);
+    const QSignalSpy clicked(&button, &QAbstractButton::clicked);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    button.setFocus();
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    QCOMPARE(clicked.count(), 0);
 }
 
 QTEST_MAIN(TestFocusRing)

@@ -1,8 +1,10 @@
-// What the painted widgets have in common.
+// What the painted widgets have in common, and the lines between them.
 
+#include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/animatedmark.h"
 #include "widgets/gifbadge.h"
+#include "widgets/hairline.h"
 #include "widgets/look.h"
 #include "widgets/paintwatch.h"
 #include "widgets/progresstrack.h"
@@ -11,6 +13,7 @@
 #include "widgets/sealcheck.h"
 #include "widgets/togglecheckbox.h"
 
+#include <QPainter>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -58,6 +61,8 @@ private Q_SLOTS:
     void repaints_data();
     void repaints();
     void decorationLetsClicksThrough();
+    void hairlineKeepsToItsEdge_data();
+    void hairlineKeepsToItsEdge();
 };
 
 void TestPaintedWidgets::repaints_data()
@@ -107,6 +112,43 @@ void TestPaintedWidgets::decorationLetsClicksThrough()
     for (const Maker &maker : makers)
         maker(&parent)->setGeometry(0, 0, 64, 64);
     QCOMPARE(parent.childAt(32, 32), nullptr);
+}
+
+void TestPaintedWidgets::hairlineKeepsToItsEdge_data()
+{
+    QTest::addColumn<double>("ratio");
+    for (double ratio : kScreenRatios)
+        QTest::addRow("ratio %g", ratio) << ratio;
+}
+
+// Wherever the edge comes to lie, there is nothing between it and the line, which is equally thick
+// everywhere, as long as the edge, and of its colour alone.
+void TestPaintedWidgets::hairlineKeepsToItsEdge()
+{
+    QFETCH(const double, ratio);
+    for (Qt::Edge edge : { Qt::TopEdge, Qt::BottomEdge, Qt::LeftEdge, Qt::RightEdge }) {
+        for (int place = 1; place < 17; ++place) {
+            const bool antialiased = place % 2 == 0;
+            QImage picture((QSizeF(48, 48) * ratio).toSize(), QImage::Format_RGB32);
+            picture.setDevicePixelRatio(ratio);
+            picture.fill(Qt::white);
+            QPainter painter(&picture);
+            const QRect rect(place, place, 26, 26);
+            painter.fillRect(rect, Qt::black);
+            const QRectF ground = inkRect(picture, Qt::black);
+            painter.setRenderHint(QPainter::Antialiasing, antialiased);
+            paintHairline(painter, rect, edge, Qt::red);
+            QCOMPARE(painter.testRenderHint(QPainter::Antialiasing), antialiased);
+            painter.end();
+
+            const QImage inside =
+                picture.copy(QRectF(ground.topLeft() * ratio, ground.size() * ratio).toRect());
+            QVERIFY2(hasHairline(inside, edge, Qt::red),
+                     qPrintable(u"edge %1 at %2"_s.arg(edge).arg(place)));
+            QCOMPARE(pixelsUnlike(inside, Qt::black), int(ratio) * inside.width());
+            QCOMPARE(pixelsUnlike(picture, Qt::white), inside.width() * inside.height());
+        }
+    }
 }
 
 QTEST_MAIN(TestPaintedWidgets)
