@@ -21,12 +21,14 @@ class TestRegistry : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        m_sandbox.emplace();
+    }
     void values_data();
     void values();
-    void notThere_data();
     void notThere();
-    void namesIgnoreCase_data();
     void namesIgnoreCase();
     void everyReadIsFresh();
     void readingWritesNothing();
@@ -41,12 +43,6 @@ private:
 
     std::optional<Sandbox> m_sandbox;
 };
-
-void TestRegistry::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-    m_sandbox.emplace();
-}
 
 void TestRegistry::values_data()
 {
@@ -91,46 +87,34 @@ void TestRegistry::values()
         QVERIFY(hasValue());
 }
 
-void TestRegistry::notThere_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("front of a value's name") << kKey << u"Val"_s;
-    QTest::newRow("no name") << kKey << QString();
-    QTest::newRow("no such key") << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Other)"_s << u"Value"_s;
-    QTest::newRow("same key, other root")
-        << uR"(HKEY_CURRENT_USER\SOFTWARE\Varnel Test)"_s << u"Value"_s;
-    QTest::newRow("key above") << uR"(HKEY_LOCAL_MACHINE\SOFTWARE)"_s << u"Value"_s;
-    QTest::newRow("no key") << QString() << u"Value"_s;
-}
-
 void TestRegistry::notThere()
 {
-    QFETCH(const QString, key);
-    QFETCH(const QString, name);
     setValue(u"1.6.9"_s);
-    QVERIFY(!readRegistryValue(key, name).isValid());
-    QCOMPARE(readRegistryText(key, name), QString());
-    QCOMPARE(readRegistryInt(key, name), 0);
+    const QList<std::pair<QString, QString>> places {
+        { kKey, u"Val"_s },
+        { kKey, {} },
+        { uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Other)"_s, u"Value"_s },
+        { uR"(HKEY_CURRENT_USER\SOFTWARE\Varnel Test)"_s, u"Value"_s },
+        { uR"(HKEY_LOCAL_MACHINE\SOFTWARE)"_s, u"Value"_s },
+        { {}, u"Value"_s },
+    };
+    for (const auto &[key, name] : places) {
+        QVERIFY2(!readRegistryValue(key, name).isValid(), qPrintable(key));
+        QCOMPARE(readRegistryText(key, name), QString());
+        QCOMPARE(readRegistryInt(key, name), 0);
+    }
     QVERIFY(hasValue());
-}
-
-void TestRegistry::namesIgnoreCase_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("as stored") << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s << u"DisplayVersion"_s;
-    QTest::newRow("key") << uR"(HKEY_LOCAL_MACHINE\software\GRÖßE)"_s << u"DisplayVersion"_s;
-    QTest::newRow("name") << uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s << u"displayVERSION"_s;
 }
 
 void TestRegistry::namesIgnoreCase()
 {
-    QFETCH(const QString, key);
-    QFETCH(const QString, name);
     m_sandbox->setRegistry({ { uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s,
                                QJsonObject { { u"DisplayVersion"_s, u"1.6.9"_s } } } });
-    QCOMPARE(readRegistryValue(key, name).toString(), u"1.6.9"_s);
+    for (const QString &key :
+         { uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Größe)"_s, uR"(HKEY_LOCAL_MACHINE\software\GRÖßE)"_s }) {
+        for (const QString &name : { u"DisplayVersion"_s, u"displayVERSION"_s })
+            QCOMPARE(readRegistryValue(key, name).toString(), u"1.6.9"_s);
+    }
 }
 
 // The setup engine changes the registry while the wizard is open.
