@@ -79,6 +79,7 @@ struct ButtonScene
         button.activateWindow();
         (void)QTest::qWaitForWindowActive(&button);
         button.clearFocus(); // which it has got with the window
+        button.setAttribute(Qt::WA_KeyboardFocusChange); // as the key does, for the native frame
         button.setFocus(Qt::TabFocusReason);
     }
 
