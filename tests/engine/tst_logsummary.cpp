@@ -118,7 +118,7 @@ void TestLogSummary::reason_data()
     row("message box after an error", "one failed\r\n" + box + spaceLine + "two\r\n", space);
     row("last message box wins", box + "first\n" + box + "second\n", u"second"_s);
     row("only its first line", box + "first\nsecond\nthird error\n", u"first"_s);
-    row("blank lines before its text", box + "\r\n  \r\n\t\n" + spaceLine, space);
+    row("blank lines before its text", box + "\r\n  \r\n\t\n" + spaceLine + "last\n", space);
     row("marker with an error word", "Error: suppressed message box failed\nfirst\nlast\n",
         u"first"_s);
     row("text that looks like a marker", box + box + "first\nlast\n", QString::fromLatin1(kBox));
