@@ -1,5 +1,5 @@
 # The same sources give the same bytes, on every day and in every folder, so that anybody can build a released
-# program again and compare. tests/windows/test_reproducible.py does. Only for Windows, where programs are released.
+# program again and compare. tests/windows/test_release.py does. Only for Windows, where programs are released.
 if(MINGW)
     # The most specific one last: the compiler takes the last that fits.
     add_compile_options(
