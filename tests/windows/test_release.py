@@ -104,7 +104,7 @@ class Release(unittest.TestCase):
         # What the wizard knows as silent, as a word of its own.
         self.assertEqual(installer["InstallerSwitches"]["Silent"].split()[0], "/VERYSILENT")
         self.assertEqual(installer["InstallerSwitches"]["SilentWithProgress"].split()[0], "/SILENT")
-        self.assertEqual(installer["MinimumOSVersion"], "10.0.17763.0")
+        self.assertEqual(installer["MinimumOSVersion"], f"10.0.{PRODUCT['oldest_build']}.0")
 
     def test_notices_name_every_library_of_the_link_command(self):
         commands = subprocess.run(["ninja", "-C", PROGRAM.parents[1], "-t", "commands", "VarnelSetup"], check=True,
