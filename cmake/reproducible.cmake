@@ -1,5 +1,6 @@
 # The same sources give the same bytes, on every day and in every folder, so that anybody can build a released
 # program again and compare. tests/windows/test_release.py does. Only for Windows, where programs are released.
+# Qt's libraries take part in it: tools/windows/toolchain builds them so that they do not know their folder.
 if(MINGW)
     # The most specific one last: the compiler takes the last that fits.
     add_compile_options(
