@@ -114,7 +114,7 @@ class Release(unittest.TestCase):
         self.assertEqual(installer["InstallerSwitches"]["SilentWithProgress"].split()[0], "/SILENT")
         self.assertEqual(installer["MinimumOSVersion"], f"10.0.{PRODUCT['oldest_build']}.0")
 
-    def test_notices_name_every_library_of_the_link_command(self):
+    def test_notices_name_every_library_and_font(self):
         commands = subprocess.run(["ninja", "-C", PROGRAM.parents[1], "-t", "commands", "VarnelSetup"], check=True,
                                   capture_output=True, text=True).stdout
         words = commands.splitlines()[-1].split()
@@ -124,11 +124,13 @@ class Release(unittest.TestCase):
         self.assertGreater(len(libraries), 30)
         notices = (RELEASE / "THIRD-PARTY-NOTICES.txt").read_text(encoding="utf-8")
         named = set(re.findall(r"\S+", " ".join(re.findall(r"^    Files: (.*)$", notices, re.MULTILINE))))
-        self.assertEqual(libraries - named, set())
+        fonts = {path.name for path in (ROOT / "resources/fonts").glob("*.ttf")}
+        self.assertEqual((libraries | fonts) - named, set())
         # A sentence of each text that has to be there.
         for words in ("GNU LESSER GENERAL PUBLIC LICENSE", "GNU GENERAL PUBLIC LICENSE",
                       "GCC RUNTIME LIBRARY EXCEPTION", "SIL OPEN FONT LICENSE", "Jean-loup Gailly",
-                      "PCRE2 LICENCE", "HarfBuzz is licensed", "The FreeType Project LICENSE", "PNG Reference Library License"):
+                      "PCRE2 LICENCE", "HarfBuzz is licensed", "The FreeType Project LICENSE",
+                      "PNG Reference Library License"):
             self.assertIn(words, notices)
 
     def test_notices_refuse_a_library_that_nobody_knows(self):
