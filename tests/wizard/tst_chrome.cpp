@@ -8,6 +8,7 @@
 #include "widgets/animatedmark.h"
 #include "widgets/paintwatch.h"
 #include "wizard/installerfooterbar.h"
+#include "wizard/installerpane.h"
 #include "wizard/installerrail.h"
 #include "wizard/installertitlebar.h"
 #include "wizard/windowshape.h"
