@@ -143,6 +143,10 @@ void Gallery::uninstall()
 
 void Gallery::failures()
 {
+    open(RunMode::Install);
+    m_scene.window().showDamaged();
+    wait(kSettled);
+    shoot(u"damaged"_s);
     const auto fail = [this](const QString &name) {
         m_scene.report(0.43, kFolder + u"pdfium.dll", u"Replacing application files…"_s);
         m_scene.fail(

@@ -62,6 +62,11 @@ void warn(WizardScene &scene)
     page->startReveal();
 }
 
+void damage(WizardScene &scene)
+{
+    scene.window().showDamaged();
+}
+
 QList<Scene> scenes()
 {
     return {
@@ -82,6 +87,7 @@ QList<Scene> scenes()
         { "uninstall-confirm", RunMode::Uninstall, PageId::ConfirmUninstall },
         { "uninstall-uninstalling", RunMode::Uninstall, PageId::Uninstalling, reportProgress },
         { "uninstall-complete", RunMode::Uninstall, PageId::UninstallComplete },
+        { "damaged", RunMode::Install, PageId::Welcome, damage },
     };
 }
 
