@@ -75,7 +75,7 @@ constexpr PageStop kStops[] = {
       kClose, {} },
 
     { PageId::Damaged, QT_TRANSLATE_NOOP("InstallerWizard", "Nothing has been changed"),
-      primary(QT_TRANSLATE_NOOP("InstallerWizard", "Close"), Command::Close), {} },
+      {}, primary(QT_TRANSLATE_NOOP("InstallerWizard", "Close"), Command::Close) },
 };
 // clang-format on
 
