@@ -6,6 +6,7 @@
 ;                    who we are, from src/product/product.ini
 ;   Payload          folder with everything that goes into the install folder
 ;   WebView2Setup    the WebView2 Runtime's bootstrapper; not defined: no such step
+;   VcRuntimeSetup   the Visual C++ Runtime's installer; not defined: no such step
 
 #if Ver < EncodeVer(6, 4, 1)
   #error The status file is written with SaveStringsToUTF8FileWithoutBOM, which came with 6.4.1.
@@ -58,6 +59,9 @@ Source: "license.txt"; DestDir: "{app}"; DestName: "LICENSE.txt"; Flags: ignorev
 #ifdef WebView2Setup
 Source: "{#WebView2Setup}"; DestDir: "{tmp}"; DestName: "WebView2Setup.exe"; Flags: deleteafterinstall; Check: LacksWebView2; BeforeInstall: RememberFile
 #endif
+#ifdef VcRuntimeSetup
+Source: "{#VcRuntimeSetup}"; DestDir: "{tmp}"; DestName: "VcRuntimeSetup.exe"; Flags: deleteafterinstall; Check: LacksVcRuntime; BeforeInstall: RememberFile; AfterInstall: InstallVcRuntime
+#endif
 
 [Icons]
 Name: "{autoprograms}\{#AppName}"; Filename: "{app}\{#AppExe}"; WorkingDir: "{app}"
@@ -80,6 +84,7 @@ Filename: "{tmp}\WebView2Setup.exe"; Parameters: "/silent /install"; StatusMsg: 
 
 [CustomMessages]
 InstallingWebView2=Installing WebView2 Runtime...
+InstallingVcRuntime=Installing Visual C++ Runtime...
 SetupBegins=Preparing...
 SetupIsDone={#AppName} is installed.
 SetupHasFailed=Setup could not finish.
@@ -91,3 +96,4 @@ RemovalHasFailed=The removal could not finish.
 [Code]
 #include "statusfile.iss"
 #include "webview2.iss"
+#include "vcruntime.iss"

@@ -1,0 +1,82 @@
+"""The setup engine on its own, started as administrators do."""
+
+import pathlib
+import subprocess
+import tempfile
+import unittest
+
+from testcase import ENGINE, SILENT, WindowsTestCase
+from world import dos
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+FOLDER = "C:\\Apps\\Varnel"
+
+
+class EngineTestCase(WindowsTestCase):
+    def run_logged(self, program, *arguments):
+        """Runs setup or uninstaller silently; returns the exit code and the lines of the log."""
+        log = self.world.temp / "engine.log"
+        log.unlink(missing_ok=True)
+        code, _ = self.world.run(program, *SILENT, *arguments, f"/LOG={dos(log)}")
+        lines = log.read_text(encoding="utf-8-sig").splitlines() if log.exists() else []
+        # Without the time.
+        return code, [line[23:].strip() for line in lines]
+
+    def setup(self, *arguments, engine=ENGINE):
+        return self.run_logged(engine, f"/DIR={FOLDER}", *arguments)
+
+
+class VcRuntime(EngineTestCase):
+    def runs_of_its_setup(self, code=0):
+        """Its command lines during an installation, in which it ends with that code, and what the
+        engine's log says of it."""
+        (self.world.folder / "record").unlink(missing_ok=True)
+        self.world.environment["VARNEL_RECORD_CODE"] = str(code)
+        result, log = self.setup()
+        self.assertEqual(result, 0)
+        runs = [line.split("\\")[-1] for line in self.world.records()]
+        return ([run for run in runs if run.startswith("VcRuntime")],
+                [line for line in log if line.startswith("Visual C++ Runtime:")])
+
+    def test_is_installed_where_it_is_missing(self):
+        self.assertEqual(self.runs_of_its_setup(), ([], []))
+        # What 64-bit programs use; that of 32-bit programs stays where it is.
+        for name in ("vcruntime140.dll", "vcruntime140_1.dll"):
+            with self.subTest(missing=name):
+                file = self.world.path("C:\\windows\\system32") / name
+                content = file.read_bytes()
+                file.unlink()
+                self.assertEqual(self.runs_of_its_setup()[0],
+                                 ['VcRuntimeSetup.exe" /install /quiet /norestart'])
+                file.write_bytes(content)
+        file.unlink()
+        for code, text in ((0, "installed, code 0."),
+                           (1638, "installed, code 1638."),
+                           (1641, "installed, restart needed, code 1641."),
+                           (3010, "installed, restart needed, code 3010."),
+                           (1603, "not installed, its setup ended with code 1603.")):
+            with self.subTest(code=code):
+                self.assertEqual(self.runs_of_its_setup(code)[1], [f"Visual C++ Runtime: {text}"])
+        self.assertIn("VarnelSolutions.exe", self.world.files_below(FOLDER))
+
+
+class Release(unittest.TestCase):
+    def test_has_what_the_check_page_promises(self):
+        def refusal(*options):
+            with tempfile.TemporaryDirectory() as folder:
+                result = subprocess.run(
+                    [ROOT / "tools/windows/compile-engine", "--payload", folder, *options, folder],
+                    capture_output=True, text=True, env={"XDG_CACHE_HOME": folder, "PATH": "/usr/bin:/bin"})
+            self.assertNotEqual(result.returncode, 0)
+            return result.stderr
+
+        self.assertIn("--webview2", refusal("--vcredist", __file__))
+        self.assertIn("--vcredist", refusal("--webview2", __file__))
+        # Without a cache there is no compiler.
+        for options in (("--webview2", __file__, "--vcredist", __file__),
+                        ("--without-webview2", "--without-vcredist")):
+            self.assertIn("There is no Wine yet", refusal(*options))
+
+
+if __name__ == "__main__":
+    unittest.main()
