@@ -4,6 +4,7 @@
 ; tools/windows/compile-engine calls the compiler with these definitions:
 ;   AppName, AppVersion, AppPublisher, AppAddress, AppCopyright, AppExe, AppGuid, FileType
 ;                    who we are, from src/product/product.ini
+;   OldestBuild      of Windows, from the same file
 ;   Payload          folder with everything that goes into the install folder
 ;   WebView2Setup    the WebView2 Runtime's bootstrapper; not defined: no such step
 ;   VcRuntimeSetup   the Visual C++ Runtime's installer; not defined: no such step
@@ -31,7 +32,8 @@ DisableProgramGroupPage=yes
 PrivilegesRequired=admin
 ArchitecturesAllowed=x64compatible
 ArchitecturesInstallIn64BitMode=x64compatible
-MinVersion=10.0
+; What the wizard's check page accepts.
+MinVersion=10.0.{#OldestBuild}
 ChangesAssociations=yes
 ; Asked for by name, so that a second engine, another user's too, ends at once instead of mixing its
 ; files with ours.

@@ -11,7 +11,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int kOldestBuild = 17763;
 constexpr int kFirstWindows11Build = 22000;
 constexpr quint64 kMemoryLimit = 0xFFFF'FFFF; // one byte less than 4 GiB
 
@@ -32,7 +31,7 @@ CheckResult judgeOperatingSystem(const OperatingSystem &system)
     QStringList parts { name, system.displayVersion, is64Bit ? u"64-bit"_s : u"32-bit"_s };
     parts.removeAll(QString());
     CheckResult result { u"Operating system"_s, parts.join(u" · "_s) };
-    if (system.build > 0 && system.build < kOldestBuild) {
+    if (system.build > 0 && system.build < Product::kOldestBuild) {
         result.ok = false;
         result.value += u" — unsupported";
     }

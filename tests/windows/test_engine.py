@@ -6,7 +6,7 @@ import tempfile
 import unittest
 
 from testcase import ENGINE, SILENT, WindowsTestCase
-from world import dos
+from world import PRODUCT, dos
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 FOLDER = "C:\\Apps\\Varnel"
@@ -58,6 +58,20 @@ class VcRuntime(EngineTestCase):
             with self.subTest(code=code):
                 self.assertEqual(self.runs_of_its_setup(code)[1], [f"Visual C++ Runtime: {text}"])
         self.assertIn("VarnelSolutions.exe", self.world.files_below(FOLDER))
+
+
+class OldWindows(EngineTestCase):
+    def test_is_refused_from_the_build_on_that_the_check_page_refuses(self):
+        oldest = int(PRODUCT["oldest_build"])
+        for build, expected in ((oldest - 1, 1), (oldest, 0)):
+            # Setup is a 32-bit program.
+            self.world.import_registry({
+                f"HKEY_LOCAL_MACHINE\\Software\\{view}Microsoft\\Windows NT\\CurrentVersion":
+                    {"CurrentBuild": str(build), "CurrentBuildNumber": str(build)}
+                for view in ("", "Wow6432Node\\")})
+            with self.subTest(build=build):
+                self.assertEqual(self.setup()[0], expected)
+                self.assertEqual(self.world.path(FOLDER).exists(), expected == 0)
 
 
 class Release(unittest.TestCase):

@@ -14,7 +14,7 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
-from product import UNINSTALL_KEY_NAME  # noqa: E402
+from product import PRODUCT, UNINSTALL_KEY_NAME  # noqa: E402
 from waiting import wait_until  # noqa: E402
 
 WINE = os.environ["VARNEL_WINE"]
