@@ -16,6 +16,7 @@ var
   LastReport: DWORD;
   Tenths: Integer;         { of a percent }
   CurrentStatus: String;
+  Refusal: String;         { why setup ends before it has changed anything }
 
 function GetTickCount: DWORD;
 external 'GetTickCount@kernel32.dll stdcall';
@@ -77,6 +78,8 @@ begin
     Tenths := 1000;
     CurrentStatus := Success;
   end
+  else if Refusal <> '' then
+    CurrentStatus := Refusal
   else
     CurrentStatus := Failure;
   if IsCreated then

@@ -15,7 +15,7 @@ begin
   try
     FileAtWork := ExpandConstant(CurrentFileName);
   except
-    { An exception here would end the installation. }
+    { An exception here would be shown in a message box. }
     Log('The next file will not be told: ' + GetExceptionMessage);
   end;
 end;

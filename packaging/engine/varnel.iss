@@ -38,7 +38,7 @@ ChangesAssociations=yes
 ; Asked for by name, so that a second engine, another user's too, ends at once instead of mixing its
 ; files with ours.
 SetupMutex={{#AppGuid}-engine,Global\{{#AppGuid}-engine
-; The application is closed by Windows' restart manager if it runs, or the run ends with a reason.
+; The application is closed by Windows' restart manager if it runs, or the run ends with a reason (inuse.iss).
 CloseApplications=yes
 RestartApplications=no
 UninstallDisplayName={#AppName}
@@ -54,6 +54,10 @@ OutputBaseFilename=VarnelEngine-{#AppVersion}
 
 [Tasks]
 Name: desktopicon; Description: "{cm:CreateDesktopIcon}"; GroupDescription: "{cm:AdditionalIcons}"
+
+[Dirs]
+; Setup makes the install folder anyway; the entry is there for what it calls.
+Name: "{code:FolderUnlessInUse}"
 
 [Files]
 Source: "{#Payload}\*"; DestDir: "{app}"; Flags: ignoreversion recursesubdirs createallsubdirs; BeforeInstall: RememberFile
@@ -90,6 +94,7 @@ InstallingVcRuntime=Installing Visual C++ Runtime...
 SetupBegins=Preparing...
 SetupIsDone={#AppName} is installed.
 SetupHasFailed=Setup could not finish.
+IsRunning={#AppName} is running. Close it and try again.
 RemovingFiles=Removing files...
 CleaningUp=Cleaning up...
 RemovalIsDone={#AppName} is removed.
@@ -97,5 +102,6 @@ RemovalHasFailed=The removal could not finish.
 
 [Code]
 #include "statusfile.iss"
+#include "inuse.iss"
 #include "webview2.iss"
 #include "vcruntime.iss"

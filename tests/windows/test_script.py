@@ -1,12 +1,14 @@
-"""The setup engine on its own, started as administrators do."""
+"""What the setup engine's own script does, without the wizard: started as administrators do."""
 
 import pathlib
+import shutil
 import subprocess
 import tempfile
 import unittest
 
-from testcase import ENGINE, SILENT, WindowsTestCase
-from world import PRODUCT, dos
+from testcase import (EARLIER_ENGINE, ENGINE, SILENT,
+                      WindowsTestCase)
+from world import HELPERS, PRODUCT, dos, wait_until
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 FOLDER = "C:\\Apps\\Varnel"
@@ -72,6 +74,45 @@ class OldWindows(EngineTestCase):
             with self.subTest(build=build):
                 self.assertEqual(self.setup()[0], expected)
                 self.assertEqual(self.world.path(FOLDER).exists(), expected == 0)
+
+
+class InUse(EngineTestCase):
+    SENTENCE = "Varnel Schematics is running. Close it and try again."
+
+    def everything(self):
+        return ({path: path.stat().st_mtime_ns for path in self.world.path(FOLDER).rglob("*")},
+                self.world.uninstall_entry())
+
+    def assert_refused(self, program, code, file):
+        before = self.everything()
+        status = self.world.temp / "status.ini"
+        result, log = self.run_logged(program, f"/STATUSFILE={dos(status)}")
+        self.assertEqual(result, code)
+        self.assertIn(f"{self.SENTENCE} In use: {FOLDER}\\{file}", log)
+        self.assertIn(f"status={self.SENTENCE}", status.read_text(encoding="utf-8"))
+        self.assertEqual(self.everything(), before)
+
+    def test_nothing_is_changed_while_the_application_runs(self):
+        self.setup(engine=EARLIER_ENGINE)
+        application = self.world.path(FOLDER) / "VarnelSolutions.exe"
+        shutil.copy(HELPERS / "holdfile.exe", application)
+        output = self.world.folder / "application.txt"
+        self.world.start(f"{FOLDER}\\{application.name}", "C:\\windows\\win.ini", output=output)
+        wait_until(lambda: "held" in output.read_text(), "the application")
+        self.assert_refused(f"{FOLDER}\\unins000.exe", 1, application.name)
+        self.assert_refused(ENGINE, 5, application.name)
+        self.world.run(HELPERS / "endprogram.exe", application.name)
+
+        library = self.world.path(FOLDER) / "parts" / "a.DLL"
+        library.write_bytes(b"")
+        self.world.hold(f"{FOLDER}\\parts\\a.DLL")
+        self.assert_refused(f"{FOLDER}\\unins000.exe", 1, "parts\\a.DLL")
+        self.assert_refused(ENGINE, 5, "parts\\a.DLL")
+        self.world.run(HELPERS / "endprogram.exe", "holdfile.exe")
+
+        self.assertEqual(self.setup()[0], 0)
+        self.assertEqual(self.run_logged(f"{FOLDER}\\unins000.exe")[0], 0)
+        wait_until(lambda: self.world.files_below(FOLDER) == ["parts/a.DLL"], "the removal's end")
 
 
 class Release(unittest.TestCase):
