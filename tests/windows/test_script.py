@@ -6,9 +6,9 @@ import subprocess
 import tempfile
 import unittest
 
-from testcase import (EARLIER_ENGINE, ENGINE, SILENT,
+from testcase import (EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SILENT, VERSION,
                       WindowsTestCase)
-from world import HELPERS, PRODUCT, dos, wait_until
+from world import HELPERS, PRODUCT, UNINSTALL, dos, wait_until
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 FOLDER = "C:\\Apps\\Varnel"
@@ -113,6 +113,30 @@ class InUse(EngineTestCase):
         self.assertEqual(self.setup()[0], 0)
         self.assertEqual(self.run_logged(f"{FOLDER}\\unins000.exe")[0], 0)
         wait_until(lambda: self.world.files_below(FOLDER) == ["parts/a.DLL"], "the removal's end")
+
+
+class Downgrade(EngineTestCase):
+    def test_takes_a_switch(self):
+        def version():
+            return self.world.uninstall_entry()["DisplayVersion"]
+
+        self.setup()
+        status = self.world.temp / "status.ini"
+        code, log = self.setup(f"/STATUSFILE={dos(status)}", engine=EARLIER_ENGINE)
+        sentence = (f"Varnel Schematics {VERSION} is installed, which is newer than {EARLIER_VERSION}. "
+                    "Remove it first, or start setup with /ALLOWDOWNGRADE.")
+        self.assertEqual(code, 7)
+        self.assertIn(sentence, " ".join(log))
+        self.assertIn(f"status={sentence}", status.read_text(encoding="utf-8"))
+        self.assertEqual(version(), VERSION)
+        # The same version, a part of the number alone, and a newer one.
+        self.assertEqual(self.setup()[0], 0)
+        self.assertEqual(self.setup("/AllowDowngrade", engine=EARLIER_ENGINE)[0], 0)
+        self.assertEqual(version(), EARLIER_VERSION)
+        self.assertEqual(self.setup()[0], 0)
+        # By the numbers, not by the letters.
+        self.world.import_registry({f"HKEY_LOCAL_MACHINE\\{UNINSTALL}": {"DisplayVersion": "1.6.10"}})
+        self.assertEqual(self.setup()[0], 7)
 
 
 class Release(unittest.TestCase):
