@@ -2,11 +2,12 @@
 ; runs it silently and shows what statusfile.iss reports; it also works on its own.
 ;
 ; tools/windows/compile-engine calls the compiler with these definitions:
-;   AppName, AppVersion, AppPublisher, AppAddress, AppCopyright, AppExe, AppGuid, FileType
+;   AppName, AppVersion, AppPublisher, AppAddress, AppCopyright, AppExe, SetupExe, AppGuid, FileType
 ;                    who we are, from src/product/product.ini
 ;   OldestBuild      of Windows, from the same file
 ;   Payload          folder with everything that goes into the install folder
 ;   WebView2Setup    the WebView2 Runtime's bootstrapper; not defined: no such step
+;   Wizard           the wizard, which is installed with the application; not defined: not at all
 ;   VcRuntimeSetup   the Visual C++ Runtime's installer; not defined: no such step
 
 #if Ver < EncodeVer(6, 4, 1)
@@ -62,6 +63,9 @@ Name: "{code:FolderUnlessInUse}"
 [Files]
 Source: "{#Payload}\*"; DestDir: "{app}"; Flags: ignoreversion recursesubdirs createallsubdirs; BeforeInstall: RememberFile
 Source: "license.txt"; DestDir: "{app}"; DestName: "LICENSE.txt"; Flags: ignoreversion; BeforeInstall: RememberFile
+#ifdef Wizard
+Source: "{#Wizard}"; DestDir: "{app}"; DestName: "{#SetupExe}"; Flags: ignoreversion; BeforeInstall: RememberFile
+#endif
 #ifdef WebView2Setup
 Source: "{#WebView2Setup}"; DestDir: "{tmp}"; DestName: "WebView2Setup.exe"; Flags: deleteafterinstall; Check: LacksWebView2; BeforeInstall: RememberFile
 #endif
@@ -107,3 +111,4 @@ RemovalHasFailed=The removal could not finish.
 #include "webview2.iss"
 #include "vcruntime.iss"
 #include "downgrade.iss"
+#include "handover.iss"

@@ -6,6 +6,7 @@ import subprocess
 import tempfile
 import unittest
 
+from screen import Wizard
 from testcase import (EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SILENT, VERSION,
                       WindowsTestCase)
 from world import HELPERS, PRODUCT, UNINSTALL, dos, wait_until
@@ -137,6 +138,60 @@ class Downgrade(EngineTestCase):
         # By the numbers, not by the letters.
         self.world.import_registry({f"HKEY_LOCAL_MACHINE\\{UNINSTALL}": {"DisplayVersion": "1.6.10"}})
         self.assertEqual(self.setup()[0], 7)
+
+
+class Removal(EngineTestCase):
+    """Started by a person, in Windows' list of programs."""
+
+    def start(self, code):
+        """The uninstaller, with a wizard that ends with this code."""
+        (self.world.folder / "record").unlink(missing_ok=True)
+        self.world.environment["VARNEL_RECORD_CODE"] = str(code)
+        command = self.world.uninstall_entry()["UninstallString"]
+        self.assertEqual(command, f'"{FOLDER}\\unins000.exe"')
+        process = self.world.start(command.strip('"'))
+        self.assertEqual(wait_until(self.world.records, "the wizard"),
+                         [f'"{FOLDER}\\VarnelSetup.exe" --remove-with "{FOLDER}\\unins000.exe"'])
+        return process
+
+    def answer(self, *keys):
+        """To the uninstaller's box on screen."""
+        box = wait_until(lambda: Wizard.search("--name", "^Varnel Schematics Uninstall$"), "a box")
+        subprocess.run(["xdotool", "windowfocus", "--sync", box, "key", *keys], check=True)
+        wait_until(lambda: Wizard.search("--name", "^Varnel Schematics Uninstall$") != box, "its end")
+
+    def test_is_handed_to_the_wizard(self):
+        self.setup()
+        before = self.world.files_below(FOLDER)
+        self.assertIn("VarnelSetup.exe", before)
+        self.assertEqual(self.start(code=0).wait(), 1)
+        self.assertEqual(self.world.files_below(FOLDER), before)
+        self.assertTrue(self.world.uninstall_entry())
+
+        # Without the wizard it is the uninstaller's own affair.
+        uninstaller = self.start(code=3)
+        self.world.hold(f"{FOLDER}\\VarnelSolutions.exe")
+        self.answer("alt+y")   # to remove it?
+        self.answer("Escape")  # running; try again?
+        self.assertEqual(uninstaller.wait(), 1)
+        self.assertEqual(self.world.files_below(FOLDER), before)
+
+        uninstaller = self.start(code=3)
+        self.answer("alt+y")
+        wait_until(lambda: Wizard.search("--name", "^Varnel Schematics Uninstall$"), "the question")
+        self.world.run(HELPERS / "endprogram.exe", "holdfile.exe")
+        self.answer("alt+r")
+        self.answer("Return")  # removed
+        self.assertEqual(uninstaller.wait(), 0)
+        wait_until(lambda: not self.world.path(FOLDER).exists(), "the removal's end")
+
+    def test_is_the_uninstallers_own_if_it_is_silent(self):
+        self.setup()
+        self.world.environment["VARNEL_RECORD_CODE"] = "0"
+        (self.world.folder / "record").unlink(missing_ok=True)
+        self.assertEqual(self.run_logged(f"{FOLDER}\\unins000.exe")[0], 0)
+        wait_until(lambda: not self.world.path(FOLDER).exists(), "the removal's end")
+        self.assertEqual(self.world.records(), [])
 
 
 class Release(unittest.TestCase):
