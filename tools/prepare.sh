@@ -16,7 +16,7 @@ packages="
 # What some of the tests take beyond that.
 analysis_packages="clang clang-format libclang-rt-dev orca"
 gates_packages="clang clang-tidy libclang-rt-dev shellcheck"
-windows_test_packages="tesseract-ocr tesseract-ocr-eng osslsigncode openssl python3-yaml"
+windows_test_packages="tesseract-ocr tesseract-ocr-eng osslsigncode openssl python3-yaml softhsm2 libengine-pkcs11-openssl"
 
 started=$(date +%s)
 
