@@ -8,6 +8,7 @@
 ;   Payload          folder with everything that goes into the install folder
 ;   WebView2Setup    the WebView2 Runtime's bootstrapper; not defined: no such step
 ;   Wizard           the wizard, which is installed with the application; not defined: not at all
+;   SignedUninstallers  folder with the signed uninstaller; not defined: it is packed unsigned
 ;   VcRuntimeSetup   the Visual C++ Runtime's installer; not defined: no such step
 
 #if Ver < EncodeVer(6, 4, 1)
@@ -42,6 +43,11 @@ SetupMutex={{#AppGuid}-engine,Global\{{#AppGuid}-engine
 ; The application is closed by Windows' restart manager if it runs, or the run ends with a reason (inuse.iss).
 CloseApplications=yes
 RestartApplications=no
+#ifdef SignedUninstallers
+; So is the copy of setup that works in the temp folder, as both are the same program.
+SignedUninstaller=yes
+SignedUninstallerDir={#SignedUninstallers}
+#endif
 UninstallDisplayName={#AppName}
 UninstallDisplayIcon={app}\{#AppExe}
 

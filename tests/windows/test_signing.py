@@ -10,6 +10,9 @@ import threading
 import time
 import unittest
 
+from testcase import SETUP_AT_WORK, SILENT, VERSION, WindowsTestCase
+from world import dos, wait_until
+
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = pathlib.Path(os.environ["VARNEL_SETUP"])
 DAYS = 2
@@ -172,6 +175,35 @@ class Signing(unittest.TestCase):
     def test_no_time_stamp_no_signature(self):
         self.assertNotEqual(self.sign(VARNEL_TIMESTAMP_URL="http://127.0.0.1:9/").returncode, 0)
         self.assert_untouched()
+
+
+class SignedEngine(WindowsTestCase):
+    def test_has_signed_programs_in_it(self):
+        keys = Keys()
+        self.addCleanup(keys.end)
+        output = self.world.folder / "engine"
+        made = subprocess.run([ROOT / "tools/windows/compile-engine", output], text=True,
+                              env={**self.world.environment, **keys.variables}, capture_output=True)
+        self.assertEqual(made.returncode, 0, made.stderr)
+        engine = pathlib.Path(made.stdout.splitlines()[-1])
+        self.assertEqual(sorted(path.name for path in output.iterdir()),
+                         ["VarnelEngine-" + VERSION + ".exe", "compiler.log", "payload-" + VERSION])
+
+        with self.world.braked(SETUP_AT_WORK):
+            setup = self.world.start(dos(engine), *SILENT, "/DIR=C:\\Apps")
+            wait_until(lambda: self.world.processes(SETUP_AT_WORK), "setup at work")
+            at_work = next(self.world.temp.glob(f"*/{SETUP_AT_WORK}"))
+            shutil.copy(at_work, self.world.folder / "at-work.exe")
+        self.assertEqual(setup.wait(), 0)
+        folder = self.world.path("C:\\Apps")
+        self.assertTrue((folder / "unins000.msg").exists())
+        for program in (engine, self.world.folder / "at-work.exe", folder / "unins000.exe"):
+            with self.subTest(program=program.name):
+                verified = keys.verify(program)
+                self.assertEqual(verified.returncode, 0, verified.stdout + verified.stderr)
+
+        self.assertEqual(self.world.run("C:\\Apps\\unins000.exe", *SILENT)[0], 0)
+        wait_until(lambda: not folder.exists(), "the removal's end")
 
 
 if __name__ == "__main__":
