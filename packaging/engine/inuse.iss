@@ -24,8 +24,8 @@ begin
     CloseHandle(Handle);
 end;
 
-{ The first program or library below the folder that is in use, or nothing. Except is left out. }
-function FileInUse(const Folder, Except_: String): String;
+{ The first program or library below the folder that is in use, or nothing. A name may be left out. }
+function FileInUse(const Folder, LeftOut: String): String;
 var
   Found: TFindRec;
   Path, Kind: String;
@@ -39,12 +39,12 @@ begin
       Kind := Lowercase(ExtractFileExt(Found.Name));
       if Found.Attributes and FILE_ATTRIBUTE_DIRECTORY = 0 then
       begin
-        if ((Kind = '.exe') or (Kind = '.dll')) and (CompareText(Path, Except_) <> 0) and IsInUse(Path) then
+        if ((Kind = '.exe') or (Kind = '.dll')) and (CompareText(Found.Name, LeftOut) <> 0) and IsInUse(Path) then
           Result := Path;
       end
       else if (Found.Name <> '.') and (Found.Name <> '..')
           and (Found.Attributes and FILE_ATTRIBUTE_REPARSE_POINT = 0) then
-        Result := FileInUse(Path, Except_);
+        Result := FileInUse(Path, LeftOut);
     until (Result <> '') or not FindNext(Found);
   finally
     FindClose(Found);
@@ -52,14 +52,14 @@ begin
 end;
 
 { Whether setup or removal has to end. Somebody who is asked may close the application first. }
-function IsRefusedInUse(const Except_: String; IsSilent: Boolean): Boolean;
+function IsRefusedInUse(const LeftOut: String; IsSilent: Boolean): Boolean;
 var
   FileName, Text: String;
 begin
   Result := False;
   Text := CustomMessage('IsRunning');
   repeat
-    FileName := FileInUse(RemoveBackslashUnlessRoot(ExpandConstant('{app}')), Except_);
+    FileName := FileInUse(RemoveBackslashUnlessRoot(ExpandConstant('{app}')), LeftOut);
     if FileName = '' then
       Exit;
     Log(Text + ' In use: ' + FileName);
@@ -69,18 +69,19 @@ begin
 end;
 
 { The install folder, asked for after Windows has asked the applications to close, and before the first
-  file. Of all that setup calls then, only this can end it: what BeforeInstall raises is reported and forgotten. }
+  file. Of all that setup calls then, only this can end it: what BeforeInstall raises is reported and forgotten.
+  Where the application is not installed yet, other programs of the folder may run. }
 function FolderUnlessInUse(Param: String): String;
 begin
-  if IsRefusedInUse('', False) then
-    Abort;
   Result := ExpandConstant('{app}');
+  if FileExists(Result + '\{#AppExe}') and IsRefusedInUse('', False) then
+    Abort;
 end;
 
 { The uninstaller in the folder waits until its copy elsewhere, which runs this, has done the work. }
 <event('CurUninstallStepChanged')>
 procedure AbortRemovalIfInUse(CurUninstallStep: TUninstallStep);
 begin
-  if (CurUninstallStep = usUninstall) and IsRefusedInUse(ExpandConstant('{uninstallexe}'), UninstallSilent) then
+  if (CurUninstallStep = usUninstall) and IsRefusedInUse(ExtractFileName(ExpandConstant('{uninstallexe}')), UninstallSilent) then
     Abort;
 end;

@@ -79,8 +79,7 @@ class InUse(EngineTestCase):
     SENTENCE = "Varnel Schematics is running. Close it and try again."
 
     def everything(self):
-        return ({path: path.stat().st_mtime_ns for path in self.world.path(FOLDER).rglob("*")},
-                self.world.uninstall_entry())
+        return {path: path.stat().st_mtime_ns for path in self.world.path(FOLDER).rglob("*")}
 
     def assert_refused(self, program, code, file):
         before = self.everything()
@@ -92,8 +91,15 @@ class InUse(EngineTestCase):
         self.assertEqual(self.everything(), before)
 
     def test_nothing_is_changed_while_the_application_runs(self):
-        self.setup(engine=EARLIER_ENGINE)
-        application = self.world.path(FOLDER) / "VarnelSolutions.exe"
+        folder = self.world.path(FOLDER)
+        folder.mkdir(parents=True)
+        for name in ("another.exe", "a.DLL"):
+            (folder / name).write_bytes(b"")
+        self.world.hold(f"{FOLDER}\\another.exe")
+        self.assertEqual(self.setup(engine=EARLIER_ENGINE)[0], 0)
+        self.world.run(HELPERS / "endprogram.exe", "holdfile.exe")
+
+        application = folder / "VarnelSolutions.exe"
         shutil.copy(HELPERS / "holdfile.exe", application)
         output = self.world.folder / "application.txt"
         self.world.start(f"{FOLDER}\\{application.name}", "C:\\windows\\win.ini", output=output)
@@ -102,16 +108,17 @@ class InUse(EngineTestCase):
         self.assert_refused(ENGINE, 5, application.name)
         self.world.run(HELPERS / "endprogram.exe", application.name)
 
-        library = self.world.path(FOLDER) / "parts" / "a.DLL"
-        library.write_bytes(b"")
+        (folder / "a.DLL").rename(folder / "parts" / "a.DLL")
         self.world.hold(f"{FOLDER}\\parts\\a.DLL")
         self.assert_refused(f"{FOLDER}\\unins000.exe", 1, "parts\\a.DLL")
         self.assert_refused(ENGINE, 5, "parts\\a.DLL")
         self.world.run(HELPERS / "endprogram.exe", "holdfile.exe")
+        self.assertEqual(self.world.uninstall_entry()["DisplayVersion"], EARLIER_VERSION)
 
         self.assertEqual(self.setup()[0], 0)
         self.assertEqual(self.run_logged(f"{FOLDER}\\unins000.exe")[0], 0)
-        wait_until(lambda: self.world.files_below(FOLDER) == ["parts/a.DLL"], "the removal's end")
+        wait_until(lambda: self.world.files_below(FOLDER) == ["another.exe", "parts/a.DLL"],
+                   "the removal's end")
 
 
 class Downgrade(EngineTestCase):
