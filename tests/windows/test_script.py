@@ -9,7 +9,7 @@ import unittest
 from screen import Wizard
 from testcase import (EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SILENT, VERSION,
                       WindowsTestCase)
-from world import HELPERS, PRODUCT, UNINSTALL, dos, wait_until
+from world import HELPERS, PATIENCE, PRODUCT, UNINSTALL, dos, wait_until
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 FOLDER = "C:\\Apps\\Varnel"
@@ -169,7 +169,7 @@ class Removal(EngineTestCase):
         self.setup()
         before = self.world.files_below(FOLDER)
         self.assertIn("VarnelSetup.exe", before)
-        self.assertEqual(self.start(code=0).wait(), 1)
+        self.assertEqual(self.start(code=0).wait(timeout=PATIENCE), 1)
         self.assertEqual(self.world.files_below(FOLDER), before)
         self.assertTrue(self.world.uninstall_entry())
 
@@ -178,7 +178,7 @@ class Removal(EngineTestCase):
         self.world.hold(f"{FOLDER}\\VarnelSolutions.exe")
         self.answer("alt+y")   # to remove it?
         self.answer("Escape")  # running; try again?
-        self.assertEqual(uninstaller.wait(), 1)
+        self.assertEqual(uninstaller.wait(timeout=PATIENCE), 1)
         self.assertEqual(self.world.files_below(FOLDER), before)
 
         uninstaller = self.start(code=3)
@@ -187,7 +187,7 @@ class Removal(EngineTestCase):
         self.world.run(HELPERS / "endprogram.exe", "holdfile.exe")
         self.answer("alt+r")
         self.answer("Return")  # removed
-        self.assertEqual(uninstaller.wait(), 0)
+        self.assertEqual(uninstaller.wait(timeout=PATIENCE), 0)
         wait_until(lambda: not self.world.path(FOLDER).exists(), "the removal's end")
 
     def test_is_the_uninstallers_own_if_it_is_silent(self):

@@ -11,7 +11,7 @@ import time
 import unittest
 
 from testcase import SETUP_AT_WORK, SILENT, VERSION, WindowsTestCase
-from world import dos, wait_until
+from world import PATIENCE, dos, wait_until
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = pathlib.Path(os.environ["VARNEL_SETUP"])
@@ -194,7 +194,7 @@ class SignedEngine(WindowsTestCase):
             wait_until(lambda: self.world.processes(SETUP_AT_WORK), "setup at work")
             at_work = next(self.world.temp.glob(f"*/{SETUP_AT_WORK}"))
             shutil.copy(at_work, self.world.folder / "at-work.exe")
-        self.assertEqual(setup.wait(), 0)
+        self.assertEqual(setup.wait(timeout=PATIENCE), 0)
         folder = self.world.path("C:\\Apps")
         self.assertTrue((folder / "unins000.msg").exists())
         for program in (engine, self.world.folder / "at-work.exe", folder / "unins000.exe"):
