@@ -90,17 +90,20 @@ def recognize(pixels, area, layout):
 
 
 class Wizard:
-    def __init__(self, world: World, *arguments, title="Varnel Schematics setup", program=SETUP):
+    def __init__(self, world: World, *arguments, title="Varnel Schematics setup", program=SETUP,
+                 started_by=None):
+        """Starts a wizard, or finds the one that another program has started."""
         self.world = world
         self.title = title
         self._pictures = 0
         self.output = world.folder / "wizard.txt"
-        self.process = world.start(program, *arguments, output=self.output)
+        self.process = started_by or world.start(program, *arguments, output=self.output)
+        self._may_end = started_by is not None
         self.window = wait_until(self._find_window, "the wizard's window")
         self.page = None
 
     def _find_window(self):
-        if self.process.poll() is not None:
+        if self.process.poll() is not None and not self._may_end:
             raise AssertionError(f"the wizard ended at once with {self.process.returncode}: "
                                  f"{self.output.read_text(errors='replace')}")
         return self.search("--name", f"^{self.title}$")

@@ -1,15 +1,16 @@
 """The one file that people download: the wizard with the setup engine inside, started without options."""
 
 import os
+import re
 import shutil
 import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
-from screen import PRIMARY, SETUP
+from screen import PRIMARY, SETUP, TITLE_BUTTONS, Wizard
 from testcase import EARLIER_ENGINE, ENGINE, SILENT, VERSION, WindowsTestCase
-from world import HELPERS, UNINSTALL, dos, wait_until
+from world import HELPERS, PATIENCE, UNINSTALL, dos, wait_until
 
 ROOT = Path(__file__).resolve().parents[2]
 ENGINE_FILE = Path(os.environ["VARNEL_ENGINE"])
@@ -103,6 +104,67 @@ class Life(DownloadTestCase):
         code, _ = self.world.run(dos(self.program), *SILENT, "/DIR=Z:\\proc\\Varnel")
         self.assertNotEqual(code, 0)
         self.assertEqual(self.world.temp_files(), [])
+
+
+class Removal(DownloadTestCase):
+    """As Windows' list of programs starts it."""
+
+    def install_and_remove(self):
+        """The wizard that the uninstaller has called."""
+        self.install(dos(self.program), FOLDER)
+        command = self.world.uninstall_entry()["UninstallString"]
+        self.assertEqual(command, f'"{FOLDER}\\unins000.exe"')
+        uninstaller = self.world.start(command.strip('"'))
+        wizard = Wizard(self.world, title="Varnel Schematics uninstall", started_by=uninstaller)
+        # Nothing has been removed, which Windows takes for a user who has said no.
+        self.assertEqual(uninstaller.wait(timeout=PATIENCE), 1)
+        wizard.wait_page("Administrator rights required")
+        return wizard
+
+    def test_is_done_by_the_wizard_and_leaves_a_copy_at_most(self):
+        wizard = self.install_and_remove()
+        wizard.click_at(PRIMARY)
+        wizard.wait_page("Uninstalled in 24 seconds", patience=120)
+        wait_until(lambda: not self.world.path(FOLDER).exists(), "the end of the removal")
+        self.assertFalse(self.world.uninstall_entry())
+        wizard.click_at(TITLE_BUTTONS["close"])
+        wait_until(lambda: not self.world.processes("VarnelSetup.exe"), "the wizard's end")
+        (left,) = self.private_folders()
+        self.assertEqual([path.name for path in (self.world.temp / left).iterdir()],
+                         ["VarnelSetup.exe"])
+        # Windows removes it when it starts the next time.
+        key = "HKEY_LOCAL_MACHINE\\System\\CurrentControlSet\\Control\\Session Manager".lower()
+        pending = "".join(self.world.keys()[key])
+        self.assertIn(b"VarnelSetup.exe".hex(","), self.letters(pending))
+        self.world.run("wineboot", "--restart")
+        wait_until(lambda: not self.private_folders(), "the copy to go")
+
+    @staticmethod
+    def letters(lines):
+        """The first bytes of the two-byte characters in an exported value."""
+        values = re.sub(r"[^0-9a-f,]", "", lines.split("PendingFileRenameOperations", 1)[1].split(":", 1)[1])
+        return ",".join(values.split(",")[::2])
+
+    def test_nothing_happens_unless_it_is_confirmed(self):
+        wizard = self.install_and_remove()
+        before = self.world.files_below(FOLDER)
+        wizard.press("Escape")
+        wait_until(lambda: not self.world.processes("VarnelSetup.exe"), "the wizard's end")
+        self.assertEqual(self.world.files_below(FOLDER), before)
+        # The next setup takes the copy away.
+        self.assertEqual(len(self.private_folders()), 1)
+        self.install(dos(self.program), FOLDER)
+        self.assertEqual(self.private_folders(), [])
+
+    def test_the_installed_wizard_only_removes(self):
+        self.install(dos(self.program), FOLDER)
+        started = self.world.start(f"{FOLDER}\\VarnelSetup.exe")
+        wizard = Wizard(self.world, title="Varnel Schematics uninstall", started_by=started)
+        self.assertEqual(started.wait(timeout=PATIENCE), 0)
+        wizard.wait_page("Administrator rights required")
+        wizard.click_at(PRIMARY)
+        wizard.wait_page("Uninstalled in 24 seconds", patience=120)
+        wait_until(lambda: not self.world.path(FOLDER).exists(), "the end of the removal")
 
 
 class Damage(DownloadTestCase):

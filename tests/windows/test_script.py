@@ -167,6 +167,7 @@ class Removal(EngineTestCase):
 
     def test_is_handed_to_the_wizard(self):
         self.setup()
+        shutil.copy(HELPERS / "recordcommandline.exe", self.world.path(FOLDER) / "VarnelSetup.exe")
         before = self.world.files_below(FOLDER)
         self.assertIn("VarnelSetup.exe", before)
         self.assertEqual(self.start(code=0).wait(timeout=PATIENCE), 1)
