@@ -26,8 +26,8 @@ public:
 
     /// Begins to unpack; once, later calls do nothing.
     void start();
-    /// Unpacks without the pauses that leave the disk to others: somebody waits for it now.
-    void hurry() { m_isHurried = true; }
+    /// Unpacks without leaving disk and processor to others: somebody waits for it now.
+    void hurry();
 
     /// Whether finished() has been emitted.
     [[nodiscard]] bool isFinished() const { return m_isFinished; }
