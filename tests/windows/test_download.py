@@ -4,7 +4,6 @@ import os
 import re
 import shutil
 import subprocess
-import tempfile
 import unittest
 from pathlib import Path
 
@@ -311,13 +310,7 @@ class Room(DownloadTestCase):
     """A temp folder without room, and one that nothing can be written to."""
 
     def setUp(self):
-        self.disk = Path(tempfile.mkdtemp(prefix="varnel-disk-"))
-        self.addCleanup(self.disk.rmdir)
-        mount = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "none", self.disk],
-                               capture_output=True)
-        if mount.returncode != 0:
-            self.skipTest("This user may not mount anything.")
-        self.addCleanup(subprocess.run, ["umount", "--lazy", self.disk], check=True)
+        self.disk = self.small_disk()
         super().setUp()
         self.world.environment["TMPDIR"] = str(self.disk)
 

@@ -2,7 +2,6 @@
 
 import os
 import subprocess
-import tempfile
 import unittest
 from pathlib import Path
 
@@ -132,14 +131,7 @@ class Failures(FailureTestCase):
 
 class FullDisk(FailureTestCase):
     def setUp(self):
-        # Before the first program starts: none sees what is mounted after that.
-        self.disk = Path(tempfile.mkdtemp(prefix="varnel-disk-"))
-        self.addCleanup(self.disk.rmdir)
-        mount = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "none", self.disk],
-                               capture_output=True)
-        if mount.returncode != 0:
-            self.skipTest("This user may not mount anything.")
-        self.addCleanup(subprocess.run, ["umount", "--lazy", self.disk], check=True)
+        self.disk = self.small_disk()
         super().setUp()
 
     def test_no_room_for_all_files(self):

@@ -1,7 +1,10 @@
 """What the tests of the Windows program share: a world each, and wizards that end with the test."""
 
 import os
+import subprocess
+import tempfile
 import unittest
+from pathlib import Path
 
 from screen import Wizard
 from world import World, dos
@@ -28,6 +31,17 @@ class WindowsTestCase(unittest.TestCase):
         wizard = Wizard(self.world, *arguments, **options)
         self.addCleanup(wizard.kill)
         return wizard
+
+    def small_disk(self):
+        """A disk of one megabyte, for the time of the test. Programs that run already see none."""
+        disk = Path(tempfile.mkdtemp(prefix="varnel-disk-"))
+        self.addCleanup(disk.rmdir)
+        mount = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "none", disk],
+                               capture_output=True)
+        if mount.returncode != 0:
+            self.skipTest("This user may not mount anything.")
+        self.addCleanup(subprocess.run, ["umount", "--lazy", disk], check=True)
+        return disk
 
     def install(self, engine, folder, tasks=""):
         """A copy that somebody installed before."""
