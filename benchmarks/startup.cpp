@@ -12,7 +12,9 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <thread>
@@ -30,6 +32,7 @@ using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
 constexpr int kRuns = 15;
+constexpr char kRunMarker[] = "VARNEL_BENCH_RUN"; ///< the variable that tells whose a process is
 constexpr auto kPatience = 60s;
 constexpr auto kLook = 500us; ///< how often the screen is looked at
 constexpr auto kSettle = 300ms; ///< until memory is read: the entrance is on its way
@@ -97,16 +100,26 @@ void await(const char *program, const char *complaint, Condition condition)
     }
 }
 
+/// Kills all that the program has started: an engine's second process has a session of its own.
+void killRun()
+{
+    const std::string marker = std::string(kRunMarker) + '=' + std::to_string(getpid());
+    for (const auto &entry : std::filesystem::directory_iterator("/proc")) {
+        const int process = std::atoi(entry.path().filename().c_str());
+        std::ifstream file(entry.path() / "environ");
+        const std::string environment((std::istreambuf_iterator<char>(file)), {});
+        if (process > 0 && process != getpid() && environment.find(marker) != std::string::npos)
+            kill(process, SIGKILL);
+    }
+}
+
 Result runOnce(const Screen &screen, std::vector<char *> command)
 {
     const std::uint32_t empty = screen.middle();
     command.push_back(nullptr);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
     pid_t process = 0;
     const auto start = Clock::now();
-    if (posix_spawnp(&process, command[0], nullptr, &attributes, command.data(), environ) != 0) {
+    if (posix_spawnp(&process, command[0], nullptr, nullptr, command.data(), environ) != 0) {
         std::fprintf(stderr, "%s does not start.\n", command[0]);
         std::exit(1);
     }
@@ -114,7 +127,7 @@ Result runOnce(const Screen &screen, std::vector<char *> command)
     const std::chrono::duration<double, std::milli> time = Clock::now() - start;
     std::this_thread::sleep_for(kSettle);
     const double memory = memoryOf(process);
-    kill(-process, SIGKILL);
+    killRun();
     waitpid(process, nullptr, 0);
     await(command[0], "stays on screen", [&] { return screen.middle() == empty; });
     return { time.count(), memory };
@@ -136,6 +149,7 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: bench_startup <program>... -- <yardstick>...\n");
         return 1;
     }
+    setenv(kRunMarker, std::to_string(getpid()).c_str(), 1);
     const Screen screen;
     std::vector<double> times[2];
     std::vector<double> memory[2];
