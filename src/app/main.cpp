@@ -13,21 +13,23 @@
 
 #include <optional>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
-/// What asks this process for a removal that its own file is in the way of; empty if nothing does.
-/// The copy that is installed with the application has nothing else to do.
-QString removalToHandOver(const CommandLine &commandLine, bool carriesEngine)
+/// Whether this is the copy that was installed with the application, which can only remove it.
+bool isInstalledCopy()
 {
-    if (!commandLine.handedOverBy.isEmpty())
-        return commandLine.handedOverBy;
-    const bool mayRemove = commandLine.runMode.value_or(RunMode::Uninstall) == RunMode::Uninstall;
-    if (carriesEngine || !commandLine.setupExecutable.isEmpty() || !mayRemove)
-        return {};
-    const QDir installed(QDir::fromNativeSeparators(installLocation()));
-    return installed.exists() && QDir(QApplication::applicationDirPath()) == installed
-        ? uninstallerPath()
-        : QString();
+    const QString folder = QDir::fromNativeSeparators(installLocation());
+    return !folder.isEmpty() && QDir(QApplication::applicationDirPath()) == QDir(folder);
+}
+
+/// The uninstaller of a removal that the file of this process is in the way of; empty if there is
+/// none.
+QString removalToHandOver(const CommandLine &commandLine)
+{
+    return commandLine.handedOverBy.isEmpty() && isInstalledCopy() ? uninstallerPath()
+                                                                   : commandLine.handedOverBy;
 }
 
 /// Shows the window and runs the event loop. The caller owns the engines, so that they are
@@ -61,10 +63,15 @@ int main(int argc, char *argv[])
     }
 
     QApplication application(argc, argv);
-    const CommandLine commandLine = parseCommandLine(QApplication::arguments());
-    if (const QString removal = removalToHandOver(commandLine, bundle.has_value());
-        !removal.isEmpty())
+    CommandLine commandLine = parseCommandLine(QApplication::arguments());
+    if (const QString removal = removalToHandOver(commandLine); !removal.isEmpty())
         return handOverRemoval(removal);
+    if (isInstalledCopy()) {
+        // Its uninstaller is missing, which the run will say.
+        commandLine.runMode = RunMode::Uninstall;
+        commandLine.uninstaller =
+            QDir(QApplication::applicationDirPath()).filePath(u"unins000.exe"_s);
+    }
 
     setUpApplication();
     const QString self = QApplication::applicationFilePath();

@@ -15,6 +15,7 @@ int handOverRemoval(const QString &uninstaller)
     PrivateFolder folder;
     if (!folder.create())
         return 1;
+    folder.removeAbandoned(); // of removals that were called off
     const QString copy = folder.filePath(QFileInfo(self).fileName());
     if (!QFile::copy(self, copy)
         || !startAndAwaitWindow(copy, { u"--uninstall"_s, u"--uninstaller"_s, uninstaller }))

@@ -61,7 +61,7 @@ int runSilently(const Bundle &bundle)
     if (const QString error = unpackEngine(self, bundle, engine, file, [] { return true; });
         !error.isEmpty())
         return fail(error);
-    if (!isFromSamePublisher(self, engine))
+    if (isThisProgramSigned() && !isFromSamePublisher(self, engine))
         return fail(notOurSignatureSentence());
 
     QProcess process;

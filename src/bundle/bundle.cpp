@@ -23,6 +23,7 @@ alignas(16) const volatile char kMarker[kMarkerSize] = { 'V', 'A', 'R', 'N', 'E'
 
 std::optional<Bundle> parseBundleMarker(QByteArrayView marker)
 {
+    Q_ASSERT(marker.size() == kMarkerSize);
     const Bundle bundle { .offset = qFromLittleEndian<qint64>(marker.data() + kOffsetPlace),
                           .size = qFromLittleEndian<qint64>(marker.data() + kSizePlace),
                           .sha256 = marker.sliced(kSumPlace).toByteArray() };
@@ -45,5 +46,5 @@ bool isComplete(const QString &program, const Bundle &bundle)
     if (bundle.offset <= 0 || bundle.size <= 0 || !file.open(QIODevice::ReadOnly))
         return false;
     const QByteArray head = file.read(kHeadSize);
-    return file.size() >= qMax(bundle.offset + bundle.size, certificateTableEnd(head));
+    return bundle.size <= file.size() - bundle.offset && certificateTableEnd(head) <= file.size();
 }

@@ -34,14 +34,7 @@ void CarriedEngine::start()
         return;
     m_thread.reset(QThread::create([this] { unpack(); }));
     connect(m_thread.get(), &QThread::finished, this, &CarriedEngine::onUnpacked);
-    m_thread->start(m_isHurried ? QThread::NormalPriority : QThread::LowPriority);
-}
-
-void CarriedEngine::hurry()
-{
-    m_isHurried = true;
-    if (m_thread && m_thread->isRunning())
-        m_thread->setPriority(QThread::NormalPriority);
+    m_thread->start();
 }
 
 QString CarriedEngine::path() const

@@ -13,7 +13,7 @@
 class QThread;
 
 /// The setup engine that this program carries, as a file of its own that can be started. It is
-/// unpacked in a thread of little priority while the user reads the first pages. Until release()
+/// unpacked by a thread, with pauses, while the user reads the first pages. Until release()
 /// nobody can exchange it, and it goes with this object.
 class CarriedEngine : public QObject
 {
@@ -26,8 +26,8 @@ public:
 
     /// Begins to unpack; once, later calls do nothing.
     void start();
-    /// Unpacks without leaving disk and processor to others: somebody waits for it now.
-    void hurry();
+    /// Unpacks without the pauses that leave the disk to others: somebody waits for it now.
+    void hurry() { m_isHurried = true; }
 
     /// Whether finished() has been emitted.
     [[nodiscard]] bool isFinished() const { return m_isFinished; }

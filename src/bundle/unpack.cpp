@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <cerrno>
+
 namespace {
 
 constexpr qint64 kPieceSize = 256 * 1024;
@@ -64,13 +66,16 @@ QString unpackEngine(const QString &program, const Bundle &bundle, const QString
     if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return failure(copy.errorString());
     copy.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    bool isWritten = true;
     const bool isCopied = forEachPiece(source, bundle.size, pause, [&](QByteArrayView piece) {
-        return copy.write(piece.data(), piece.size()) == piece.size();
+        return isWritten = copy.write(piece.data(), piece.size()) == piece.size();
     });
-    const QString writeError = copy.error() != QFile::NoError ? copy.errorString() : QString();
+    if (!isWritten) // of a disk that is nearly full a part may be taken, without an error
+        return failure(copy.error() != QFile::NoError ? copy.errorString()
+                                                      : qt_error_string(ENOSPC));
     copy.close();
-    if (!isCopied)
-        return failure(writeError.isEmpty() ? source.errorString() : writeError);
+    if (!isCopied) // without an error it ends early
+        return source.error() == QFile::NoError ? damagedSentence() : failure(source.errorString());
 
     if (!held.hold(target))
         return failure(held.errorString());

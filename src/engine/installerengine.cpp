@@ -34,12 +34,15 @@ void InstallerEngine::setSetupExecutable(const QString &path)
     guard(path);
 }
 
-void InstallerEngine::guard(const QString &program)
+QString InstallerEngine::guard(const QString &program)
 {
-    if (program.isEmpty())
-        m_guarded.release();
-    else
-        m_guarded.hold(program);
+    if (m_guarded.isHeld() && m_guarded.path() == program)
+        return {};
+    m_guarded.release();
+    // A file that is not there is left for its start to report.
+    if (!QFileInfo(program).isFile() || m_guarded.hold(program))
+        return {};
+    return m_guarded.errorString();
 }
 
 void InstallerEngine::startInstall(const QString &folder, const QStringList &tasks)
@@ -75,11 +78,8 @@ void InstallerEngine::startRun(const QString &program, const QString &arguments,
                                const QString &statusFilePath, const QString &logFilePath)
 {
     stop();
-    if (!m_guarded.isHeld() || m_guarded.path() != program)
-        guard(program);
-    // A file that is not there is left for the process to report.
-    if (!m_guarded.isHeld() && QFileInfo(program).isFile()) {
-        Q_EMIT finished(false, m_guarded.errorString());
+    if (const QString error = guard(program); !error.isEmpty()) {
+        Q_EMIT finished(false, error);
         return;
     }
     m_run = new EngineRun(statusFilePath, logFilePath, this);

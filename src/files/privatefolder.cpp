@@ -7,6 +7,7 @@
 #include <QThread>
 #include <QUuid>
 
+#include <cerrno>
 #include <chrono>
 
 using namespace Qt::Literals::StringLiterals;
@@ -21,15 +22,15 @@ constexpr auto kLockName = "lock"_L1;
 constexpr auto kRemovalTimeout = 2000ms;
 constexpr auto kLookInterval = 20ms;
 
-/// Only files: what is in a folder inside was not put there by us.
-bool removeFolder(const QString &path)
+/// Whether no file is left. Folders inside were not put there by us.
+bool removeFiles(const QString &path)
 {
     QDir folder(path);
-    const QStringList names =
-        folder.entryList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    const QStringList names = folder.entryList(QDir::Files | QDir::Hidden | QDir::System);
+    bool isEmpty = true;
     for (const QString &name : names)
-        folder.remove(name);
-    return QDir().rmdir(path);
+        isEmpty = folder.remove(name) && isEmpty;
+    return isEmpty;
 }
 
 std::unique_ptr<QLockFile> lockIn(const QString &folder)
@@ -48,10 +49,11 @@ PrivateFolder::~PrivateFolder()
     if (!m_lock)
         return;
     m_lock.reset();
-    m_native.reset();
     QDeadlineTimer deadline(kRemovalTimeout);
-    while (!removeFolder(m_path) && QDir(m_path).exists() && !deadline.hasExpired())
+    while (!removeFiles(m_path) && !deadline.hasExpired())
         QThread::msleep(kLookInterval.count());
+    m_native.reset(); // so far nobody could lead us to the files of another folder
+    QDir().rmdir(m_path);
 }
 
 bool PrivateFolder::create()
@@ -61,8 +63,10 @@ bool PrivateFolder::create()
     if (!m_native)
         return false;
     m_lock = lockIn(m_path);
-    m_lock->tryLock(0);
-    return true;
+    if (m_lock->tryLock(0))
+        return true;
+    m_error = qt_error_string(m_lock->error() == QLockFile::PermissionError ? EACCES : ENOSPC);
+    return false;
 }
 
 void PrivateFolder::leaveUntilRestart()
@@ -77,12 +81,15 @@ void PrivateFolder::removeAbandoned() const
     const QStringList names = temp.entryList({ kPrefix + u'*' }, QDir::Dirs | QDir::Hidden);
     for (const QString &name : names) {
         const QString path = temp.absoluteFilePath(name);
-        if (!m_native->hasSameOwner(path))
+        std::unique_ptr<Native> folder = m_native->withSameOwner(path);
+        if (!folder)
             continue;
         std::unique_ptr<QLockFile> lock = lockIn(path);
         if (!lock->tryLock(0))
             continue;
         lock.reset();
-        removeFolder(path);
+        removeFiles(path);
+        folder.reset();
+        QDir().rmdir(path);
     }
 }

@@ -18,11 +18,14 @@ std::unique_ptr<PrivateFolder::Native> PrivateFolder::Native::make(const QString
 
 PrivateFolder::Native::~Native() = default;
 
-bool PrivateFolder::Native::hasSameOwner(const QString &path) const
+std::unique_ptr<PrivateFolder::Native>
+PrivateFolder::Native::withSameOwner(const QString &path) const
 {
     struct stat facts = {};
-    return lstat(QFile::encodeName(path).constData(), &facts) == 0 && S_ISDIR(facts.st_mode)
-        && facts.st_uid == geteuid() && (facts.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+    const bool isOurs = lstat(QFile::encodeName(path).constData(), &facts) == 0
+        && S_ISDIR(facts.st_mode) && facts.st_uid == geteuid()
+        && (facts.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+    return std::unique_ptr<Native>(isOurs ? new Native(nullptr) : nullptr);
 }
 
 void PrivateFolder::Native::removeAtRestart(const QString &) {}

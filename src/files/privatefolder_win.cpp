@@ -79,13 +79,13 @@ QString ownerSid(HANDLE handle)
     return sidText(owner);
 }
 
-/// The folder itself, also if it leads elsewhere.
+/// The folder itself, also if it leads elsewhere. While it is open it can't be renamed or removed,
+/// for which the right to list its files has to be among those that are asked for.
 HANDLE openFolder(const QString &path)
 {
-    return CreateFileW(wide(QDir::toNativeSeparators(path)), READ_CONTROL | FILE_READ_ATTRIBUTES,
-                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT,
-                       nullptr);
+    return CreateFileW(wide(QDir::toNativeSeparators(path)), FILE_LIST_DIRECTORY | READ_CONTROL,
+                       FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                       FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
 }
 
 bool isFolder(HANDLE handle)
@@ -116,7 +116,11 @@ std::unique_ptr<PrivateFolder::Native> PrivateFolder::Native::make(const QString
 
     // The function that all others end in: it alone makes a folder and opens it in one step, so
     // that nobody who may write to the temp folder can put another one in its place in between.
-    QString native = QLatin1StringView(R"(\??\)") + QDir::toNativeSeparators(path);
+    QString native = QDir::toNativeSeparators(path);
+    if (native.startsWith(uR"(\\)"_s))
+        native.replace(0, 1, uR"(\??\UNC)"_s); // a server's
+    else
+        native.prepend(uR"(\??\)"_s);
     UNICODE_STRING name = {};
     name.Buffer = reinterpret_cast<wchar_t *>(native.data());
     name.Length = USHORT(native.size() * qsizetype(sizeof(wchar_t)));
@@ -140,14 +144,16 @@ PrivateFolder::Native::~Native()
     CloseHandle(m_handle);
 }
 
-bool PrivateFolder::Native::hasSameOwner(const QString &path) const
+std::unique_ptr<PrivateFolder::Native>
+PrivateFolder::Native::withSameOwner(const QString &path) const
 {
     HANDLE handle = openFolder(path);
     if (handle == INVALID_HANDLE_VALUE)
-        return false;
-    const bool isSame = isFolder(handle) && ownerSid(handle) == ownerSid(m_handle);
-    CloseHandle(handle);
-    return isSame;
+        return nullptr;
+    std::unique_ptr<Native> folder(new Native(handle));
+    const QString owner = ownerSid(handle);
+    return isFolder(handle) && !owner.isEmpty() && owner == ownerSid(m_handle) ? std::move(folder)
+                                                                               : nullptr;
 }
 
 void PrivateFolder::Native::removeAtRestart(const QString &path)

@@ -12,9 +12,9 @@ public:
     ~Native();
     Q_DISABLE_COPY_MOVE(Native)
 
-    /// Whether `path` is a folder, no link to one, that a process with the rights of this one has
-    /// made.
-    [[nodiscard]] bool hasSameOwner(const QString &path) const;
+    /// The folder `path`, if it is one, no link to one, and has the owner of this one; null if not.
+    /// Until that goes nobody can put another folder in its place.
+    [[nodiscard]] std::unique_ptr<Native> withSameOwner(const QString &path) const;
     /// Has the folder `path` and its files removed at the next start of the system, where there is
     /// such a thing.
     static void removeAtRestart(const QString &path);

@@ -1,12 +1,9 @@
 #include "files/signature.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QtEndian>
 
 namespace {
-
-constexpr qint64 kHeadSize = 4096;
 
 /// A number at `place`, the smallest byte first; 0 where `bytes` end before.
 template <typename Number>
@@ -40,16 +37,8 @@ qint64 certificateTableEnd(QByteArrayView head)
         + numberAt<quint32>(head, directories + kCertificates + 4);
 }
 
-bool hasSignature(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) && certificateTableEnd(file.read(kHeadSize)) > 0;
-}
-
 bool isFromSamePublisher(const QString &self, const QString &path)
 {
-    if (!hasSignature(self))
-        return true;
     const QString publisher = trustedSigner(self);
     return !publisher.isEmpty() && trustedSigner(path) == publisher;
 }

@@ -9,16 +9,17 @@
 /// Microsoft's "PE Format".
 [[nodiscard]] qint64 certificateTableEnd(QByteArrayView head);
 
-/// Whether the Windows program `path` has a signature, valid or not. Reads only its head.
-[[nodiscard]] bool hasSignature(const QString &path);
+/// Whether this program has a signature, valid or not, as it was started: its file may have been
+/// exchanged since. False on other systems than Windows.
+[[nodiscard]] bool isThisProgramSigned();
 
 /// Who has signed the program `path`, by the common name of the certificate: only if the signature
 /// is valid and the certificate is one that Windows trusts, by its own check (WinVerifyTrust),
-/// which reads the whole file. Nothing is fetched for it. Empty if not, and on other systems.
+/// which reads the whole file and may fetch a root certificate. Empty if not, and on other systems.
 [[nodiscard]] QString trustedSigner(const QString &path);
 
-/// Whether the program at `path` may be started: always if this program, `self`, has no signature;
-/// else only if both are signed by the same, trusted name. Reads both files.
+/// Whether this program, whose file is `self`, and the one at `path` are signed by the same,
+/// trusted name. Reads both files.
 [[nodiscard]] bool isFromSamePublisher(const QString &self, const QString &path);
 /// The sentence for a program that may not.
 [[nodiscard]] QString notOurSignatureSentence();

@@ -11,7 +11,8 @@
 
 namespace {
 
-/// A function of a library of Windows' own that nothing needs before a run starts.
+/// A function of one of Windows' own libraries. They are loaded when a run starts: the first page
+/// needs none of them.
 template <typename Function>
 Function systemFunction(const wchar_t *library, const char *name)
 {
@@ -49,6 +50,14 @@ QString signerOf(HANDLE state)
 
 } // namespace
 
+bool isThisProgramSigned()
+{
+    // The first page of the image is the head of its file.
+    constexpr qsizetype kHeadSize = 4096;
+    const auto *image = reinterpret_cast<const char *>(GetModuleHandleW(nullptr));
+    return certificateTableEnd(QByteArrayView(image, kHeadSize)) > 0;
+}
+
 QString trustedSigner(const QString &path)
 {
     const auto verify =
@@ -66,7 +75,6 @@ QString trustedSigner(const QString &path)
     data.dwUnionChoice = WTD_CHOICE_FILE;
     data.pFile = &file;
     data.dwStateAction = WTD_STATEACTION_VERIFY;
-    data.dwProvFlags = WTD_CACHE_ONLY_URL_RETRIEVAL;
     GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
     const bool isTrusted = verify(nullptr, &action, &data) == ERROR_SUCCESS;
     const QString name = isTrusted ? signerOf(data.hWVTStateData) : QString();

@@ -8,7 +8,7 @@
 /// application has its first window.
 void launchApplication(const QString &folder);
 
-/// Starts `program` and waits until it has its first window and reads its messages, at most half a
-/// minute. False if it could not be started or has ended meanwhile. Elsewhere than on Windows
+/// Starts `program` in its own folder and waits until it waits for its user, at most half a minute.
+/// False if it could not be started or has not come so far. Elsewhere than on Windows
 /// nothing is waited for.
 [[nodiscard]] bool startAndAwaitWindow(const QString &program, const QStringList &arguments);

@@ -15,5 +15,5 @@ void launchApplication(const QString &folder)
 
 bool startAndAwaitWindow(const QString &program, const QStringList &arguments)
 {
-    return QProcess::startDetached(program, arguments);
+    return QProcess::startDetached(program, arguments, QFileInfo(program).path());
 }

@@ -56,14 +56,14 @@ void launchApplication(const QString &folder)
 bool startAndAwaitWindow(const QString &program, const QStringList &arguments)
 {
     qint64 id = 0;
-    if (!QProcess::startDetached(program, arguments, QString(), &id))
+    if (!QProcess::startDetached(program, arguments, QFileInfo(program).path(), &id))
         return false;
     AllowSetForegroundWindow(DWORD(id));
     HANDLE process = OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, DWORD(id));
     if (!process)
         return false; // it has ended
-    WaitForInputIdle(process, kFirstWindowTimeout);
+    const bool isIdle = WaitForInputIdle(process, kFirstWindowTimeout) == 0;
     const bool isAlive = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
     CloseHandle(process);
-    return isAlive;
+    return isIdle && isAlive;
 }

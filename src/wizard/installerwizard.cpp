@@ -138,7 +138,7 @@ void InstallerWizard::showEvent(QShowEvent *event)
     QTimer::singleShot(0, this, [this] {
         if (!m_page || m_page == page(firstPage()))
             setRunMode(m_choices.mode);
-        if (m_carriedEngine && m_choices.mode != RunMode::Uninstall)
+        if (m_carriedEngine && !m_isDamaged && m_choices.mode != RunMode::Uninstall)
             m_unpackDelay.start();
     });
 }
@@ -309,9 +309,10 @@ bool InstallerWizard::usesEngine() const
 {
     if (!m_engine)
         return false;
-    return m_choices.mode == RunMode::Uninstall
-        ? !m_choices.uninstaller.isEmpty()
-        : m_carriedEngine || !m_engine->setupExecutable().isEmpty();
+    if (m_carriedEngine)
+        return true; // who has downloaded this wants no simulation
+    return m_choices.mode == RunMode::Uninstall ? !m_choices.uninstaller.isEmpty()
+                                                : !m_engine->setupExecutable().isEmpty();
 }
 
 void InstallerWizard::showProgress(double fraction)

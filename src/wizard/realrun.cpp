@@ -5,13 +5,14 @@
 #include "files/guardedfile.h"
 #include "files/programsinuse.h"
 #include "files/signature.h"
+#include "system/installation.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QThread>
 
 #include <chrono>
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -44,6 +45,12 @@ RealRun::RealRun(InstallerEngine &engine, CarriedEngine *carried, const SetupCho
     connect(&engine, &InstallerEngine::finished, this, &SetupRun::finished);
     m_look.setInterval(kLookInterval);
     connect(&m_look, &QTimer::timeout, this, &RealRun::removeWhenPossible);
+}
+
+RealRun::~RealRun()
+{
+    if (m_check)
+        m_check->wait();
 }
 
 void RealRun::start()
@@ -82,8 +89,10 @@ void RealRun::removeWhenPossible()
     m_look.stop();
     // The uninstaller would delete what it can and say that all is well. It is itself held by us,
     // which looks like use.
-    if (hasProgramsInUse(QFileInfo(m_choices.uninstaller).path(),
-                         { m_choices.uninstaller, QCoreApplication::applicationFilePath() })) {
+    const QString folder = QFileInfo(m_choices.uninstaller).absolutePath();
+    if (QDir(folder) == QDir(QDir::fromNativeSeparators(installLocation()))
+        && hasProgramsInUse(folder,
+                            { m_choices.uninstaller, QCoreApplication::applicationFilePath() })) {
         Q_EMIT finished(false, tr("Varnel Schematics is running. Close it and try again."));
         return;
     }
@@ -92,22 +101,24 @@ void RealRun::removeWhenPossible()
 
 void RealRun::checkPublisher(const QString &program)
 {
-    const QString self = QCoreApplication::applicationFilePath();
-    if (!hasSignature(self))
+    // First of all, so that what is checked is what is started.
+    if (const QString error = m_engine.guard(program); !error.isEmpty()) {
+        Q_EMIT finished(false, error);
+        return;
+    }
+    if (!isThisProgramSigned() || !QFileInfo(program).isFile())
         return startEngine();
-    // Both files are read as a whole, which may take seconds. Nobody waits for the thread when the
-    // window is closed meanwhile.
-    auto isTrusted = std::make_shared<bool>(false);
-    QThread *thread = QThread::create(
-        [self, program, isTrusted] { *isTrusted = isFromSamePublisher(self, program); });
-    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    connect(thread, &QThread::finished, this, [this, isTrusted] {
-        if (*isTrusted)
+    // Both files are read as a whole, which may take seconds.
+    const QString self = QCoreApplication::applicationFilePath();
+    m_check.reset(QThread::create(
+        [this, self, program] { m_isTrusted = isFromSamePublisher(self, program); }));
+    connect(m_check.get(), &QThread::finished, this, [this] {
+        if (m_isTrusted)
             startEngine();
         else
             Q_EMIT finished(false, notOurSignatureSentence());
     });
-    thread->start();
+    m_check->start();
 }
 
 void RealRun::startEngine()

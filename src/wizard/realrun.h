@@ -6,8 +6,11 @@
 #include <QDeadlineTimer>
 #include <QTimer>
 
+#include <memory>
+
 class CarriedEngine;
 class InstallerEngine;
+class QThread;
 
 /// A run of the setup engine, with what has to be done before it is started: the engine that this
 /// program carries is unpacked, an uninstaller that still runs is waited for, and where this
@@ -20,6 +23,8 @@ class RealRun : public SetupRun
 public:
     /// `engine` and `carried`, which may be null, must outlive the run.
     RealRun(InstallerEngine &engine, CarriedEngine *carried, const SetupChoices &choices);
+    /// Waits for a check of signatures, which has the files open.
+    ~RealRun() override;
 
     void start() override;
     [[nodiscard]] bool isReal() const override { return true; }
@@ -33,6 +38,8 @@ private:
     InstallerEngine &m_engine;
     CarriedEngine *const m_carried;
     const SetupChoices m_choices;
+    std::unique_ptr<QThread> m_check; ///< of signatures
+    bool m_isTrusted = false; ///< its result
     QTimer m_look; ///< at an uninstaller that still runs
     QDeadlineTimer m_lookDeadline;
 };

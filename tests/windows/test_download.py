@@ -70,7 +70,7 @@ class DownloadTestCase(WindowsTestCase):
         wizard.click_at(PRIMARY)
         self.assertEqual(wizard.wait_end(), 0)
         self.assertEqual(self.world.temp_files(), [])
-        self.assertFalse(self.world.path(FOLDER).exists())
+        self.assertFalse(self.world.uninstall_entry())
 
 
 class Life(DownloadTestCase):
@@ -157,7 +157,8 @@ class Removal(DownloadTestCase):
 
     def test_the_installed_wizard_only_removes(self):
         self.install(dos(self.program), FOLDER)
-        started = self.world.start(f"{FOLDER}\\VarnelSetup.exe")
+        # In its own folder, as by a double click.
+        started = self.world.start("cmd", "/c", f"cd /d {FOLDER} && VarnelSetup.exe")
         wizard = Wizard(self.world, title="Varnel Schematics uninstall", started_by=started)
         self.assertEqual(started.wait(timeout=PATIENCE), 0)
         wizard.wait_page("Administrator rights required")
@@ -183,6 +184,7 @@ class Damage(DownloadTestCase):
                 wizard.click_at(PRIMARY)
                 self.assertEqual(wizard.wait_end(), 0)
         self.assertEqual(self.world.temp_files(), [])
+        self.assertFalse(self.world.uninstall_entry())
 
     def test_altered_byte(self):
         content = bytearray(self.program.read_bytes())
