@@ -8,8 +8,6 @@
 #include <QDir>
 #include <QFile>
 
-#include <cerrno>
-
 namespace {
 
 constexpr qint64 kPieceSize = 256 * 1024;
@@ -72,7 +70,7 @@ QString unpackEngine(const QString &program, const Bundle &bundle, const QString
     });
     if (!isWritten) // of a disk that is nearly full a part may be taken, without an error
         return failure(copy.error() != QFile::NoError ? copy.errorString()
-                                                      : qt_error_string(ENOSPC));
+                                                      : tr("There is no room on the disk"));
     copy.close();
     if (!isCopied) // without an error it ends early
         return source.error() == QFile::NoError ? damagedSentence() : failure(source.errorString());

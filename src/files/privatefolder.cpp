@@ -2,12 +2,12 @@
 
 #include "files/privatefoldernative.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QThread>
 #include <QUuid>
 
-#include <cerrno>
 #include <chrono>
 
 using namespace Qt::Literals::StringLiterals;
@@ -65,7 +65,9 @@ bool PrivateFolder::create()
     m_lock = lockIn(m_path);
     if (m_lock->tryLock(0))
         return true;
-    m_error = qt_error_string(m_lock->error() == QLockFile::PermissionError ? EACCES : ENOSPC);
+    m_error = m_lock->error() == QLockFile::PermissionError
+        ? QCoreApplication::translate("PrivateFolder", "Access is denied")
+        : QCoreApplication::translate("PrivateFolder", "There is no room on the disk");
     return false;
 }
 
