@@ -3,7 +3,9 @@
 #include "app/applicationfonts.h"
 #include "app/applicationicon.h"
 #include "product/product.h"
+#include "system/desktop.h"
 #include "system/machine.h"
+#include "system/runguard.h"
 #include "theme/thememanager.h"
 #include "widgets/animation.h"
 #include "widgets/paintedaccessibility.h"
@@ -23,6 +25,7 @@ void setUpApplication()
     registerApplicationFonts();
     installPaintedAccessibility();
     setDesktopMotionQuery(desktopPrefersReducedMotion);
+    setDesktop(&systemDesktop());
     // Setup has no switch for the theme and is always light. The dark theme is there because the
     // colour tables are those of the application, which has both.
     ThemeManager::instance().setDarkMode(false);

@@ -6,6 +6,7 @@
 #include "system/compositor.h"
 #include "system/installation.h"
 #include "system/launch.h"
+#include "system/runguard.h"
 #include "system/userdata.h"
 #include "widgets/animatedmark.h"
 #include "wizard/celebration.h"
@@ -188,6 +189,7 @@ void InstallerWizard::leavePage(const WizardPage *next)
 {
     m_pane->prepareToShow(next); // before anything that it shows is reset
     m_run.reset();
+    m_runGuard.reset();
     m_finishDelay.stop();
     m_idleDelay.stop();
     m_celebration->stop();
@@ -302,6 +304,8 @@ void InstallerWizard::startRun()
     connect(m_run.get(), &SetupRun::statusChanged, this, &InstallerWizard::showStatus);
     connect(m_run.get(), &SetupRun::finished, this, &InstallerWizard::onRunFinished);
     page->setWaiting(m_run->isReal()); // a simulation has figures at once
+    if (m_run->isReal())
+        m_runGuard = std::make_unique<RunGuard>(*windowHandle(), tr(plan.underWay));
     m_run->start();
 }
 
@@ -318,6 +322,8 @@ bool InstallerWizard::usesEngine() const
 void InstallerWizard::showProgress(double fraction)
 {
     progressPage()->setProgress(fraction);
+    if (m_runGuard)
+        m_runGuard->setProgress(fraction);
     m_announcer.tellStep(progressPage()->currentStep());
     m_rail->mark()->setFill(runPlan(m_choices.mode).fillsMark ? fraction : 1.0 - fraction);
 }
@@ -342,6 +348,7 @@ void InstallerWizard::onRunFinished(bool ok, const QString &error)
         progressPage()->settle();
         removeUserData();
     }
+    m_runGuard.reset();
     m_finishDelay.start();
 }
 
@@ -353,6 +360,8 @@ void InstallerWizard::completeRun()
 
 void InstallerWizard::failRun(const QString &error)
 {
+    if (m_runGuard)
+        m_runGuard->fail();
     progressPage()->showError(error.isEmpty() ? tr("Setup did not complete.") : error);
     m_footer->setStatusText(tr("Setup could not finish"));
     m_footer->clear();

@@ -21,6 +21,7 @@ class InstallerRail;
 class InstallerTitleBar;
 class ProgressPage;
 class QPushButton;
+class RunGuard;
 class SetupRun;
 class WizardPage;
 
@@ -93,6 +94,7 @@ private:
     InstallerEngine *m_engine = nullptr;
     CarriedEngine *m_carriedEngine = nullptr;
     std::unique_ptr<SetupRun> m_run; ///< until the page is left on which it is followed
+    std::unique_ptr<RunGuard> m_runGuard; ///< of a real run, to its end or the sight of its failure
     QTimer m_unpackDelay { this }; ///< so that the first page comes in undisturbed
     QTimer m_finishDelay { this }; ///< how long a completed run stays on screen
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating

@@ -14,6 +14,7 @@ struct RunPlan
     PageId firstPage;
     PageId progressPage;
     PageId finishPage;
+    const char *underWay; ///< why the session should wait; to be translated as the steps
     bool fillsMark; ///< the mark fills with progress; otherwise it empties
     double simulationStep; ///< percentage points per tick without an engine
     std::array<const char *, 4> steps; ///< to be translated in the wizard's context

@@ -1,0 +1,7 @@
+#include "system/desktop.h"
+
+Desktop &systemDesktop()
+{
+    static Desktop desktop;
+    return desktop;
+}

@@ -1,0 +1,6 @@
+#include "wizard/sessionend.h"
+
+std::optional<bool> sessionMayEnd()
+{
+    return {}; // windows.session asks
+}
