@@ -4,6 +4,7 @@
 #include "engine/enginerun.h"
 #include "files/installpath.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QUuid>
@@ -21,7 +22,12 @@ QString newStatusFilePath(const QString &name)
 
 } // namespace
 
-InstallerEngine::InstallerEngine(QObject *parent) : QObject(parent) {}
+InstallerEngine::InstallerEngine(QObject *parent) : QObject(parent)
+{
+    // The end of the session ends the program right after this signal, without any destructor.
+    if (QCoreApplication *application = QCoreApplication::instance())
+        connect(application, &QCoreApplication::aboutToQuit, this, &InstallerEngine::stop);
+}
 
 InstallerEngine::~InstallerEngine()
 {

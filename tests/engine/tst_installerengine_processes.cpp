@@ -1,5 +1,6 @@
 #include "engine/enginescene.h"
 #include "engine/process.h"
+#include "engine/processtree.h"
 
 #include <QProcess>
 #include <QRegularExpression>
@@ -20,6 +21,7 @@ class TestInstallerEngineProcesses : public QObject
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void bornInTheTree();
     void failureEndsAll_data();
     void failureEndsAll();
     void errorOfALivingProcessEndsAll();
@@ -85,6 +87,27 @@ struct Removal : EngineScene
 };
 
 } // namespace
+
+// An engine that starts its second process at once, while this one has not come to attach() yet, as
+// on a busy machine.
+void TestInstallerEngineProcesses::bornInTheTree()
+{
+    EngineScene scene("second-process = 60\nstall = forever\nstage = start\n");
+    QProcess process;
+    ProcessTree tree(process);
+    process.start(Sandbox::setupEngine(), { u"/DIR="_s + scene.sandbox.path(u"app"_s) });
+    QVERIFY(process.waitForStarted(kPatience));
+    QTest::qWait(1000);
+    tree.attach();
+    QTRY_VERIFY_WITH_TIMEOUT(secondProcess(scene.sandbox) > 0, kPatience);
+    const qint64 second = secondProcess(scene.sandbox);
+    QVERIFY(isRunning(second));
+    QVERIFY(tree.isAlive());
+    tree.kill();
+    QVERIFY(process.waitForFinished(kPatience));
+    QTRY_VERIFY_WITH_TIMEOUT(!isRunning(second), kPatience);
+    QVERIFY(!tree.isAlive());
+}
 
 void TestInstallerEngineProcesses::failureEndsAll_data()
 {

@@ -171,6 +171,8 @@ void TestInstallerWizardDesktop::closing()
     QCOMPARE(WizardDriver::runUntilQuit(
                  [&] { QTest::mouseClick(driver->closeButton(), Qt::LeftButton); }),
              0);
+    // Where the session ends, nothing comes after the signal at the end of the event loop.
+    QCOMPARE(driver->sandbox.tempFiles(), QStringList());
     driver.reset();
     QCOMPARE(desktop.told, kEnd);
     QVERIFY(sessionMayEnd().value_or(true));
