@@ -4,10 +4,17 @@
 #include "wizard/installerfooterbar.h"
 #include "wizard/installerrail.h"
 #include "wizard/installertitlebar.h"
+#include "wizard/screenchange.h"
 #include "wizard/windowshape.h"
 #include "wizard/wizardtest.h"
 
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMouseEvent>
+#include <QProcess>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QWindow>
 
@@ -52,6 +59,7 @@ private Q_SLOTS:
     void linesTouchTheirEdges_data();
     void linesTouchTheirEdges();
     void dragToAnotherScreen();
+    void screensChangeDuringARun();
 };
 
 void TestInstallerWizardScreens::screensHaveTheirRatios()
@@ -130,6 +138,59 @@ void TestInstallerWizardScreens::dragToAnotherScreen()
         QCOMPARE(driver.wizard.size(), kWindowSize);
         QCOMPARE(driver.wizard.windowHandle()->size(), kWindowSize);
     }
+}
+
+// A change of scale, a display that is unplugged, with or without the window on it, and all of them
+// back again: the run goes on, and the window is as large as before and wholly painted.
+void TestInstallerWizardScreens::screensChangeDuringARun()
+{
+    QFile file(u"screens.json"_s);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QJsonArray all = QJsonDocument::fromJson(file.readAll())[u"screens"_s].toArray();
+    if (!setScreens(all))
+        QSKIP("Here the screens cannot be changed");
+    const auto restore = qScopeGuard([&all] { QVERIFY(setScreens(all)); });
+
+    WizardDriver driver;
+    driver.sandbox.setScenario("stall = forever\nstage = before-status\n");
+    const QScreen *second = QGuiApplication::screens().at(1);
+    driver.wizard.move(second->geometry().center() - driver.wizard.rect().center());
+    QVERIFY(driver.startRun(RunMode::Install));
+    QCOMPARE(driver.wizard.screen(), second);
+
+    QJsonObject larger = all.at(1).toObject();
+    larger[u"logicalDpi"_s] = 168;
+    QJsonArray otherScale = all;
+    otherScale[1] = larger;
+    QJsonArray withoutPrimary = all;
+    withoutPrimary.removeFirst();
+    QJsonArray withoutBoth = withoutPrimary;
+    withoutBoth.removeFirst();
+    double fraction = 0.0;
+    for (const QJsonArray &screens : { otherScale, all, withoutPrimary, all, withoutBoth, all }) {
+        QVERIFY(setScreens(screens));
+        QCoreApplication::processEvents();
+        QCOMPARE(QGuiApplication::screens().size(), screens.size());
+        const QScreen *screen = driver.wizard.screen();
+        QVERIFY(QGuiApplication::screens().contains(screen));
+        QVERIFY(driver.wizard.isVisible());
+        QVERIFY(driver.wizard.windowHandle()->isVisible());
+        // Windows gives the window its size at the new scale; off screen nobody does.
+        driver.wizard.windowHandle()->resize(kWindowSize);
+        QCoreApplication::processEvents();
+        QCOMPARE(driver.wizard.size(), kWindowSize);
+        QCOMPARE(driver.wizard.devicePixelRatio(), screen->devicePixelRatio());
+        const QImage picture = driver.wizard.grab().toImage();
+        QCOMPARE(picture.devicePixelRatio(), screen->devicePixelRatio());
+        QCOMPARE(picture.size(), kWindowSize * screen->devicePixelRatio());
+        QCOMPARE(holeIn(picture), QPoint(-1, -1));
+        fraction += 0.1;
+        Q_EMIT driver.engine.progress(fraction);
+        QCOMPARE(driver.progress().percent->text(), QString::number(qRound(fraction * 100)) + u'%');
+        QVERIFY(driver.engine.findChild<QProcess *>()->state() == QProcess::Running);
+    }
+    Q_EMIT driver.engine.finished(true, QString());
+    QVERIFY(driver.comesTo("FinishedPage"));
 }
 
 QTEST_MAIN(TestInstallerWizardScreens)
