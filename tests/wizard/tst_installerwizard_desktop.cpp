@@ -167,6 +167,7 @@ void TestInstallerWizardDesktop::closing()
     auto driver = std::make_unique<WizardDriver>();
     driver->sandbox.setScenario(kWaiting);
     QVERIFY(driver->startRun(RunMode::Install));
+    QTRY_VERIFY_WITH_TIMEOUT(!driver->sandbox.tempFiles().isEmpty(), kPatience); // the log
     desktop.told.clear();
     QCOMPARE(WizardDriver::runUntilQuit(
                  [&] { QTest::mouseClick(driver->closeButton(), Qt::LeftButton); }),
