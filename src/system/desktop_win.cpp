@@ -95,7 +95,7 @@ private:
     {
         if (!m_taskBar)
             return; // there is none, as in a session without a shell
-        // The value first: it would end the waiting.
+        // A value comes before its state: by itself it counts as normal progress.
         switch (m_button) {
         case Button::Plain:
             m_taskBar->SetProgressState(m_window, TBPF_NOPROGRESS);

@@ -16,8 +16,8 @@ class RunGuard : public QObject
     Q_OBJECT
 
 public:
-    /// A run begins. `reason` is a sentence for whom the session has to wait; `window` must outlive
-    /// the guard.
+    /// A run begins. `reason` tells the user why the session has to wait; `window` must outlive the
+    /// guard.
     RunGuard(QWindow &window, const QString &reason);
     /// The run is over, or left.
     ~RunGuard() override;
