@@ -1,5 +1,7 @@
 #include "app/applicationsetup.h"
 #include "app/commandline.h"
+#include "app/processstart.h"
+#include "app/qtvariables.h"
 #include "app/removalhandover.h"
 #include "app/silentsetup.h"
 #include "bundle/bundle.h"
@@ -56,14 +58,22 @@ int runWizard(InstallerEngine &engine, CarriedEngine *carried, const CommandLine
 
 int main(int argc, char *argv[])
 {
+    loadFromSystemFolderOnly();
+    const QStringList arguments = processArguments(argc, argv);
+    if (isElevated())
+        removeQtVariables();
+
     const std::optional<Bundle> bundle = carriedBundle();
     if (bundle && hasSilentSwitch(argc, argv)) {
         QCoreApplication application(argc, argv);
         return runSilently(*bundle);
     }
 
-    QApplication application(argc, argv);
-    CommandLine commandLine = parseCommandLine(QApplication::arguments());
+    // Of administrator rights Qt's own options would make use as well ("-platform", "-style"), so
+    // there it sees none but the program's name.
+    int argumentsForQt = isElevated() ? 1 : argc;
+    QApplication application(argumentsForQt, argv);
+    CommandLine commandLine = parseCommandLine(arguments);
     if (const QString removal = removalToHandOver(commandLine); !removal.isEmpty())
         return handOverRemoval(removal);
     if (isInstalledCopy()) {

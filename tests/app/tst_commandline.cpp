@@ -1,4 +1,5 @@
 #include "app/commandline.h"
+#include "app/qtvariables.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -15,6 +16,7 @@ private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void parse_data();
     void parse();
+    void removesVariablesOfQt();
 };
 
 void TestCommandLine::parse_data()
@@ -81,6 +83,17 @@ void TestCommandLine::parse()
     check(u"/opt/VarnelSetup"_s);
     // The name of the program is no option.
     check(u"--uninstall"_s);
+}
+
+void TestCommandLine::removesVariablesOfQt()
+{
+    qputenv("QT_PLUGIN_PATH", "/somewhere");
+    qputenv("qt_scale_factor", "2"); // one and the same on Windows, whatever its case
+    qputenv("QTDIR", "/usr");
+    removeQtVariables();
+    QVERIFY(!qEnvironmentVariableIsSet("QT_PLUGIN_PATH"));
+    QVERIFY(!qEnvironmentVariableIsSet("qt_scale_factor"));
+    QVERIFY(qEnvironmentVariableIsSet("QTDIR"));
 }
 
 QTEST_APPLESS_MAIN(TestCommandLine)

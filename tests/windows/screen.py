@@ -124,6 +124,12 @@ class Wizard:
             ["import", "-silent", "-window", self.window, "-crop", f"{width}x{height}+{x}+{y}",
              "-depth", "8", "rgb:-"], capture_output=True).stdout
 
+    def size(self):
+        told = subprocess.run(["xdotool", "getwindowgeometry", "--shell", self.window], check=True,
+                              capture_output=True, text=True).stdout
+        values = dict(line.split("=") for line in told.splitlines())
+        return int(values["WIDTH"]), int(values["HEIGHT"])
+
     def picture(self, name):
         self._pictures += 1
         subprocess.run(["import", "-silent", "-window", self.window,
