@@ -1,8 +1,10 @@
 #include "widgets/announcer.h"
 
+#include "widgets/notification.h"
 #include "widgets/spokentext.h"
 
 #include <QAccessible>
+#include <QWidget>
 
 #include <algorithm>
 #include <chrono>
@@ -17,7 +19,7 @@ constexpr std::chrono::milliseconds kShortestPause = 2s;
 
 } // namespace
 
-Announcer::Announcer(QObject *parent) : QObject(parent)
+Announcer::Announcer(QWidget *window) : QObject(window), m_window(window)
 {
     m_speaking.setSingleShot(true);
     connect(&m_speaking, &QTimer::timeout, this, &Announcer::sayNews);
@@ -69,6 +71,7 @@ void Announcer::sayNews()
     m_text = text;
     QAccessibleEvent event(this, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&event);
+    notifyScreenReader(*m_window, text);
     pauseFor(text);
 }
 

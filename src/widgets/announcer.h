@@ -2,6 +2,8 @@
 
 #include <QTimer>
 
+class QWidget;
+
 /// Tells screen readers how a run goes. No control that could have the focus shows that, so each
 /// text is a notification of the application. The next one waits until the last one has been
 /// spoken; of several changes in the meantime only the latest is announced.
@@ -10,7 +12,7 @@ class Announcer : public QObject
     Q_OBJECT
 
 public:
-    explicit Announcer(QObject *parent);
+    explicit Announcer(QWidget *window);
 
     /// Starts announcing. The first text waits as long as it takes to speak `spoken`, which the
     /// screen reader says on its own.
@@ -36,6 +38,7 @@ private:
     void sayNews();
     void pauseFor(const QString &spoken);
 
+    QWidget *const m_window;
     bool m_isRunning = false;
     Topic m_step;
     Topic m_status;

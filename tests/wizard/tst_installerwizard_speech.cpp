@@ -9,6 +9,7 @@
 #include "wizard/installertitlebar.h"
 #include "wizard/wizardtest.h"
 
+#include <QAccessible>
 #include <QDir>
 
 using namespace Qt::Literals::StringLiterals;
@@ -23,8 +24,13 @@ struct Listener : WizardDriver
     [[nodiscard]] static QString heard()
     {
         settle();
-        const QWidget *widget = QApplication::focusWidget();
-        return widget ? widget->accessibleDescription() : u"no focus"_s;
+        QWidget *widget = QApplication::focusWidget();
+        if (!widget)
+            return u"no focus"_s;
+        // Narrator reads the help text instead.
+        auto *interface = QAccessible::queryAccessibleInterface(widget);
+        const QString description = widget->accessibleDescription();
+        return interface->text(QAccessible::Help) == description ? description : u"no help"_s;
     }
     [[nodiscard]] bool startUpdate()
     {
@@ -59,6 +65,7 @@ private Q_SLOTS:
     void findings();
     void stateOfABoxIsSaid();
     void pageIsSaidOnce();
+    void helpTextIsNotShown();
     void focusNeverPassesTheTitleBar();
     void runIsToldAsItGoes();
     void failureIsSaidAlone();
@@ -172,6 +179,18 @@ void TestInstallerWizardSpeech::pageIsSaidOnce()
     driver.key(Qt::Key_Backtab, Qt::ShiftModifier);
     QCOMPARE(Listener::focus(), u"Next"_s);
     QCOMPARE(Listener::heard(), QString());
+}
+
+// It would be taken for markup if there is a path in it.
+void TestInstallerWizardSpeech::helpTextIsNotShown()
+{
+    Listener driver;
+    QVERIFY(driver.open(RunMode::Install));
+    QVERIFY(driver.press(u"Next"_s));
+    QVERIFY(!Listener::heard().isEmpty());
+    const qsizetype windows = QApplication::topLevelWidgets().size();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F1, Qt::ShiftModifier);
+    QCOMPARE(QApplication::topLevelWidgets().size(), windows);
 }
 
 // Every stop would be said. Without motion, a page goes the moment the next one comes.

@@ -1,0 +1,60 @@
+"""What Windows' screen reader gets to know of the wizard: its tree of UI Automation, and the notifications of
+a run, which Wine has no reader for but tells as something it lacks."""
+
+import re
+import unittest
+from pathlib import Path
+
+from screen import PRIMARY
+from testcase import WindowsTestCase
+from world import HELPERS, wait_until
+
+TITLE = "Varnel Schematics uninstall"
+
+
+class ScreenReader(WindowsTestCase):
+    def heard(self):
+        """Names in the window, each with its help text."""
+        code, output = self.world.run(HELPERS / "uiautomation.exe", TITLE)
+        self.assertEqual(code, 0, output)
+        return dict(re.findall(r"name=(.+)\|(.*)", output))
+
+    def told(self, wizard, pattern):
+        """What the program tells, in Wine's words."""
+        return re.findall(pattern, wizard.output.read_text(errors="replace"))
+
+    def removal(self, *arguments):
+        self.world.environment["WINEDEBUG"] = "fixme+uiautomation"
+        wizard = self.wizard("--uninstall", *arguments, title=TITLE)
+        wizard.wait_page("Administrator rights required")
+        return wizard
+
+    def test_names_and_help(self):
+        wizard = self.removal()
+        names = self.heard()
+        for name in ("Minimize", "Uninstall Varnel Schematics", "Also delete my preferences and cached data",
+                     "Administrator rights required", "Uninstall"):
+            self.assertIn(name, names)
+        wizard.click_at(PRIMARY)
+        wizard.wait_page("Uninstalled in")
+        self.assertTrue(self.heard()["Close"].startswith(
+            "See You Later! Varnel Schematics has been removed from your computer."))
+        # The bar's value.
+        self.assertTrue(self.told(wizard, r"UiaRaiseAutomationPropertyChangedEvent .*30047.*VT_R8: 100"))
+        wizard.close()
+
+    def test_a_run_is_told(self):
+        # A program that does not end by itself.
+        wizard = self.removal("--uninstaller", "C:\\windows\\system32\\winemine.exe")
+        self.heard()  # before somebody asks for it, nothing is told
+        wizard.click_at(PRIMARY)
+        program = wait_until(lambda: self.world.processes("winemine"), "the program")[0]
+        status = re.search(r"varnel_uninst_\w+\.ini", Path(f"/proc/{program}/cmdline").read_text())[0]
+        (self.world.temp / status).write_text("[setup]\nprogress=0.1\nfile=\nstatus=Looking around\n")
+        wait_until(lambda: self.told(wizard, r'UiaRaiseNotificationEvent .*L"[^"]*Looking around\.?", L"run"'),
+                   "a notification")
+        wizard.kill()
+
+
+if __name__ == "__main__":
+    unittest.main()
