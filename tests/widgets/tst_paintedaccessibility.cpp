@@ -64,7 +64,8 @@ struct Talk
         return heard();
     }
 
-    Announcer announcer { nullptr };
+    QWidget window;
+    Announcer announcer { &window };
 };
 
 } // namespace
