@@ -5,7 +5,7 @@ import unittest
 
 from screen import TITLE_BUTTONS, Wizard
 from testcase import WindowsTestCase
-from world import wait_until
+from world import HELPERS, wait_until
 
 TITLE = "Varnel Schematics setup"
 
@@ -13,6 +13,9 @@ TITLE = "Varnel Schematics setup"
 class Window(WindowsTestCase):
     def facts(self):
         return self.world.window_facts(TITLE)
+
+    def command(self, command):
+        self.assertEqual(self.world.run(HELPERS / "windowfacts.exe", TITLE, command)[0], 0)
 
     def activate(self, window):
         subprocess.run(["xdotool", "windowactivate", "--sync", window], check=True)
@@ -30,8 +33,12 @@ class Window(WindowsTestCase):
         self.assertEqual({self.facts()["foreground"] for _ in range(10)}, {"0"})
 
     def test_native_style(self):
+        self.world.environment["WINEDEBUG"] = "trace+win"
         wizard = self.wizard("--install")
         wizard.settle()
+        del self.world.environment["WINEDEBUG"]
+        # Windows is told that the frame is another, and nothing else.
+        self.assertIn("(0x0), flags 00000037", wizard.output.read_text(errors="replace"))
         facts = self.facts()
         self.assertEqual((facts["minimize-box"], facts["system-menu"], facts["caption"]),
                          ("1", "1", "0"))
@@ -41,13 +48,17 @@ class Window(WindowsTestCase):
         wizard.wait_page("Welcome to the Varnel Schematics Setup Wizard")
         wizard.next("License Agreement")
         before = wizard.pixels()
-        wizard.click_at(TITLE_BUTTONS["minimize"])
-        wait_until(lambda: self.facts()["iconic"] == "1", "the window to be minimised")
-        self.assertIsNone(Wizard.search("--name", f"^{TITLE}$"))
-        self.activate(wizard.window)
-        wait_until(lambda: self.facts()["iconic"] == "0", "the window to come back")
-        wizard.settle()
-        self.assertEqual(wizard.pixels(), before)
+        for minimize, restore in (
+                (lambda: wizard.click_at(TITLE_BUTTONS["minimize"]), lambda: self.activate(wizard.window)),
+                # As the task bar and the system menu do.
+                (lambda: self.command("minimize"), lambda: self.command("restore"))):
+            minimize()
+            wait_until(lambda: self.facts()["iconic"] == "1", "the window to be minimised")
+            self.assertIsNone(Wizard.search("--name", f"^{TITLE}$"))
+            restore()
+            wait_until(lambda: self.facts()["iconic"] == "0", "the window to come back")
+            wizard.settle()
+            self.assertEqual(wizard.pixels(), before)
         wizard.click("I accept the license agreement")
         wizard.next("requirement(s) checked")
 
