@@ -14,7 +14,7 @@ packages="
     fonts-dejavu-core
 "
 # What some of the tests take beyond that.
-analysis_packages="clang clang-format libclang-rt-dev orca"
+analysis_packages="clang clang-format libclang-rt-dev orca fonts-open-sans"
 gates_packages="clang clang-tidy libclang-rt-dev shellcheck"
 windows_test_packages="tesseract-ocr tesseract-ocr-eng osslsigncode openssl python3-yaml softhsm2 libengine-pkcs11-openssl"
 
