@@ -15,7 +15,7 @@
 
 /// Who has signed the program `path`, by the common name of the certificate: only if the signature
 /// is valid and the certificate is one that Windows trusts, by its own check (WinVerifyTrust),
-/// which reads the whole file and may fetch a root certificate. Empty if not, and on other systems.
+/// which reads the whole file. Nothing is fetched for it. Empty if not, and on other systems.
 [[nodiscard]] QString trustedSigner(const QString &path);
 
 /// Whether this program, whose file is `self`, and the one at `path` are signed by the same,

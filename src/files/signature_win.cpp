@@ -75,6 +75,9 @@ QString trustedSigner(const QString &path)
     data.dwUnionChoice = WTD_CHOICE_FILE;
     data.pFile = &file;
     data.dwStateAction = WTD_STATEACTION_VERIFY;
+    // The network could take long. What it takes to trust this program is here: the consent prompt
+    // has named its publisher.
+    data.dwProvFlags = WTD_CACHE_ONLY_URL_RETRIEVAL;
     GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
     const bool isTrusted = verify(nullptr, &action, &data) == ERROR_SUCCESS;
     const QString name = isTrusted ? signerOf(data.hWVTStateData) : QString();

@@ -180,7 +180,7 @@ void TestRevealRow::isNotPaintedWhileItIsHidden()
 void TestRevealRow::fadesAndSlides()
 {
     const QList<std::pair<double, int>> scenes { { 0.25, 8 }, { 0.5, 12 }, { 0.5, 4 }, { 1.0, 8 } };
-    for (const auto [reveal, slide] : scenes) {
+    for (const auto &[reveal, slide] : scenes) {
         Row row(slide);
         row.setReveal(reveal);
         const double top = 8.0 + (1.0 - reveal) * slide;
