@@ -62,7 +62,7 @@ class Failures(FailureTestCase):
         return dos(damaged)
 
     def test_engine_with_damaged_files(self):
-        wizard = self.update(self.damaged_engine(0.5), "C:\\Apps")
+        wizard = self.update(self.damaged_engine(0.25), "C:\\Apps")
         self.assert_failure(wizard, "cancelled during setup", "C:\\Apps\\parts",
                             "varnel_setup_last.log")
         self.assertIn("The source file is corrupted", self.kept_log())
