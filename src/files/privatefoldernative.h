@@ -9,7 +9,7 @@ public:
     /// Makes the folder `path`, which must not exist. Null, with the system's words in `error`, if
     /// that fails.
     static std::unique_ptr<Native> make(const QString &path, QString *error);
-    ~Native();
+    ~Native(); // NOLINT(performance-trivially-destructible): on Windows it closes the handle
     Q_DISABLE_COPY_MOVE(Native)
 
     /// The folder `path`, if it is one, no link to one, and has the owner of this one; null if not.
