@@ -8,7 +8,7 @@ import unittest
 from pathlib import Path
 
 from screen import PRIMARY, SETUP, TITLE_BUTTONS, Wizard
-from testcase import EARLIER_ENGINE, ENGINE, SILENT, VERSION, WindowsTestCase
+from testcase import EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SILENT, VERSION, WindowsTestCase
 from world import HELPERS, PATIENCE, UNINSTALL, dos, wait_until
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -293,12 +293,28 @@ class Ends(DownloadTestCase):
         self.assertEqual(first.close(), 0)
         self.assertEqual(self.world.temp_files(), [])
 
-    def test_removal_beside_the_running_application(self):
-        self.install(ENGINE, FOLDER)
-        application = self.world.path(FOLDER) / "VarnelSolutions.exe"
-        shutil.copy(HELPERS / "holdfile.exe", application)
+    def run_application(self):
+        """A copy whose application runs, of an earlier version; returns its files."""
+        self.install(EARLIER_ENGINE, FOLDER)
+        shutil.copy(HELPERS / "holdfile.exe", self.world.path(FOLDER) / "VarnelSolutions.exe")
         self.world.hold("C:\\windows\\win.ini", program=f"{FOLDER}\\VarnelSolutions.exe")
-        before = self.world.files_below(FOLDER)
+        return self.world.files_below(FOLDER)
+
+    def test_update_beside_the_running_application(self):
+        before = self.run_application()
+        wizard = self.download()
+        wizard.wait_page("Update Available")
+        wizard.press("Return")
+        wizard.wait_page("Review before you update")
+        wizard.press("Return")
+        wizard.wait_page("Varnel Schematics is running. Close it and try again.", patience=120)
+        wizard.click_at(PRIMARY)
+        self.assertEqual(wizard.wait_end(), 0)
+        self.assertEqual(self.world.files_below(FOLDER), before)
+        self.assertEqual(self.world.uninstall_entry()["DisplayVersion"], EARLIER_VERSION)
+
+    def test_removal_beside_the_running_application(self):
+        before = self.run_application()
         wizard = self.wizard("--uninstall", title="Varnel Schematics uninstall")
         wizard.wait_page("Administrator rights required")
         wizard.click_at(PRIMARY)
