@@ -7,6 +7,7 @@
 #include "bundle/bundle.h"
 #include "bundle/carriedengine.h"
 #include "engine/installerengine.h"
+#include "files/elevation.h"
 #include "system/installation.h"
 #include "wizard/installerwizard.h"
 

@@ -6,10 +6,6 @@
 /// lie in the download folder. Nothing happens elsewhere.
 void loadFromSystemFolderOnly();
 
-/// Whether this process has administrator rights that the user's other programs lack; false away
-/// from Windows, where nothing starts it with more rights than its user's.
-[[nodiscard]] bool isElevated();
-
 /// The arguments that this process was started with, the program first. Unlike those of the
 /// application object, they have all that Qt would take for itself.
 [[nodiscard]] QStringList processArguments(int argc, const char *const *argv);

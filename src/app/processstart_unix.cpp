@@ -4,11 +4,6 @@
 
 void loadFromSystemFolderOnly() {}
 
-bool isElevated()
-{
-    return false;
-}
-
 QStringList processArguments(int argc, const char *const *argv)
 {
     QStringList arguments;

@@ -10,19 +10,6 @@ void loadFromSystemFolderOnly()
     SetDllDirectoryW(L""); // not from the current folder either
 }
 
-bool isElevated()
-{
-    HANDLE token = nullptr;
-    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token))
-        return true;
-    TOKEN_ELEVATION elevation {};
-    DWORD size = 0;
-    const bool isKnown =
-        GetTokenInformation(token, TokenElevation, &elevation, sizeof elevation, &size);
-    CloseHandle(token);
-    return !isKnown || elevation.TokenIsElevated;
-}
-
 QStringList processArguments(int, const char *const *)
 {
     // What main() gets has lost what the system's code page lacks.

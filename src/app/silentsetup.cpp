@@ -56,7 +56,7 @@ int runSilently(const Bundle &bundle)
     if (!folder.create())
         return fail(unpackFailure(folder.errorString(), bundle.size));
     folder.removeAbandoned();
-    const QString engine = folder.filePath(u"VarnelEngine.exe"_s);
+    const QString engine = folder.filePath(kUnpackedEngine.toString());
     GuardedFile file;
     if (const QString error = unpackEngine(self, bundle, engine, file, [] { return true; });
         !error.isEmpty())

@@ -6,7 +6,6 @@
 
 #include <chrono>
 
-using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -39,7 +38,7 @@ void CarriedEngine::start()
 
 QString CarriedEngine::path() const
 {
-    return m_folder.filePath(u"VarnelEngine.exe"_s);
+    return m_folder.filePath(kUnpackedEngine.toString());
 }
 
 void CarriedEngine::unpack()

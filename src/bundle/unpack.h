@@ -7,6 +7,9 @@
 class GuardedFile;
 struct Bundle;
 
+/// What the engine is called in its own folder.
+inline constexpr QStringView kUnpackedEngine = u"VarnelEngine.exe";
+
 /// The sentence for a download that is not what was put on the web site.
 [[nodiscard]] QString damagedSentence();
 

@@ -1,3 +1,4 @@
+#include "files/elevation.h"
 #include "files/privatefoldernative.h"
 
 #include <QByteArray>
@@ -27,27 +28,6 @@ const wchar_t *wide(const QString &text)
     return reinterpret_cast<const wchar_t *>(text.utf16());
 }
 
-QByteArray tokenInformation(TOKEN_INFORMATION_CLASS kind)
-{
-    HANDLE token = nullptr;
-    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token))
-        return {};
-    DWORD size = 0;
-    GetTokenInformation(token, kind, nullptr, 0, &size);
-    QByteArray information(size, '\0');
-    if (!GetTokenInformation(token, kind, information.data(), size, &size))
-        information.clear();
-    CloseHandle(token);
-    return information;
-}
-
-bool isElevated()
-{
-    const QByteArray information = tokenInformation(TokenElevation);
-    return size_t(information.size()) >= sizeof(TOKEN_ELEVATION)
-        && reinterpret_cast<const TOKEN_ELEVATION *>(information.constData())->TokenIsElevated;
-}
-
 /// In the form of security descriptors; empty if Windows does not tell.
 QString sidText(PSID sid)
 {
@@ -60,10 +40,17 @@ QString sidText(PSID sid)
 
 QString userSid()
 {
-    const QByteArray information = tokenInformation(TokenUser);
-    return size_t(information.size()) < sizeof(TOKEN_USER)
-        ? QString()
-        : sidText(reinterpret_cast<const TOKEN_USER *>(information.constData())->User.Sid);
+    HANDLE token = nullptr;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token))
+        return {};
+    DWORD size = 0;
+    GetTokenInformation(token, TokenUser, nullptr, 0, &size);
+    QByteArray information(size, '\0');
+    const bool isKnown = GetTokenInformation(token, TokenUser, information.data(), size, &size);
+    CloseHandle(token);
+    return isKnown
+        ? sidText(reinterpret_cast<const TOKEN_USER *>(information.constData())->User.Sid)
+        : QString();
 }
 
 /// Who owns the file or folder that is open; empty if Windows does not tell.

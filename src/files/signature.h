@@ -21,5 +21,6 @@
 /// Whether this program, whose file is `self`, and the one at `path` are signed by the same,
 /// trusted name. Reads both files.
 [[nodiscard]] bool isFromSamePublisher(const QString &self, const QString &path);
-/// The sentence for a program that may not.
+
+/// What the user is told of a program that is not.
 [[nodiscard]] QString notOurSignatureSentence();

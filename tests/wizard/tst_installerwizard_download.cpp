@@ -40,6 +40,7 @@ class TestInstallerWizardDownload : public WizardTest
 private Q_SLOTS:
     void firstPageComesFirst();
     void removalUnpacksNothing();
+    void removalIsNotSimulated();
     void runWaitsForTheEngine();
     void damageEndsTheRun();
     void damagedFileHasOnePage();
@@ -60,6 +61,13 @@ void TestInstallerWizardDownload::removalUnpacksNothing()
     download.driver.show(RunMode::Uninstall);
     QTest::qWait(2000);
     QVERIFY(!download.isUnpacking());
+}
+
+void TestInstallerWizardDownload::removalIsNotSimulated()
+{
+    Download download;
+    QVERIFY(download.driver.startRun(RunMode::Uninstall));
+    QCOMPARE(download.driver.progress().caption->text(), u"The uninstaller could not be found."_s);
 }
 
 // Here it is no program, so that the run ends with its start.

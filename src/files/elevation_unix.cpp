@@ -1,0 +1,6 @@
+#include "files/elevation.h"
+
+bool isElevated()
+{
+    return false;
+}

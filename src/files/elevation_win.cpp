@@ -1,0 +1,16 @@
+#include "files/elevation.h"
+
+#include <qt_windows.h>
+
+bool isElevated()
+{
+    HANDLE token = nullptr;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token))
+        return true; // as then less is let in
+    TOKEN_ELEVATION elevation {};
+    DWORD size = 0;
+    const bool isKnown =
+        GetTokenInformation(token, TokenElevation, &elevation, sizeof elevation, &size);
+    CloseHandle(token);
+    return !isKnown || elevation.TokenIsElevated;
+}
