@@ -34,6 +34,18 @@ bool isUninstallerBusy(const QString &uninstaller)
     return QFileInfo::exists(data) && !probe.hold(data);
 }
 
+/// Whether a program of the copy that `uninstaller` removes runs. The uninstaller is itself held
+/// by us, which looks like use.
+bool isApplicationInUse(const QString &uninstaller)
+{
+    const QFileInfo program(uninstaller);
+    if (!program.isFile())
+        return false; // its folder would be the current one
+    const QString folder = program.absolutePath();
+    return QDir(folder) == QDir(QDir::fromNativeSeparators(installLocation()))
+        && hasProgramsInUse(folder, { uninstaller, QCoreApplication::applicationFilePath() });
+}
+
 } // namespace
 
 RealRun::RealRun(InstallerEngine &engine, CarriedEngine *carried, const SetupChoices &choices)
@@ -87,12 +99,8 @@ void RealRun::removeWhenPossible()
         return;
     }
     m_look.stop();
-    // The uninstaller would delete what it can and say that all is well. It is itself held by us,
-    // which looks like use.
-    const QString folder = QFileInfo(m_choices.uninstaller).absolutePath();
-    if (QDir(folder) == QDir(QDir::fromNativeSeparators(installLocation()))
-        && hasProgramsInUse(folder,
-                            { m_choices.uninstaller, QCoreApplication::applicationFilePath() })) {
+    // The uninstaller would delete what it can and say that all is well.
+    if (isApplicationInUse(m_choices.uninstaller)) {
         Q_EMIT finished(false, tr("Varnel Schematics is running. Close it and try again."));
         return;
     }
