@@ -13,8 +13,18 @@ from world import HELPERS, PATIENCE, UNINSTALL, dos, wait_until
 
 ROOT = Path(__file__).resolve().parents[2]
 ENGINE_FILE = Path(os.environ["VARNEL_ENGINE"])
+SETUP_FILE = Path(SETUP)
 FOLDER = "C:\\Apps\\Varnel"
 DAMAGED = "This setup file is damaged. Please download it again."
+
+
+def alter(program, place):
+    """Changes the byte of a file that stands there."""
+    with open(program, "r+b") as file:
+        file.seek(place)
+        byte = file.read(1)[0]
+        file.seek(place)
+        file.write(bytes([byte ^ 1]))
 
 
 class DownloadTestCase(WindowsTestCase):
@@ -40,29 +50,12 @@ class DownloadTestCase(WindowsTestCase):
                          if path.read_bytes() == ENGINE_FILE.read_bytes()), None)
         return wait_until(find, "the unpacked engine")
 
-    def certificate(self, name):
-        """A certificate that this world trusts, as sign takes it."""
-        folder = self.world.folder / name
-        folder.mkdir()
-        for command in (
-            ["req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", "key", "-out", "certificate",
-             "-days", "2", "-subj", f"/CN={name}", "-addext", "extendedKeyUsage=codeSigning"],
-            ["pkcs12", "-export", "-inkey", "key", "-in", "certificate", "-out", "p12", "-passout", "pass:secret"],
-            ["x509", "-in", "certificate", "-outform", "DER", "-out", "der"],
-        ):
-            subprocess.run(["openssl", *command], cwd=folder, check=True, capture_output=True)
-        code, output = self.world.run(HELPERS / "trustcertificate.exe", dos(folder / "der"))
-        self.assertEqual(code, 0, output)
-        (folder / "password").write_text("secret")
-        return {"VARNEL_CERTIFICATE": str(folder / "p12"),
-                "VARNEL_CERTIFICATE_PASSWORD_FILE": str(folder / "password")}
-
-    def signed(self, program, name, certificate):
+    def signed(self, program, name, keys):
         copy = self.world.folder / name
         shutil.copy(program, copy)
-        subprocess.run([ROOT / "tools/windows/sign", copy], env=os.environ | certificate, check=True,
+        subprocess.run([ROOT / "tools/windows/sign", copy], env=os.environ | keys.variables, check=True,
                        stdout=subprocess.DEVNULL)
-        return dos(copy)
+        return copy
 
     def assert_fails(self, wizard, *texts):
         for text in ("Setup could not finish", *texts):
@@ -102,6 +95,15 @@ class Life(DownloadTestCase):
         # No window opens for a folder that the engine refuses.
         code, _ = self.world.run(dos(self.program), *SILENT, "/DIR=Z:\\proc\\Varnel")
         self.assertNotEqual(code, 0)
+        self.assertEqual(self.world.temp_files(), [])
+
+    def test_silent_with_the_window_of_the_engine(self):
+        with self.world.braked("VarnelEngine.tmp"):
+            setup = self.world.start(dos(self.program), "/Silent", *SILENT[1:], f"/DIR={FOLDER}")
+            wait_until(lambda: Wizard.search("--name", "^Setup - Varnel Schematics"), "the engine's window")
+            self.assertIsNone(Wizard.search("--name", "^Varnel Schematics setup$"))
+        self.assertEqual(setup.wait(timeout=PATIENCE), 0)
+        self.assertIn("VarnelSolutions.exe", self.world.files_below(FOLDER))
         self.assertEqual(self.world.temp_files(), [])
 
 
@@ -171,9 +173,7 @@ class Damage(DownloadTestCase):
     def test_cut_off_anywhere_behind_the_image(self):
         begin = self.program.read_bytes().index(ENGINE_FILE.read_bytes())
         end = begin + ENGINE_FILE.stat().st_size
-        signed = self.world.folder / "signed.exe"
-        self.signed(self.program, signed.name, self.certificate("Ours"))
-        whole = signed.read_bytes()
+        whole = self.signed(self.program, "signed.exe", self.trusted_keys("Ours")).read_bytes()
         certificate = -(-end // 8) * 8
         for length in (begin - 1, begin, begin + 1, (begin + end) // 2, end - 1, end, certificate,
                        certificate + 1, certificate + 8, len(whole) - 1):
@@ -187,9 +187,7 @@ class Damage(DownloadTestCase):
         self.assertFalse(self.world.uninstall_entry())
 
     def test_altered_byte(self):
-        content = bytearray(self.program.read_bytes())
-        content[-len(ENGINE_FILE.read_bytes()) // 2] ^= 1
-        self.program.write_bytes(content)
+        alter(self.program, self.program.stat().st_size - ENGINE_FILE.stat().st_size // 2)
         wizard = self.download()
         wizard.walk_to_ready()
         wizard.click_at(PRIMARY)
@@ -242,7 +240,7 @@ class Publishers(DownloadTestCase):
     """Where the wizard is signed, so must be what it starts, by the same name."""
 
     def update(self, wizard, engine):
-        wizard = self.wizard("--update", "--setup-exe", engine, program=wizard)
+        wizard = self.wizard("--update", "--setup-exe", dos(engine), program=dos(wizard))
         wizard.wait_page("performance fixes")
         wizard.next("Review before you update")
         wizard.click_at(PRIMARY)
@@ -251,14 +249,12 @@ class Publishers(DownloadTestCase):
     def test_only_an_engine_of_the_same_publisher_is_started(self):
         self.world.import_registry({f"HKEY_LOCAL_MACHINE\\{UNINSTALL}": {"InstallLocation": FOLDER}})
         self.world.path(FOLDER).mkdir(parents=True)
-        ours, theirs = self.certificate("Ours"), self.certificate("Theirs")
+        ours, theirs = self.trusted_keys("Ours"), self.trusted_keys("Theirs")
         wizard = self.signed(SETUP, "wizard.exe", ours)
-        altered = self.world.path("C:\\altered.exe")
-        content = bytearray(Path(self.world.folder / "wizard.exe").read_bytes())
-        content[len(content) // 2] ^= 1
-        altered.write_bytes(content)
-        for engine in (ENGINE, self.signed(ENGINE_FILE, "theirs.exe", theirs), "C:\\altered.exe"):
-            with self.subTest(engine=engine):
+        altered = self.signed(ENGINE_FILE, "altered.exe", ours)
+        alter(altered, altered.stat().st_size // 2)
+        for engine in ENGINE_FILE, self.signed(ENGINE_FILE, "theirs.exe", theirs), altered:
+            with self.subTest(engine=engine.name):
                 refused = self.update(wizard, engine)
                 refused.wait_page("The setup engine is not signed by Varnel Solutions Team.")
                 refused.click_at(PRIMARY)
@@ -267,6 +263,28 @@ class Publishers(DownloadTestCase):
         done = self.update(wizard, self.signed(ENGINE_FILE, "ours.exe", ours))
         done.wait_page("Updated in 38 seconds", patience=120)
         self.assertEqual(done.close(), 0)
+
+    def test_silently_too(self):
+        ours = self.trusted_keys("Ours")
+        unsigned_inside = self.signed(self.program, "unsigned inside.exe", ours)
+        self.bundle(self.signed(ENGINE_FILE, "engine.exe", ours))
+        download = self.signed(self.program, "download.exe", ours)
+        altered = self.world.folder / "altered.exe"
+        shutil.copy(download, altered)
+        alter(altered, SETUP_FILE.stat().st_size + ENGINE_FILE.stat().st_size // 2)
+        for program, reason in (
+            (unsigned_inside, "The setup engine is not signed by Varnel Solutions Team."),
+            (altered, DAMAGED),
+        ):
+            with self.subTest(program=program.name):
+                log = program.with_suffix(".txt")
+                code, _ = self.world.run(dos(program), *SILENT, f"/DIR={FOLDER}", f"/LOG={dos(log)}")
+                self.assertEqual(code, 3)
+                self.assertIn(reason, log.read_text(encoding="utf-8"))
+                self.assertFalse(self.world.uninstall_entry())
+        code, _ = self.world.run(dos(download), *SILENT, f"/DIR={FOLDER}")
+        self.assertEqual(code, 0)
+        self.assertEqual(self.world.temp_files(), [])
 
 
 class Ends(DownloadTestCase):

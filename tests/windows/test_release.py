@@ -1,5 +1,5 @@
 """A release, made by the one command from a copy of the project in another folder, signed with a certificate made
-for the occasion."""
+for the occasion and with the time; and the finished file, used by mouse."""
 
 import hashlib
 import os
@@ -12,6 +12,11 @@ import unittest
 from pathlib import Path
 
 import yaml
+
+from keys import DAYS, Keys, TimeStampServer
+from screen import PRIMARY, TITLE_BUTTONS, Wizard
+from testcase import WindowsTestCase
+from world import PATIENCE, dos, wait_until
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tests" / "support"))
@@ -27,45 +32,38 @@ ENGINE = WORK / "engine" / f"VarnelEngine-{PRODUCT['version']}.exe"
 RELINK = RELEASE / f"relink-{PRODUCT['version']}.tar.xz"
 PACKAGE = "VarnelSolutionsTeam.VarnelSchematics"
 
+KEYS = Keys(PRODUCT["publisher"])
+STAMPS = TimeStampServer(KEYS)
 
-def run_release(*options):
+
+def setUpModule():
+    unittest.addModuleCleanup(KEYS.end)
+    unittest.addModuleCleanup(STAMPS.end)
+    shutil.rmtree(FOLDER, ignore_errors=True)
+    # Not the times of the files: those of a new clone are others too.
+    shutil.copytree(ROOT, COPY, ignore=shutil.ignore_patterns("build", ".git"), copy_function=shutil.copy)
+    (FOLDER / "it's ours").mkdir()
+    (FOLDER / "it's ours" / PRODUCT["executable"]).write_bytes(b"MZ")
+    release()
+
+
+def run_release(time_stamps):
+    variables = dict(KEYS.variables, VARNEL_TIMESTAMP_URL=time_stamps, no_proxy="127.0.0.1")
+    certificate = variables.pop("VARNEL_CERTIFICATE")
     return subprocess.run(
         [COPY / "tools/windows/release", "--payload", FOLDER / "it's ours", "--without-webview2",
-         "--without-vcredist", "--certificate", FOLDER / "certificate.p12", *options],
-        env=os.environ | {"VARNEL_CERTIFICATE_PASSWORD_FILE": str(FOLDER / "password"), "VARNEL_TIMESTAMP_URL": ""},
-        stdin=subprocess.DEVNULL, capture_output=True, text=True)
+         "--without-vcredist", "--certificate", certificate],
+        env=os.environ | variables, stdin=subprocess.DEVNULL, capture_output=True, text=True)
 
 
 def release():
     """Makes a release of what lies in the payload's folder."""
-    result = run_release("--without-timestamp")
+    result = run_release(STAMPS.url)
     if result.returncode != 0:
         raise AssertionError(f"release ended with {result.returncode}:\n{result.stdout[-4000:]}{result.stderr}")
 
 
-def openssl(command):
-    subprocess.run(["openssl", *command.split()], cwd=FOLDER, check=True, capture_output=True)
-
-
 class Release(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        shutil.rmtree(FOLDER, ignore_errors=True)
-        # Not the times of the files: those of a new clone are others too.
-        shutil.copytree(ROOT, COPY, ignore=shutil.ignore_patterns("build", ".git"), copy_function=shutil.copy)
-        (FOLDER / "it's ours").mkdir()
-        (FOLDER / "it's ours" / PRODUCT["executable"]).write_bytes(b"MZ")
-        (FOLDER / "password").write_text("secret")
-        openssl("req -x509 -newkey rsa:2048 -nodes -keyout key.pem -out certificate.pem -days 2 -subj /CN=Test"
-                " -addext extendedKeyUsage=codeSigning")
-        openssl("pkcs12 -export -inkey key.pem -in certificate.pem -out certificate.p12 -passout file:password")
-        release()
-
-    def assert_signed(self, program):
-        result = subprocess.run(["osslsigncode", "verify", "-CAfile", FOLDER / "certificate.pem", program],
-                                capture_output=True, text=True)
-        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
-
     def test_the_wizard_is_the_same_in_every_folder(self):
         built = COPY / "build/windows-release/bin/VarnelSetup.exe"
         self.assertEqual(hashlib.sha256(built.read_bytes()).hexdigest(),
@@ -77,13 +75,14 @@ class Release(unittest.TestCase):
         offset, size = struct.unpack_from("<qq", data, marker)
         self.assertEqual(data[offset:offset + size], ENGINE.read_bytes())
 
-    def test_everything_that_windows_starts_is_signed(self):
+    def test_signatures_outlive_the_certificate(self):
         for program in SETUP, ENGINE, WORK / "VarnelSetup.exe":
             with self.subTest(program=program.name):
-                self.assert_signed(program)
+                verified = KEYS.verify(program, 2 * DAYS)
+                self.assertEqual(verified.returncode, 0, verified.stdout + verified.stderr)
 
     def test_without_a_time_stamp_it_has_to_be_told(self):
-        result = run_release()
+        result = run_release("")
         self.assertNotEqual(result.returncode, 0)
         self.assertIn("--without-timestamp", result.stderr)
 
@@ -159,6 +158,30 @@ class Release(unittest.TestCase):
         release()
         self.assertEqual({path.name for path, time in times().items() if time != before[path]},
                          {ENGINE.name, SETUP.name})
+
+
+class FinishedFile(WindowsTestCase):
+    def test_installs_and_is_removed_by_mouse(self):
+        self.world.trust(KEYS)
+        wizard = self.wizard(program=dos(SETUP))
+        wizard.walk_to_ready("C:\\My Apps")
+        wizard.click_at(PRIMARY)
+        wizard.wait_page("Finished in 51 seconds", patience=120)
+        self.assertEqual(wizard.close(), 0)
+        self.assertEqual(self.world.temp_files(), [])
+        self.assertEqual(self.world.path(f"C:\\My Apps\\{PRODUCT['executable']}").read_bytes(), b"MZ")
+
+        command = self.world.uninstall_entry()["UninstallString"]
+        uninstaller = self.world.start(command.strip('"'))
+        wizard = Wizard(self.world, title="Varnel Schematics uninstall", started_by=uninstaller)
+        self.assertEqual(uninstaller.wait(timeout=PATIENCE), 1)
+        wizard.wait_page("Administrator rights required")
+        wizard.click_at(PRIMARY)
+        wizard.wait_page("Uninstalled in 24 seconds", patience=120)
+        # The folder itself was there before.
+        wait_until(lambda: not self.world.files_below("C:\\My Apps"), "the end of the removal")
+        self.assertFalse(self.world.uninstall_entry())
+        wizard.click_at(TITLE_BUTTONS["close"])
 
 
 if __name__ == "__main__":

@@ -6,6 +6,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
+from keys import Keys
 from screen import Wizard
 from world import World, dos
 
@@ -31,6 +32,13 @@ class WindowsTestCase(unittest.TestCase):
         wizard = Wizard(self.world, *arguments, **options)
         self.addCleanup(wizard.kill)
         return wizard
+
+    def trusted_keys(self, publisher):
+        """The keys of a publisher that this world trusts."""
+        keys = Keys(publisher)
+        self.addCleanup(keys.end)
+        self.world.trust(keys)
+        return keys
 
     def small_disk(self):
         """A disk of one megabyte, for the time of the test. Programs that run already see none."""

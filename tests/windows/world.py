@@ -82,6 +82,12 @@ class World:
         code = self.start(program, *arguments, output=output).wait(timeout=PATIENCE)
         return code, output.read_text(errors="replace")
 
+    def trust(self, keys):
+        """Makes Windows trust the publisher that has these keys."""
+        keys.openssl("x509 -in root.pem -outform DER -out root.der")
+        code, output = self.run(HELPERS / "trustcertificate.exe", dos(keys.folder / "root.der"))
+        assert code == 0, output
+
     def window_facts(self, title):
         code, output = self.run(HELPERS / "windowfacts.exe", title)
         return dict(line.split("=") for line in output.split()) if code == 0 else {}
