@@ -6,7 +6,7 @@ bool isElevated()
 {
     HANDLE token = nullptr;
     if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token))
-        return true; // as then less is let in
+        return true; // the caller then trusts less of its environment
     TOKEN_ELEVATION elevation {};
     DWORD size = 0;
     const bool isKnown =

@@ -5,8 +5,8 @@
 #include <memory>
 
 /// Keeps a file as it is: until it is released nobody can write, rename or delete it, not even an
-/// administrator. It can be read and started. Only Windows has such locks; elsewhere this looks
-/// after nothing but the file's being there.
+/// administrator. It can be read and started. Only Windows has such locks; elsewhere this only
+/// checks that the file can be read.
 class GuardedFile
 {
 public:

@@ -46,24 +46,31 @@ PrivateFolder::PrivateFolder() = default;
 
 PrivateFolder::~PrivateFolder()
 {
+    remove();
+}
+
+void PrivateFolder::remove()
+{
     if (!m_lock)
         return;
     m_lock.reset();
     QDeadlineTimer deadline(kRemovalTimeout);
     while (!removeFiles(m_path) && !deadline.hasExpired())
         QThread::msleep(kLookInterval.count());
-    m_native.reset(); // so far nobody could lead us to the files of another folder
+    m_native.reset(); // not before: it keeps the folder from being replaced
     QDir().rmdir(m_path);
 }
 
 bool PrivateFolder::create()
 {
-    m_path = QDir::temp().absoluteFilePath(kPrefix + QUuid::createUuid().toString(QUuid::Id128));
-    m_native = Native::make(m_path, &m_error);
+    const QString name = kPrefix + QUuid::createUuid().toString(QUuid::Id128);
+    m_native = Native::make(QDir::temp().absoluteFilePath(name), &m_error);
     if (!m_native)
         return false;
+    m_path = m_native->path();
     m_lock = lockIn(m_path);
-    if (m_lock->tryLock(0))
+    // Another process may hold it for a moment, to see whether the folder is in use.
+    if (m_lock->tryLock(int(kRemovalTimeout.count())))
         return true;
     m_error = m_lock->error() == QLockFile::PermissionError
         ? QCoreApplication::translate("PrivateFolder", "Access is denied")
@@ -82,10 +89,10 @@ void PrivateFolder::removeAbandoned() const
     const QDir temp = QDir::temp();
     const QStringList names = temp.entryList({ kPrefix + u'*' }, QDir::Dirs | QDir::Hidden);
     for (const QString &name : names) {
-        const QString path = temp.absoluteFilePath(name);
-        std::unique_ptr<Native> folder = m_native->withSameOwner(path);
+        std::unique_ptr<Native> folder = m_native->withSameOwner(temp.absoluteFilePath(name));
         if (!folder)
             continue;
+        const QString path = folder->path();
         std::unique_ptr<QLockFile> lock = lockIn(path);
         if (!lock->tryLock(0))
             continue;

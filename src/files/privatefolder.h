@@ -7,8 +7,8 @@
 
 /// A new folder in the temp folder that only the user of this process may enter; if the process is
 /// elevated, only administrators and the system, as other programs of the same user then have fewer
-/// rights than this one. Until the object goes nobody can put another folder in its place. It has
-/// no folders inside, and goes with the object, with all its files.
+/// rights than this one. While the object lives, the folder cannot be replaced, nor a folder on the
+/// way to it. The destructor removes it with its files; make no folders in it.
 class PrivateFolder
 {
 public:
@@ -18,6 +18,8 @@ public:
 
     /// Once. False if the folder cannot be made; errorString() then has the system's words.
     bool create();
+    /// Removes the folder with its files, before the object goes.
+    void remove();
     /// Leaves the folder where it is when the object goes, for a program in it that goes on.
     /// Windows removes it when it starts the next time, if this process may ask it to.
     void leaveUntilRestart();
@@ -26,8 +28,8 @@ public:
     [[nodiscard]] QString filePath(const QString &name) const { return m_path + u'/' + name; }
     [[nodiscard]] QString errorString() const { return m_error; }
 
-    /// Removes such folders that were left by processes which have been killed: those of the same
-    /// owner as this one, which has been created, that nobody uses.
+    /// Removes folders that killed processes have left: those of the same owner as this one that
+    /// are not in use. Call create() first.
     void removeAbandoned() const;
 
 private:

@@ -11,10 +11,12 @@ std::unique_ptr<PrivateFolder::Native> PrivateFolder::Native::make(const QString
                                                                    QString *error)
 {
     if (mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0)
-        return std::unique_ptr<Native>(new Native(nullptr));
+        return std::unique_ptr<Native>(new Native(nullptr, path));
     *error = qt_error_string(errno);
     return nullptr;
 }
+
+PrivateFolder::Native::Native(void *handle, const QString &path) : m_path(path), m_handle(handle) {}
 
 PrivateFolder::Native::~Native() = default;
 
@@ -25,7 +27,7 @@ PrivateFolder::Native::withSameOwner(const QString &path) const
     const bool isOurs = lstat(QFile::encodeName(path).constData(), &facts) == 0
         && S_ISDIR(facts.st_mode) && facts.st_uid == geteuid()
         && (facts.st_mode & (S_IRWXG | S_IRWXO)) == 0;
-    return std::unique_ptr<Native>(isOurs ? new Native(nullptr) : nullptr);
+    return std::unique_ptr<Native>(isOurs ? new Native(nullptr, path) : nullptr);
 }
 
 void PrivateFolder::Native::removeAtRestart(const QString &) {}

@@ -11,6 +11,7 @@
 #include <winternl.h>
 
 #include <memory>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -75,6 +76,23 @@ HANDLE openFolder(const QString &path)
                        FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
 }
 
+/// Where the folder is that was opened by `path`, whatever links have led there. That path itself
+/// if Windows does not tell, as for a drive that its mount manager does not know.
+QString pathWithoutLinks(HANDLE handle, const QString &path)
+{
+    const DWORD size = GetFinalPathNameByHandleW(handle, nullptr, 0, FILE_NAME_NORMALIZED);
+    std::vector<wchar_t> text(size);
+    const DWORD length = GetFinalPathNameByHandleW(handle, text.data(), size, FILE_NAME_NORMALIZED);
+    if (length == 0 || length >= size)
+        return path;
+    QString found = QString::fromWCharArray(text.data(), length);
+    if (found.startsWith(uR"(\\?\UNC\)"_s))
+        found.remove(2, 6); // a server's
+    else if (found.startsWith(uR"(\\?\)"_s))
+        found.remove(0, 4);
+    return QDir::fromNativeSeparators(found);
+}
+
 bool isFolder(HANDLE handle)
 {
     FILE_BASIC_INFO facts = {};
@@ -88,8 +106,9 @@ bool isFolder(HANDLE handle)
 std::unique_ptr<PrivateFolder::Native> PrivateFolder::Native::make(const QString &path,
                                                                    QString *error)
 {
-    // Who owns a folder may change who enters it. What administrators own cannot have been made by
-    // a program of the same user that is not elevated. Nothing is inherited from the temp folder
+    // The owner of a folder may change its access rights. What administrators own cannot have been
+    // made by a program of the same user that is not elevated. Nothing is inherited from the temp
+    // folder
     // ("P"); files inside inherit this ("OICI").
     const QString description = isElevated() ? u"O:BAD:P(A;OICI;FA;;;BA)(A;OICI;FA;;;SY)"_s
                                              : u"O:%1D:P(A;OICI;FA;;;%1)"_s.arg(userSid());
@@ -121,10 +140,14 @@ std::unique_ptr<PrivateFolder::Native> PrivateFolder::Native::make(const QString
                      &status, nullptr, FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ | FILE_SHARE_WRITE,
                      FILE_CREATE, FILE_DIRECTORY_FILE | FILE_SYNCHRONOUS_IO_NONALERT, nullptr, 0);
     if (NT_SUCCESS(result))
-        return std::unique_ptr<Native>(new Native(handle));
+        return std::unique_ptr<Native>(new Native(handle, path));
     *error = qt_error_string(int(RtlNtStatusToDosError(result)));
     return nullptr;
 }
+
+PrivateFolder::Native::Native(void *handle, const QString &path)
+    : m_path(pathWithoutLinks(handle, path)), m_handle(handle)
+{}
 
 PrivateFolder::Native::~Native()
 {
@@ -137,7 +160,7 @@ PrivateFolder::Native::withSameOwner(const QString &path) const
     HANDLE handle = openFolder(path);
     if (handle == INVALID_HANDLE_VALUE)
         return nullptr;
-    std::unique_ptr<Native> folder(new Native(handle));
+    std::unique_ptr<Native> folder(new Native(handle, path));
     const QString owner = ownerSid(handle);
     return isFolder(handle) && !owner.isEmpty() && owner == ownerSid(m_handle) ? std::move(folder)
                                                                                : nullptr;
