@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Between two pieces, while nobody waits. Windows makes some 15 ms of it.
+/// Between two pieces, until hurry() is called. Windows makes about 15 ms of it.
 constexpr auto kPause = 1ms;
 
 } // namespace
@@ -21,10 +21,17 @@ CarriedEngine::CarriedEngine(const QString &program, const Bundle &bundle, QObje
 
 CarriedEngine::~CarriedEngine()
 {
+    remove();
+}
+
+void CarriedEngine::remove()
+{
     if (m_thread) {
         m_thread->requestInterruption();
         m_thread->wait();
     }
+    m_file.release();
+    m_folder.remove();
 }
 
 void CarriedEngine::start()

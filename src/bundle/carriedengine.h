@@ -26,17 +26,20 @@ public:
 
     /// Begins to unpack; once, later calls do nothing.
     void start();
-    /// Unpacks without the pauses that leave the disk to others: somebody waits for it now.
+    /// Leaves out the pauses between two pieces. Call it when the user waits for the engine.
     void hurry() { m_isHurried = true; }
 
     /// Whether finished() has been emitted.
     [[nodiscard]] bool isFinished() const { return m_isFinished; }
-    /// A sentence for the user; empty if the engine is there or not yet.
+    /// A sentence for the user; empty on success and while unpacking.
     [[nodiscard]] QString error() const { return m_error; }
     [[nodiscard]] QString path() const;
 
     /// Lets go of the file. To be called when somebody else holds it, or it has been started.
     void release() { m_file.release(); }
+
+    /// Stops the unpacking and removes the engine, before the object goes. It must not run.
+    void remove();
 
 Q_SIGNALS:
     /// Once after start(), from the event loop: the engine is there, or error() says why not.

@@ -5,13 +5,21 @@
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QThread>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
 
 namespace {
 
 constexpr qint64 kPieceSize = 256 * 1024;
 constexpr qint64 kMegabyte = 1024 * 1024;
+constexpr auto kScannerTimeout = 2000ms;
+constexpr auto kRetryInterval = 20ms;
 
 QString tr(const char *text)
 {
@@ -31,6 +39,58 @@ bool forEachPiece(QFile &source, qint64 size, const std::function<bool()> &pause
         size -= length;
     }
     return true;
+}
+
+/// A virus scanner may have a new program open for a moment.
+bool holdPatiently(GuardedFile &file, const QString &path)
+{
+    QDeadlineTimer deadline(kScannerTimeout);
+    while (!file.hold(path)) {
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(kRetryInterval.count());
+    }
+    return true;
+}
+
+QString writeEngine(const QString &program, const Bundle &bundle, const QString &target,
+                    GuardedFile &held, const std::function<bool()> &pause)
+{
+    const auto failure = [&](const QString &reason) { return unpackFailure(reason, bundle.size); };
+    if (!isComplete(program, bundle))
+        return damagedSentence();
+    QFile source(program);
+    if (!source.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || !source.seek(bundle.offset))
+        return failure(source.errorString());
+
+    QFile copy(target);
+    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
+        return failure(copy.errorString());
+    copy.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    bool isWritten = true;
+    const bool isCopied = forEachPiece(source, bundle.size, pause, [&](QByteArrayView piece) {
+        return isWritten = copy.write(piece.data(), piece.size()) == piece.size();
+    });
+    if (!isWritten) // on a disk that is nearly full write() may store a part, without an error
+        return failure(copy.error() != QFile::NoError ? copy.errorString()
+                                                      : tr("There is no room on the disk"));
+    copy.close();
+    if (!isCopied) // no error: the program is shorter than its marker says, or `pause` said no
+        return source.error() == QFile::NoError ? damagedSentence() : failure(source.errorString());
+
+    if (!holdPatiently(held, target))
+        return failure(held.errorString());
+    QFile written(target);
+    QCryptographicHash sum(QCryptographicHash::Sha256);
+    const bool isRead = written.open(QIODevice::ReadOnly | QIODevice::Unbuffered)
+        && forEachPiece(written, bundle.size, pause, [&](QByteArrayView piece) {
+                            sum.addData(piece);
+                            return true;
+                        });
+    if (isRead && sum.result() == bundle.sha256)
+        return {};
+    held.release();
+    return isRead ? damagedSentence() : failure(written.errorString());
 }
 
 } // namespace
@@ -53,39 +113,8 @@ QString unpackFailure(const QString &reason, qint64 size)
 QString unpackEngine(const QString &program, const Bundle &bundle, const QString &target,
                      GuardedFile &held, const std::function<bool()> &pause)
 {
-    const auto failure = [&](const QString &reason) { return unpackFailure(reason, bundle.size); };
-    if (!isComplete(program, bundle))
-        return damagedSentence();
-    QFile source(program);
-    if (!source.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || !source.seek(bundle.offset))
-        return failure(source.errorString());
-
-    QFile copy(target);
-    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
-        return failure(copy.errorString());
-    copy.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    bool isWritten = true;
-    const bool isCopied = forEachPiece(source, bundle.size, pause, [&](QByteArrayView piece) {
-        return isWritten = copy.write(piece.data(), piece.size()) == piece.size();
-    });
-    if (!isWritten) // of a disk that is nearly full a part may be taken, without an error
-        return failure(copy.error() != QFile::NoError ? copy.errorString()
-                                                      : tr("There is no room on the disk"));
-    copy.close();
-    if (!isCopied) // without an error it ends early
-        return source.error() == QFile::NoError ? damagedSentence() : failure(source.errorString());
-
-    if (!held.hold(target))
-        return failure(held.errorString());
-    QFile written(target);
-    QCryptographicHash sum(QCryptographicHash::Sha256);
-    const bool isRead = written.open(QIODevice::ReadOnly | QIODevice::Unbuffered)
-        && forEachPiece(written, bundle.size, pause, [&](QByteArrayView piece) {
-                            sum.addData(piece);
-                            return true;
-                        });
-    if (isRead && sum.result() == bundle.sha256)
-        return {};
-    held.release();
-    return isRead ? damagedSentence() : failure(written.errorString());
+    const QString error = writeEngine(program, bundle, target, held, pause);
+    if (!error.isEmpty())
+        QFile::remove(target); // what was written may be what fills the disk
+    return error;
 }

@@ -10,7 +10,7 @@ struct Bundle;
 /// What the engine is called in its own folder.
 inline constexpr QStringView kUnpackedEngine = u"VarnelEngine.exe";
 
-/// The sentence for a download that is not what was put on the web site.
+/// The sentence for a download that was cut off or altered.
 [[nodiscard]] QString damagedSentence();
 
 /// A sentence with what the system says and how much room `size` bytes take in the temp folder.
@@ -18,10 +18,9 @@ inline constexpr QStringView kUnpackedEngine = u"VarnelEngine.exe";
 
 /// Writes the engine that `program` carries to the new file `target`, in small pieces, holds that
 /// file in `held`, and only then compares its SHA-256: so what is compared is what will be started.
-/// Between two pieces `pause` is asked, which may take its time; false ends everything.
+/// `pause` is called between two pieces and may block; false stops the unpacking.
 ///
-/// The result is empty on success, and else a sentence for the user. `target` may be there then,
-/// but is not held.
+/// The result is empty on success, and else a sentence for the user; `target` is not there then.
 [[nodiscard]] QString unpackEngine(const QString &program, const Bundle &bundle,
                                    const QString &target, GuardedFile &held,
                                    const std::function<bool()> &pause);
