@@ -45,10 +45,7 @@ QString InstallerEngine::guard(const QString &program)
     if (m_guarded.isHeld() && m_guarded.path() == program)
         return {};
     m_guarded.release();
-    // A file that is not there is left for its start to report.
-    if (!QFileInfo(program).isFile() || m_guarded.hold(program))
-        return {};
-    return m_guarded.errorString();
+    return program.isEmpty() || m_guarded.hold(program) ? QString() : m_guarded.errorString();
 }
 
 void InstallerEngine::startInstall(const QString &folder, const QStringList &tasks)
@@ -84,7 +81,8 @@ void InstallerEngine::startRun(const QString &program, const QString &arguments,
                                const QString &statusFilePath, const QString &logFilePath)
 {
     stop();
-    if (const QString error = guard(program); !error.isEmpty()) {
+    // A file that is not there is left for its start to report.
+    if (const QString error = guard(program); !error.isEmpty() && QFileInfo(program).isFile()) {
         Q_EMIT finished(false, error);
         return;
     }

@@ -29,8 +29,8 @@ public:
     void setSetupExecutable(const QString &path);
 
     /// Keeps `program` from being exchanged until it has been started: what is started is then what
-    /// was there when the user was told of it. There is one guarded program at a time. The result
-    /// is empty, also if there is no such file, or the system's words on why it cannot be guarded.
+    /// was there when the user was told of it. There is one guarded program at a time. An empty
+    /// name only releases that. The result is empty, or the system's words on why not.
     QString guard(const QString &program);
 
     /// Starts an installation or an update into `folder` (a bare drive gets the product's folder

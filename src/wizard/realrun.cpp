@@ -19,13 +19,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto kLookInterval = 100ms;
+constexpr auto kUninstallerInterval = 100ms;
 
 /// An uninstaller that was started from the system's list of programs hands over to this program
 /// and ends, which takes a moment.
-constexpr auto kLookTimeout = 15s;
+constexpr auto kUninstallerTimeout = 15s;
 
-/// Whether an uninstaller still runs: it keeps its data to itself.
+/// Whether the uninstaller still runs: it keeps its .dat file open without sharing.
 bool isUninstallerBusy(const QString &uninstaller)
 {
     const QFileInfo program(uninstaller);
@@ -34,15 +34,12 @@ bool isUninstallerBusy(const QString &uninstaller)
     return QFileInfo::exists(data) && !probe.hold(data);
 }
 
-/// Whether a program of the copy that `uninstaller` removes runs. The uninstaller is itself held
-/// by us, which looks like use.
+/// Whether a program of the copy that `uninstaller` removes runs. The uninstaller itself is left
+/// out, because our own lock on it looks like use.
 bool isApplicationInUse(const QString &uninstaller)
 {
-    const QFileInfo program(uninstaller);
-    if (!program.isFile())
-        return false; // its folder would be the current one
-    const QString folder = program.absolutePath();
-    return QDir(folder) == QDir(QDir::fromNativeSeparators(installLocation()))
+    const QString folder = QFileInfo(uninstaller).absolutePath();
+    return isInstallFolder(folder)
         && hasProgramsInUse(folder, { uninstaller, QCoreApplication::applicationFilePath() });
 }
 
@@ -55,8 +52,8 @@ RealRun::RealRun(InstallerEngine &engine, CarriedEngine *carried, const SetupCho
     connect(&engine, &InstallerEngine::currentFile, this, &SetupRun::currentFile);
     connect(&engine, &InstallerEngine::statusChanged, this, &SetupRun::statusChanged);
     connect(&engine, &InstallerEngine::finished, this, &SetupRun::finished);
-    m_look.setInterval(kLookInterval);
-    connect(&m_look, &QTimer::timeout, this, &RealRun::removeWhenPossible);
+    m_uninstallerTimer.setInterval(kUninstallerInterval);
+    connect(&m_uninstallerTimer, &QTimer::timeout, this, &RealRun::removeWhenPossible);
 }
 
 RealRun::~RealRun()
@@ -68,7 +65,7 @@ RealRun::~RealRun()
 void RealRun::start()
 {
     if (m_choices.mode == RunMode::Uninstall) {
-        m_lookDeadline.setRemainingTime(kLookTimeout);
+        m_uninstallerDeadline.setRemainingTime(kUninstallerTimeout);
         removeWhenPossible();
     } else if (m_engine.setupExecutable().isEmpty() && m_carried) {
         connect(m_carried, &CarriedEngine::finished, this, &RealRun::onUnpacked);
@@ -94,11 +91,15 @@ void RealRun::onUnpacked()
 
 void RealRun::removeWhenPossible()
 {
-    if (isUninstallerBusy(m_choices.uninstaller) && !m_lookDeadline.hasExpired()) {
-        m_look.start();
+    if (!QFileInfo(m_choices.uninstaller).isFile()) {
+        m_engine.startUninstall({}); // that is reported, even if the file comes back meanwhile
         return;
     }
-    m_look.stop();
+    if (isUninstallerBusy(m_choices.uninstaller) && !m_uninstallerDeadline.hasExpired()) {
+        m_uninstallerTimer.start();
+        return;
+    }
+    m_uninstallerTimer.stop();
     // The uninstaller would delete what it can and say that all is well.
     if (isApplicationInUse(m_choices.uninstaller)) {
         Q_EMIT finished(false, tr("Varnel Schematics is running. Close it and try again."));
@@ -109,13 +110,14 @@ void RealRun::removeWhenPossible()
 
 void RealRun::checkPublisher(const QString &program)
 {
-    // First of all, so that what is checked is what is started.
-    if (const QString error = m_engine.guard(program); !error.isEmpty()) {
+    // Lock the file first, so that it cannot be replaced between check and start.
+    const QString error = m_engine.guard(program);
+    if (!isThisProgramSigned())
+        return startEngine(); // which reports the error
+    if (!error.isEmpty()) {
         Q_EMIT finished(false, error);
         return;
     }
-    if (!isThisProgramSigned() || !QFileInfo(program).isFile())
-        return startEngine();
     // Both files are read as a whole, which may take seconds.
     const QString self = QCoreApplication::applicationFilePath();
     m_check.reset(QThread::create(
@@ -138,7 +140,7 @@ void RealRun::startEngine()
                                                         : QStringList());
         break;
     case RunMode::Update:
-        // InstallerEngine makes the folder that was shown of it.
+        // startInstall() makes of it the folder that the user was shown.
         m_engine.startInstall(m_choices.recordedFolder, {});
         break;
     case RunMode::Uninstall:

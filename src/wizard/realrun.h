@@ -40,6 +40,6 @@ private:
     const SetupChoices m_choices;
     std::unique_ptr<QThread> m_check; ///< of signatures
     bool m_isTrusted = false; ///< its result
-    QTimer m_look; ///< at an uninstaller that still runs
-    QDeadlineTimer m_lookDeadline;
+    QTimer m_uninstallerTimer; ///< polls until the uninstaller has ended
+    QDeadlineTimer m_uninstallerDeadline;
 };
