@@ -12,7 +12,7 @@ struct CommandLine
 {
     QString setupExecutable; ///< "--setup-exe"; empty if absent or without a value
     QString uninstaller; ///< "--uninstaller"; likewise
-    /// "--remove-with", by which an uninstaller asks for the removal to be seen; likewise
+    /// "--remove-with", given by an uninstaller that wants the wizard to show its removal; likewise
     QString handedOverBy;
     std::optional<RunMode> runMode; ///< empty if none was given: main() decides
 };

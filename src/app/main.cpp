@@ -12,28 +12,12 @@
 #include "wizard/installerwizard.h"
 
 #include <QApplication>
-#include <QDir>
 
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-/// Whether this is the copy that was installed with the application, which can only remove it.
-bool isInstalledCopy()
-{
-    const QString folder = QDir::fromNativeSeparators(installLocation());
-    return !folder.isEmpty() && QDir(QApplication::applicationDirPath()) == QDir(folder);
-}
-
-/// The uninstaller of a removal that the file of this process is in the way of; empty if there is
-/// none.
-QString removalToHandOver(const CommandLine &commandLine)
-{
-    return commandLine.handedOverBy.isEmpty() && isInstalledCopy() ? uninstallerPath()
-                                                                   : commandLine.handedOverBy;
-}
 
 /// Shows the window and runs the event loop. The caller owns the engines, so that they are
 /// destroyed, and clean up, after the window.
@@ -70,27 +54,39 @@ int main(int argc, char *argv[])
         return runSilently(*bundle);
     }
 
-    // Of administrator rights Qt's own options would make use as well ("-platform", "-style"), so
-    // there it sees none but the program's name.
+    // Qt's own options ("-platform", "-style") would also work in an elevated process, so Qt gets
+    // only the program's name there.
     int argumentsForQt = isElevated() ? 1 : argc;
     QApplication application(argumentsForQt, argv);
     CommandLine commandLine = parseCommandLine(arguments);
-    if (const QString removal = removalToHandOver(commandLine); !removal.isEmpty())
-        return handOverRemoval(removal);
-    if (isInstalledCopy()) {
+    // The copy that was installed with the application can only remove it. Its own file would be
+    // in the way, so another copy does that.
+    const QString folder = QApplication::applicationDirPath();
+    const bool onlyRemoves = !bundle && isInstallFolder(folder);
+    QString handedOverBy = commandLine.handedOverBy;
+    if (handedOverBy.isEmpty() && onlyRemoves)
+        handedOverBy = uninstallerPath();
+    if (!handedOverBy.isEmpty())
+        return handOverRemoval(handedOverBy);
+    if (onlyRemoves) {
         // Its uninstaller is missing, which the run will say.
         commandLine.runMode = RunMode::Uninstall;
-        commandLine.uninstaller =
-            QDir(QApplication::applicationDirPath()).filePath(u"unins000.exe"_s);
+        commandLine.uninstaller = uninstallerIn(folder);
     }
 
     setUpApplication();
     const QString self = QApplication::applicationFilePath();
     std::optional<CarriedEngine> carried;
-    if (bundle && commandLine.setupExecutable.isEmpty())
+    if (bundle)
         carried.emplace(self, *bundle);
-    InstallerEngine engine; // ends before the file that it may run goes
+    InstallerEngine engine; // declared after `carried`, as it may run that file until it goes
     engine.setSetupExecutable(commandLine.setupExecutable);
-    return runWizard(engine, carried ? &*carried : nullptr, commandLine,
-                     bundle && !isComplete(self, *bundle));
+    // The end of the session ends the program right after this signal, without any destructor. The
+    // engine is connected to it already, and so stops first.
+    if (carried)
+        QObject::connect(&application, &QCoreApplication::aboutToQuit, &*carried,
+                         &CarriedEngine::remove);
+    const bool isDamaged =
+        bundle && commandLine.setupExecutable.isEmpty() && !isComplete(self, *bundle);
+    return runWizard(engine, carried ? &*carried : nullptr, commandLine, isDamaged);
 }

@@ -40,6 +40,12 @@ QString installLocation()
     return QDir::toNativeSeparators(location);
 }
 
+bool isInstallFolder(const QString &folder)
+{
+    const QString location = QDir::fromNativeSeparators(installLocation());
+    return !location.isEmpty() && QDir(folder) == QDir(location);
+}
+
 QString updateFolder(const QString &recorded)
 {
     const QString given = installFolder(recorded);
@@ -60,10 +66,15 @@ QString uninstallerPath()
         path = path.sliced(1, path.size() - 2);
     if (path.isEmpty()) {
         if (const QString location = installLocation(); !location.isEmpty())
-            path = QDir(location).absoluteFilePath(u"unins000.exe"_s);
+            path = uninstallerIn(location);
     }
     path = QDir::toNativeSeparators(path);
     return QFileInfo::exists(path) ? path : QString();
+}
+
+QString uninstallerIn(const QString &folder)
+{
+    return QDir(folder).absoluteFilePath(u"unins000.exe"_s);
 }
 
 QString defaultInstallDir()

@@ -15,6 +15,9 @@
 /// Folder of the installed copy, with native separators and none at the end. It need not exist.
 [[nodiscard]] QString installLocation();
 
+/// Whether `folder` is the recorded folder of the installed copy.
+[[nodiscard]] bool isInstallFolder(const QString &folder);
+
 /// Folder of the installed copy as an update leaves it, with native separators: `recorded`, or the
 /// product's folder in it where that is the root of a drive.
 [[nodiscard]] QString updateFolder(const QString &recorded);
@@ -25,6 +28,9 @@
 /// The installed copy's uninstaller, with native separators; empty if what is recorded does not
 /// exist. Without a recorded command it is looked for in the install folder.
 [[nodiscard]] QString uninstallerPath();
+
+/// Where setup puts the uninstaller of a copy in `folder`.
+[[nodiscard]] QString uninstallerIn(const QString &folder);
 
 /// Where a fresh copy goes unless the user chooses otherwise, with native separators.
 [[nodiscard]] QString defaultInstallDir();

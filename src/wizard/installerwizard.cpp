@@ -139,7 +139,9 @@ void InstallerWizard::showEvent(QShowEvent *event)
     QTimer::singleShot(0, this, [this] {
         if (!m_page || m_page == page(firstPage()))
             setRunMode(m_choices.mode);
-        if (m_carriedEngine && !m_isDamaged && m_choices.mode != RunMode::Uninstall)
+        const bool isNeeded = m_engine && m_engine->setupExecutable().isEmpty() && !m_isDamaged
+            && m_choices.mode != RunMode::Uninstall;
+        if (m_carriedEngine && isNeeded)
             m_unpackDelay.start();
     });
 }
