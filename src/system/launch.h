@@ -8,7 +8,7 @@
 /// application has its first window.
 void launchApplication(const QString &folder);
 
-/// Starts `program` in its own folder and waits until it waits for its user, at most half a minute.
-/// False if it could not be started or has not come so far. Elsewhere than on Windows
-/// nothing is waited for.
+/// Starts `program` in its own folder and waits until a window of it is on screen, at most half a
+/// minute. False if it does not start, or has none by then, and does not run any more. Elsewhere
+/// than on Windows nothing is waited for.
 [[nodiscard]] bool startAndAwaitWindow(const QString &program, const QStringList &arguments);

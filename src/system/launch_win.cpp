@@ -2,24 +2,50 @@
 
 #include "product/product.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+
+#include <chrono>
 
 #include <windows.h>
 
 #include <shellapi.h>
 
+using namespace std::chrono_literals;
+
 namespace {
 
 /// Time the application gets to show its first window, in milliseconds.
 constexpr DWORD kInputIdleTimeout = 5000;
-/// The same for a program that somebody waits for.
-constexpr DWORD kFirstWindowTimeout = 30000;
+/// The same for startAndAwaitWindow().
+constexpr auto kFirstWindowTimeout = 30s;
+constexpr DWORD kLookInterval = 20;
+constexpr DWORD kKillTimeout = 2000;
 
 const wchar_t *wide(const QString &text)
 {
     return reinterpret_cast<const wchar_t *>(text.utf16());
+}
+
+/// Whether a window of the process `id` is on screen.
+bool hasWindow(DWORD id)
+{
+    struct Search
+    {
+        DWORD process;
+        bool hasFound;
+    } search { id, false };
+    const auto look = [](HWND window, LPARAM data) -> BOOL {
+        auto *search = reinterpret_cast<Search *>(data);
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        search->hasFound = process == search->process && IsWindowVisible(window);
+        return !search->hasFound;
+    };
+    EnumWindows(look, reinterpret_cast<LPARAM>(&search));
+    return search.hasFound;
 }
 
 } // namespace
@@ -59,11 +85,18 @@ bool startAndAwaitWindow(const QString &program, const QStringList &arguments)
     if (!QProcess::startDetached(program, arguments, QFileInfo(program).path(), &id))
         return false;
     AllowSetForegroundWindow(DWORD(id));
-    HANDLE process = OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, DWORD(id));
+    HANDLE process = OpenProcess(SYNCHRONIZE | PROCESS_TERMINATE, FALSE, DWORD(id));
     if (!process)
         return false; // it has ended
-    const bool isIdle = WaitForInputIdle(process, kFirstWindowTimeout) == 0;
-    const bool isAlive = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
+    const QDeadlineTimer deadline(kFirstWindowTimeout);
+    bool isAlive = true;
+    while (isAlive && !hasWindow(DWORD(id)) && !deadline.hasExpired())
+        isAlive = WaitForSingleObject(process, kLookInterval) == WAIT_TIMEOUT;
+    const bool isShown = isAlive && hasWindow(DWORD(id));
+    if (!isShown) {
+        TerminateProcess(process, 1);
+        WaitForSingleObject(process, kKillTimeout);
+    }
     CloseHandle(process);
-    return isIdle && isAlive;
+    return isShown;
 }
