@@ -6,6 +6,7 @@
 #include "files/guardedfile.h"
 #include "files/privatefolder.h"
 #include "files/signature.h"
+#include "system/desktop.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int kNotStarted = 3;
 
-/// The engine would write its log there; empty if it was not told to.
+/// The file that "/LOG=" names; empty without that switch.
 QString logFile()
 {
     const QStringList arguments = QCoreApplication::arguments();
@@ -74,6 +75,7 @@ int runSilently(const Bundle &bundle)
     if (!process.waitForStarted(-1))
         return fail(process.errorString());
     file.release();
+    systemDesktop().keepAwake(true);
     process.waitForFinished(-1);
     return process.exitCode();
 }

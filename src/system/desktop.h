@@ -3,8 +3,8 @@
 class QString;
 class QWindow;
 
-/// What the desktop is told of a run. Only Windows has all of it; elsewhere, as with this class
-/// itself, nothing happens.
+/// Shows a run on the desktop: shutdown reason, sleep, task bar. This base class does nothing;
+/// desktop_win.cpp implements it for Windows.
 class Desktop
 {
 public:
@@ -18,14 +18,14 @@ public:
 
     virtual ~Desktop() = default;
 
-    /// What Windows shows beside the window's title when the user wants to shut it down meanwhile.
-    /// Empty takes it back.
+    /// Sets the text that Windows shows for this window when the user shuts down during a run, and
+    /// has this process asked before others. An empty text takes both back.
     virtual void setBlockReason(QWindow &window, const QString &reason);
-    /// Whether the computer stays awake though nobody uses it. The screen may go dark.
+    /// Keeps the computer from sleeping while `on`. The screen may still turn off.
     virtual void keepAwake(bool on);
     /// `fraction` is how far the run is, 0 to 1.
     virtual void showOnTaskBar(QWindow &window, Button button, double fraction);
 };
 
-/// The one of this system.
+/// The implementation for this system.
 [[nodiscard]] Desktop &systemDesktop();

@@ -15,6 +15,11 @@ namespace {
 /// The task bar counts in whole numbers.
 constexpr ULONGLONG kWhole = 10000;
 
+/// Windows asks processes of a higher level first. This is what each has, and the highest that it
+/// leaves to applications (SetProcessShutdownParameters).
+constexpr DWORD kUsualShutdownLevel = 0x280;
+constexpr DWORD kFirstShutdownLevel = 0x3ff;
+
 struct ReleaseInterface
 {
     void operator()(IUnknown *object) const { object->Release(); }
@@ -25,7 +30,8 @@ HWND handleOf(const QWindow &window)
     return reinterpret_cast<HWND>(window.winId());
 }
 
-/// Sent to a window when its button has been made, also anew, after the task bar was restarted.
+/// Windows sends this when the window's task bar button has been created, and again after Explorer
+/// was restarted.
 UINT buttonMessage()
 {
     static const UINT message = RegisterWindowMessageW(L"TaskbarButtonCreated");
@@ -37,6 +43,9 @@ class WindowsDesktop : public Desktop, private QAbstractNativeEventFilter
 public:
     void setBlockReason(QWindow &window, const QString &reason) override
     {
+        // The engine has no window and could not say no: it must not be asked first.
+        SetProcessShutdownParameters(reason.isEmpty() ? kUsualShutdownLevel : kFirstShutdownLevel,
+                                     0);
         if (reason.isEmpty())
             ShutdownBlockReasonDestroy(handleOf(window));
         else
@@ -95,7 +104,7 @@ private:
     {
         if (!m_taskBar)
             return; // there is none, as in a session without a shell
-        // A value comes before its state: by itself it counts as normal progress.
+        // The value first: SetProgressValue() alone also sets the normal state.
         switch (m_button) {
         case Button::Plain:
             m_taskBar->SetProgressState(m_window, TBPF_NOPROGRESS);
@@ -118,7 +127,7 @@ private:
     HWND m_window = nullptr; ///< of the run that is shown
     Button m_button = Button::Plain;
     double m_fraction = 0.0;
-    std::unique_ptr<ITaskbarList3, ReleaseInterface> m_taskBar; ///< only meanwhile
+    std::unique_ptr<ITaskbarList3, ReleaseInterface> m_taskBar; ///< null while no run is shown
 };
 
 } // namespace

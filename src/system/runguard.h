@@ -5,8 +5,8 @@
 class Desktop;
 class QWindow;
 
-/// Sets the desktop that runs are told to; null tells nobody. Start-up does so, as a window in a
-/// test has no business with the task bar.
+/// Sets where run guards report to; null turns the reports off. setUpApplication() calls it, so
+/// that tests do not touch the task bar.
 void setDesktop(Desktop *desktop);
 
 /// Lives as long as a run is on screen. While the run is under way, the session does not end and
@@ -22,9 +22,10 @@ public:
     /// The run is over, or left.
     ~RunGuard() override;
 
-    /// How far the run is, 0 to 1. Until then it is waited for.
+    /// How far the run is, 0 to 1. Before the first call the button shows a busy animation.
     void setProgress(double fraction);
-    /// The run has failed: it is over, and only the button goes on showing that.
+    /// The run has failed: the session may end again; the button stays red until the guard is
+    /// destroyed.
     void fail();
 
 private:
