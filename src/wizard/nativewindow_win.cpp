@@ -1,18 +1,14 @@
 #include "wizard/nativewindow.h"
 
 #include <QWidget>
-
-#include <windows.h>
+#include <QWindow>
 
 void presentWindow(QWidget &window)
 {
-    // Qt leaves the minimise box out of a window without a frame, and the task bar asks for it.
-    const HWND handle = reinterpret_cast<HWND>(window.winId());
-    SetWindowLongPtrW(handle, GWL_STYLE,
-                      GetWindowLongPtrW(handle, GWL_STYLE) | WS_MINIMIZEBOX | WS_SYSMENU);
-    // Without this, Windows goes on with what it has noted of the old style.
-    SetWindowPos(handle, nullptr, 0, 0, 0, 0,
-                 SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    // The task bar minimises only a window with a minimise box, which Qt leaves out of a window
+    // without a frame. Qt asks its own flags when it opens the system menu, so it has to know.
+    QWindow *handle = window.windowHandle();
+    handle->setFlags(handle->flags() | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint);
     window.raise();
     window.activateWindow();
 }
