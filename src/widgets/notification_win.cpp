@@ -24,7 +24,7 @@ Function *uiAutomationFunction(const char *name)
         reinterpret_cast<void *>(GetProcAddress(uiAutomation(), name)));
 }
 
-/// Stands for the window, which has Qt's own provider for everything else.
+/// A minimal provider to raise notifications from; Qt's own provider does everything else.
 class WindowProvider final : public IRawElementProviderSimple
 {
 public:
@@ -79,7 +79,7 @@ private:
 // NotificationKind and NotificationProcessing of the Windows SDK, which the compiler's headers
 // lack.
 constexpr int kOther = 4;
-constexpr int kMostRecent = 3; // what is being read is read to its end
+constexpr int kCurrentThenMostRecent = 4; // the notification being read is finished first
 
 } // namespace
 
@@ -95,7 +95,7 @@ void notifyScreenReader(const QWidget &window, const QString &text)
     auto *provider = new WindowProvider(reinterpret_cast<HWND>(window.winId()));
     BSTR const words = SysAllocString(reinterpret_cast<const wchar_t *>(text.utf16()));
     BSTR const activity = SysAllocString(L"run");
-    raise(provider, kOther, kMostRecent, words, activity);
+    raise(provider, kOther, kCurrentThenMostRecent, words, activity);
     SysFreeString(activity);
     SysFreeString(words);
     provider->Release();
