@@ -74,14 +74,18 @@ QString trustedSigner(const QString &path)
     data.fdwRevocationChecks = WTD_REVOKE_NONE;
     data.dwUnionChoice = WTD_CHOICE_FILE;
     data.pFile = &file;
-    data.dwStateAction = WTD_STATEACTION_VERIFY;
-    // The network could take long. What it takes to trust this program is here: the consent prompt
-    // has named its publisher.
-    data.dwProvFlags = WTD_CACHE_ONLY_URL_RETRIEVAL;
     GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
-    const bool isTrusted = verify(nullptr, &action, &data) == ERROR_SUCCESS;
-    const QString name = isTrusted ? signerOf(data.hWVTStateData) : QString();
-    data.dwStateAction = WTD_STATEACTION_CLOSE;
-    verify(nullptr, &action, &data);
-    return name;
+    // The network may take long, and after a consent prompt, which has named the publisher, all
+    // certificates are here. Without one, as in a deployment, Windows may have to fetch the root.
+    for (const DWORD flags : { DWORD(WTD_CACHE_ONLY_URL_RETRIEVAL), DWORD(0) }) {
+        data.dwProvFlags = flags;
+        data.dwStateAction = WTD_STATEACTION_VERIFY;
+        const bool isTrusted = verify(nullptr, &action, &data) == ERROR_SUCCESS;
+        const QString name = isTrusted ? signerOf(data.hWVTStateData) : QString();
+        data.dwStateAction = WTD_STATEACTION_CLOSE;
+        verify(nullptr, &action, &data);
+        if (!name.isEmpty())
+            return name;
+    }
+    return {};
 }
