@@ -6,8 +6,7 @@
 
 bool isProgramInUse(const QString &path)
 {
-    // With all sharing, so that only its being run or loaded stands against it, not that somebody
-    // reads it.
+    // Share everything, so that opening fails if the file runs or is loaded, but not if it is read.
     const QString native = QDir::toNativeSeparators(path);
     HANDLE handle = CreateFileW(reinterpret_cast<const wchar_t *>(native.utf16()), GENERIC_WRITE,
                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
