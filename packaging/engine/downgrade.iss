@@ -1,14 +1,5 @@
 { An older version over a newer one is a mistake more often than not: a deployment that was forgotten, or an
-  old download. It takes /ALLOWDOWNGRADE. }
-
-function HasSwitch(const Name: String): Boolean;
-var
-  I: Integer;
-begin
-  Result := False;
-  for I := 1 to ParamCount do
-    Result := Result or (CompareText(ParamStr(I), Name) = 0);
-end;
+  old download. It takes /ALLOWDOWNGRADE, with /SILENT, as the wizard hands on no switches. }
 
 function PrepareToInstall(var NeedsRestart: Boolean): String;
 var

@@ -51,7 +51,8 @@ begin
   end;
 end;
 
-{ Whether setup or removal has to end. Somebody who is asked may close the application first. }
+{ Whether setup or removal has to end. Somebody who is asked may close the application first; without any
+  window nobody can. }
 function IsRefusedInUse(const LeftOut: String; IsSilent: Boolean): Boolean;
 var
   FileName, Text: String;
@@ -74,7 +75,7 @@ end;
 function FolderUnlessInUse(Param: String): String;
 begin
   Result := ExpandConstant('{app}');
-  if FileExists(Result + '\{#AppExe}') and IsRefusedInUse('', False) then
+  if FileExists(Result + '\{#AppExe}') and IsRefusedInUse('', HasSwitch('/VERYSILENT') and not HasSwitch('/SUPPRESSMSGBOXES')) then
     Abort;
 end;
 

@@ -104,7 +104,7 @@ InstallingVcRuntime=Installing Visual C++ Runtime...
 SetupBegins=Preparing...
 SetupIsDone={#AppName} is installed.
 SetupHasFailed=Setup could not finish.
-IsOlder={#AppName} %1 is installed, which is newer than {#AppVersion}. Remove it first, or start setup with /ALLOWDOWNGRADE.
+IsOlder={#AppName} %1 is installed, which is newer than {#AppVersion}. Remove it first, or start setup with /SILENT /ALLOWDOWNGRADE.
 IsRunning={#AppName} is running. Close it and try again.
 RemovingFiles=Removing files...
 CleaningUp=Cleaning up...
@@ -112,6 +112,15 @@ RemovalIsDone={#AppName} is removed.
 RemovalHasFailed=The removal could not finish.
 
 [Code]
+function HasSwitch(const Name: String): Boolean;
+var
+  I: Integer;
+begin
+  Result := False;
+  for I := 1 to ParamCount do
+    Result := Result or (CompareText(ParamStr(I), Name) = 0);
+end;
+
 #include "statusfile.iss"
 #include "inuse.iss"
 #include "webview2.iss"

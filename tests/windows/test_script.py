@@ -130,7 +130,7 @@ class Downgrade(EngineTestCase):
         status = self.world.temp / "status.ini"
         code, log = self.setup(f"/STATUSFILE={dos(status)}", engine=EARLIER_ENGINE)
         sentence = (f"Varnel Schematics {VERSION} is installed, which is newer than {EARLIER_VERSION}. "
-                    "Remove it first, or start setup with /ALLOWDOWNGRADE.")
+                    "Remove it first, or start setup with /SILENT /ALLOWDOWNGRADE.")
         self.assertEqual(code, 7)
         self.assertIn(sentence, " ".join(log))
         self.assertIn(f"status={sentence}", status.read_text(encoding="utf-8"))
