@@ -1,8 +1,11 @@
 #include "engine/argumenttext.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 
 #include <qt_windows.h>
+
+using namespace Qt::Literals::StringLiterals;
 
 void setArgumentText(QProcess &process, const QString &text)
 {
@@ -12,14 +15,8 @@ void setArgumentText(QProcess &process, const QString &text)
 QString ownArgumentText()
 {
     const QString line = QString::fromWCharArray(GetCommandLineW());
-    // The program comes first, and ends at a blank outside of double quotes.
-    bool isQuoted = false;
-    qsizetype end = 0;
-    for (; end < line.size(); ++end) {
-        if (line[end] == u'"')
-            isQuoted = !isQuoted;
-        else if (!isQuoted && (line[end] == u' ' || line[end] == u'\t'))
-            break;
-    }
-    return line.sliced(end).trimmed();
+    // The program comes first. As for CommandLineToArgvW(), it ends at the second double quote if
+    // it begins with one, else at a blank.
+    static const QRegularExpression program(uR"re(^("[^"]*"?|[^ \t]*))re"_s);
+    return line.sliced(program.match(line).capturedLength()).trimmed();
 }
