@@ -12,7 +12,7 @@ void loadFromSystemFolderOnly()
 
 QStringList processArguments(int, const char *const *)
 {
-    // What main() gets has lost what the system's code page lacks.
+    // argv has lost every character that the system's code page lacks.
     int count = 0;
     wchar_t **const words = CommandLineToArgvW(GetCommandLineW(), &count);
     QStringList arguments;
