@@ -302,6 +302,13 @@ class Ends(DownloadTestCase):
         self.assertEqual(code, 0)
         self.assertEqual(self.world.temp_files(), [])
 
+    def test_the_session_ends_meanwhile(self):
+        wizard = self.download()
+        self.unpacked()
+        self.world.start("wineboot", "--end-session").wait(timeout=PATIENCE)
+        wizard.wait_end()
+        self.assertEqual(self.world.temp_files(), [])
+
     def test_two_at_once(self):
         first = self.download()
         self.unpacked()
