@@ -12,6 +12,7 @@
 #include "wizard/installerwizard.h"
 
 #include <QApplication>
+#include <QProcess>
 
 #include <optional>
 
@@ -66,8 +67,13 @@ int main(int argc, char *argv[])
     QString handedOverBy = commandLine.handedOverBy;
     if (handedOverBy.isEmpty() && onlyRemoves)
         handedOverBy = uninstallerPath();
-    if (!handedOverBy.isEmpty())
-        return handOverRemoval(handedOverBy);
+    if (!handedOverBy.isEmpty()) {
+        const int code = handOverRemoval(handedOverBy);
+        // An uninstaller that has asked for it goes on by itself, else it is still to be started.
+        if (code != 0 && commandLine.handedOverBy.isEmpty())
+            QProcess::startDetached(handedOverBy, {});
+        return code;
+    }
     if (onlyRemoves) {
         // Its uninstaller is missing, which the run will say.
         commandLine.runMode = RunMode::Uninstall;
