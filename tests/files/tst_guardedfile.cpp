@@ -80,7 +80,7 @@ void TestGuardedFile::programsInUse()
     QVERIFY(QDir(folder).mkdir(u"bin"_s));
     const QString program = folder + "/bin/Running.EXE"_L1;
     QVERIFY(QFile::copy(Sandbox::setupEngine(), program));
-    // Somebody who reads a program does not use it.
+    // Reading a program is not using it.
     QFile reader(program);
     QVERIFY(reader.open(QIODevice::ReadOnly));
     QVERIFY(!hasProgramsInUse(folder, {}));
