@@ -11,6 +11,7 @@ from pathlib import Path
 BUNDLE = Path(__file__).resolve().parents[2] / "tools" / "bundle"
 MARKER = b"VARNEL-ENGINE-1:"
 EMPTY = MARKER + bytes(48)
+LARGEST = 1_900_000_000
 
 
 def windows_program(certificates=(0, 0)):
@@ -31,6 +32,13 @@ class Bundler(unittest.TestCase):
         self.engine = Path(folder.name) / "engine.exe"
         self.output = Path(folder.name) / "output.exe"
         self.engine.write_bytes(b"engine")
+
+    def write_engine(self, size):
+        """A sparse file with something at both ends."""
+        with self.engine.open("wb") as engine:
+            engine.write(b"first")
+            engine.seek(size - 4)
+            engine.write(b"last")
 
     def bundle(self, wizard):
         self.wizard.write_bytes(wizard)
@@ -58,9 +66,21 @@ class Bundler(unittest.TestCase):
     def test_engines_of_impossible_size(self):
         self.engine.write_bytes(b"")
         self.assert_refused(windows_program(), "has 0 bytes")
-        with self.engine.open("wb") as engine:
-            engine.truncate(1_900_000_001)
-        self.assert_refused(windows_program(), "has 1900000001 bytes")
+        self.write_engine(LARGEST + 1)
+        self.assert_refused(windows_program(), f"has {LARGEST + 1} bytes")
+
+    def test_engine_of_the_largest_size(self):
+        self.write_engine(LARGEST)
+        done = self.bundle(windows_program())
+        self.assertEqual(done.returncode, 0, done.stderr)
+        with self.output.open("rb") as output:
+            output.seek(len(windows_program()) - 48)
+            offset, size = struct.unpack("<qq", output.read(16))
+            self.assertEqual(size, LARGEST)
+            output.seek(offset)
+            self.assertEqual(output.read(5), b"first")
+            output.seek(offset + size - 4)
+            self.assertEqual(output.read().rstrip(b"\0"), b"last")
 
 
 if __name__ == "__main__":

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void thisProgramCarriesNothing();
     void completeness_data();
     void completeness();
+    void completenessOfTheLargest();
 };
 
 void TestBundle::init()
@@ -62,7 +63,7 @@ void TestBundle::markerIsRead()
     QCOMPARE(bundle->size, 700'000'001);
     QCOMPARE(bundle->sha256, QByteArray(32, 's'));
     QVERIFY(!parseBundleMarker(marker(0, 0)));
-    // A half-written one is no reason to simulate.
+    // A half-written marker still counts as one: the wizard has to report damage, not simulate.
     QVERIFY(parseBundleMarker(marker(0, 5)));
     QVERIFY(parseBundleMarker(marker(5, 0)));
 }
@@ -103,6 +104,24 @@ void TestBundle::completeness()
     const QString path = sandbox.write(u"program"_s, head);
     QVERIFY(QFile::resize(path, length));
     QTEST(isComplete(path, { .offset = offset, .size = 1000, .sha256 = {} }), "complete");
+}
+
+void TestBundle::completenessOfTheLargest()
+{
+    // The largest engine that tools/bundle takes, and a signature. The file has holes in it.
+    constexpr quint32 kOffset = 20'000'000;
+    constexpr quint32 kSize = 1'900'000'000;
+    constexpr quint32 kCertificates = 9000;
+    const std::optional<Bundle> bundle = parseBundleMarker(marker(kOffset, kSize));
+    QVERIFY(bundle);
+    const Sandbox sandbox;
+    const QString path =
+        sandbox.write(u"program"_s, windowsProgram(kOffset + kSize, kCertificates));
+    const qint64 length = qint64(kOffset) + kSize + kCertificates;
+    QVERIFY(QFile::resize(path, length));
+    QVERIFY(isComplete(path, *bundle));
+    QVERIFY(QFile::resize(path, length - 1));
+    QVERIFY(!isComplete(path, *bundle));
 }
 
 QTEST_GUILESS_MAIN(TestBundle)

@@ -159,7 +159,7 @@ void TestCarriedEngine::noRoom()
         setrlimit(RLIMIT_FSIZE, &before);
         signal(SIGXFSZ, signalBefore);
     });
-    const BundleFile file(sandbox, kSize); // while it may be so large
+    const BundleFile file(sandbox, kSize); // written before the limit is set
     rlimit limit = before;
     limit.rlim_cur = kSize - 1;
     QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
