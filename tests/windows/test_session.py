@@ -11,7 +11,7 @@ from world import HELPERS, PATIENCE
 TITLE = "Varnel Schematics setup"
 FOLDER = "C:\\Program Files\\Varnel Schematics"
 
-# What Wine cannot do, but says in its output that it was asked to.
+# Calls that Wine does not implement, but logs.
 SPOKEN = "-all,fixme+all,trace+explorerframe,warn+ntdll"
 ASKED = ("ShutdownBlockReasonCreate", "ShutdownBlockReasonDestroy", "NtSetThreadExecutionState",
          "taskbar_list_HrInit", "taskbar_list_SetProgressState", "taskbar_list_SetProgressValue")
@@ -26,7 +26,7 @@ class Session(WindowsTestCase):
 
     def may_end(self):
         """What the window answers to a session that is about to end and then does not."""
-        code, output = self.world.run(HELPERS / "endsession.exe", TITLE)
+        code, output = self.world.run(HELPERS / "windowcommand.exe", TITLE, "endsession")
         self.assertEqual(code, 0, output)
         answers = output.split()
         self.assertEqual(len(answers), 2)
@@ -55,7 +55,7 @@ class Session(WindowsTestCase):
         wizard = self.start_wizard()
         wizard.walk_to_ready()
         self.assertTrue(self.may_end())
-        # A start costs nothing for the sake of the task bar.
+        # The task bar's library is not loaded before a run.
         self.assertNotIn("explorerframe", wizard.output.read_text(errors="replace"))
         wizard.click_at(PRIMARY)
         with self.world.braked(SETUP_AT_WORK):
@@ -64,7 +64,7 @@ class Session(WindowsTestCase):
             self.assertFalse(self.may_end())
             self.end_session()
             self.assertFalse(self.may_end())
-            code, _ = self.world.run(HELPERS / "taskbarcreated.exe", TITLE)
+            code, _ = self.world.run(HELPERS / "windowcommand.exe", TITLE, "taskbarcreated")
             self.assertEqual(code, 0)
             self.assertTrue(self.world.processes(SETUP_AT_WORK))
         wizard.wait_page("Finished in 51 seconds", patience=PATIENCE)
@@ -72,8 +72,8 @@ class Session(WindowsTestCase):
         for name in ("VarnelSolutions.exe", "parts/part-300.part", "unins000.dat"):
             self.assertIn(name, files)
         self.assertEqual(self.world.uninstall_entry()["DisplayVersion"], VERSION)
-        # Of each method of the task bar Wine names the first call alone. What comes in between:
-        # the wizard finds the task bar anew when it says that it has been started anew.
+        # Wine logs only the first call of each method. The second HrInit is the answer to
+        # TaskbarButtonCreated.
         self.assertEqual(self.told(wizard), [
             ("ShutdownBlockReasonCreate", "Varnel Schematics is being installed."),
             ("NtSetThreadExecutionState", "0x80000001"),

@@ -89,7 +89,7 @@ class World:
         assert code == 0, output
 
     def window_facts(self, title):
-        code, output = self.run(HELPERS / "windowfacts.exe", title)
+        code, output = self.run(HELPERS / "windowcommand.exe", title)
         return dict(line.split("=") for line in output.split()) if code == 0 else {}
 
     def hold(self, path, program=HELPERS / "holdfile.exe"):
