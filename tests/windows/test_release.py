@@ -1,5 +1,5 @@
 """A release, made by the one command from a copy of the project in another folder, signed with a certificate made
-for the occasion and with the time; and the finished file, used by mouse."""
+for the occasion, whose key is on a token, and with the time; and the finished file, used by mouse."""
 
 import hashlib
 import os
@@ -33,6 +33,7 @@ RELINK = RELEASE / f"relink-{PRODUCT['version']}.tar.xz"
 PACKAGE = "VarnelSolutionsTeam.VarnelSchematics"
 
 KEYS = Keys(PRODUCT["publisher"])
+TOKEN = KEYS.to_token()
 STAMPS = TimeStampServer(KEYS)
 
 
@@ -48,7 +49,7 @@ def setUpModule():
 
 
 def run_release(time_stamps):
-    variables = dict(KEYS.variables, VARNEL_TIMESTAMP_URL=time_stamps, no_proxy="127.0.0.1")
+    variables = {**KEYS.variables, **TOKEN, "VARNEL_TIMESTAMP_URL": time_stamps, "no_proxy": "127.0.0.1"}
     certificate = variables.pop("VARNEL_CERTIFICATE")
     return subprocess.run(
         [COPY / "tools/windows/release", "--payload", FOLDER / "it's ours", "--without-webview2",
@@ -74,6 +75,14 @@ class Release(unittest.TestCase):
         marker = data.index(b"VARNEL-ENGINE-1:") + 16
         offset, size = struct.unpack_from("<qq", data, marker)
         self.assertEqual(data[offset:offset + size], ENGINE.read_bytes())
+
+    def test_the_download_is_checked_like_the_wizard(self):
+        # Apart from its size.
+        result = subprocess.run(
+            [COPY / "tools/windows/check-program", SETUP, SETUP, "requireAdministrator"],
+            text=True, capture_output=True)
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        self.assertIn("ok      load configuration", result.stdout)
 
     def test_signatures_outlive_the_certificate(self):
         for program in SETUP, ENGINE, WORK / "VarnelSetup.exe":
