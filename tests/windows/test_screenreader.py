@@ -1,5 +1,4 @@
-"""What Windows' screen reader gets to know of the wizard: its tree of UI Automation, and the notifications of
-a run, which Wine has no reader for but tells as something it lacks."""
+"""What UI Automation shows of the wizard, and the notifications of a run, which Wine only logs."""
 
 import re
 import unittest
@@ -7,7 +6,7 @@ from pathlib import Path
 
 from screen import PRIMARY
 from testcase import WindowsTestCase
-from world import HELPERS, wait_until
+from world import HELPERS, dos, wait_until
 
 TITLE = "Varnel Schematics uninstall"
 
@@ -22,6 +21,11 @@ class ScreenReader(WindowsTestCase):
     def told(self, wizard, pattern):
         """What the program tells, in Wine's words."""
         return re.findall(pattern, wizard.output.read_text(errors="replace"))
+
+    def await_notification(self, wizard, words):
+        """Of another kind (4) than the known ones, read after what is being read (4)."""
+        wait_until(lambda: self.told(
+            wizard, rf'UiaRaiseNotificationEvent \(\w+, 4, 4, L"[^"]*{words}[^"]*", L"run"\)'), "a notification")
 
     def removal(self, *arguments):
         self.world.environment["WINEDEBUG"] = "fixme+uiautomation"
@@ -51,9 +55,16 @@ class ScreenReader(WindowsTestCase):
         program = wait_until(lambda: self.world.processes("winemine"), "the program")[0]
         status = re.search(r"varnel_uninst_\w+\.ini", Path(f"/proc/{program}/cmdline").read_text())[0]
         (self.world.temp / status).write_text("[setup]\nprogress=0.1\nfile=\nstatus=Looking around\n")
-        wait_until(lambda: self.told(wizard, r'UiaRaiseNotificationEvent .*L"[^"]*Looking around\.?", L"run"'),
-                   "a notification")
+        self.await_notification(wizard, "Looking around")
         wizard.kill()
+
+    def test_a_failure_is_told(self):
+        self.world.environment["VARNEL_RECORD_CODE"] = "4"
+        wizard = self.removal("--uninstaller", dos(HELPERS / "recordcommandline.exe"))
+        wizard.click_at(PRIMARY)
+        wizard.wait_page("Setup could not finish")
+        self.assertIn("A fatal error occurred during installation.", self.heard()["Close"])
+        self.assertEqual(wizard.close(), 0)
 
 
 if __name__ == "__main__":
