@@ -6,7 +6,8 @@ import unittest
 from pathlib import Path
 
 from screen import PRIMARY, Watch, Wizard
-from testcase import EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SETUP_AT_WORK, WindowsTestCase
+from testcase import (EARLIER_ENGINE, EARLIER_VERSION, ENDED_ENGINES_FOLDERS, ENGINE, SETUP_AT_WORK,
+                      UNINSTALLERS_FOLDER, WindowsTestCase)
 from world import HELPERS, UNINSTALL, dos, wait_until
 
 ENGINE_FILE = Path(os.environ["VARNEL_ENGINE"])
@@ -28,7 +29,7 @@ class FailureTestCase(WindowsTestCase):
         return (self.world.temp / "varnel_setup_last.log").read_text(encoding="utf-8-sig")
 
     def assert_failure(self, wizard, *texts):
-        # The engine's own last words are the same; those of the page come with its texts.
+        # The engine's last status, on the page of the run, is this title too.
         for text in ("Setup could not finish", *texts):
             wizard.wait_page(text, patience=120)
         wizard.click_at(PRIMARY)
@@ -69,7 +70,7 @@ class Failures(FailureTestCase):
         self.assertEqual(self.world.files_below("C:\\Apps"), [])
 
     def test_engine_that_is_damaged_itself(self):
-        # It notices before it has read that it shall be silent, and there is no log yet.
+        # It fails before it has read /VERYSILENT, so it shows a box and writes no log.
         wizard = self.update(self.damaged_engine(0.9), "C:\\Apps")
         box = wait_until(lambda: Wizard.search("--class", "damaged.exe"), "the engine's own message")
         subprocess.run(["xdotool", "windowfocus", "--sync", box, "key", "Return"], check=True)
@@ -94,7 +95,7 @@ class Failures(FailureTestCase):
         self.assert_failure(wizard, "Setup could not start", "varnel_setup_last.log")
         self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
 
-    def test_what_works_ends_with_what_started_it(self):
+    def test_second_process_ends_with_the_first(self):
         wizard = self.update(location="C:\\Apps")
         with self.world.braked(SETUP_AT_WORK):
             Watch(wizard).until(lambda: self.world.processes(SETUP_AT_WORK)
@@ -104,7 +105,7 @@ class Failures(FailureTestCase):
             wizard.wait_page("Setup could not finish", patience=120)
             self.assertEqual(self.world.processes(SETUP_AT_WORK), [])
         self.assert_failure(wizard, "Setup could not start", "varnel_setup_last.log")
-        self.assertEqual(self.world.temp_files(), ["varnel_setup_last.log"])
+        self.assertEqual(self.world.temp_files(ENDED_ENGINES_FOLDERS), ["varnel_setup_last.log"])
         self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
 
     def test_removal_finishes_when_the_window_closes(self):
@@ -116,7 +117,7 @@ class Failures(FailureTestCase):
         wait_until(lambda: not self.world.processes("unins000.exe"), "the end of its first process")
         self.assertEqual(wizard.close(), 0)
         wait_until(lambda: not self.world.path("C:\\Apps").exists(), "the end of the removal")
-        self.assertEqual(self.world.temp_files(), [])
+        self.assertEqual(self.world.temp_files(UNINSTALLERS_FOLDER), [])
 
     def test_closing_ends_all_of_the_engine(self):
         wizard = self.update(location="C:\\Apps")
@@ -125,7 +126,7 @@ class Failures(FailureTestCase):
                                 and self.world.path("C:\\Apps\\parts").exists())
             self.assertEqual(wizard.close(), 0)
             wait_until(lambda: not self.world.processes(ENGINE_FILE.stem), "the engine's end")
-        self.assertEqual(self.world.temp_files(), [])
+        self.assertEqual(self.world.temp_files(ENDED_ENGINES_FOLDERS), [])
         self.assertFalse(self.world.uninstall_entry().get("UninstallString"))
 
 

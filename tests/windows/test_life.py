@@ -6,7 +6,8 @@ import unittest
 
 from screen import PRIMARY, Watch
 from testcase import (EARLIER_ENGINE, EARLIER_SETUP_AT_WORK, EARLIER_VERSION, ENGINE,
-                      SETUP_AT_WORK, SILENT, UNINSTALLER_AT_WORK, VERSION, WindowsTestCase)
+                      SETUP_AT_WORK, SILENT, UNINSTALLER_AT_WORK, UNINSTALLERS_FOLDER, VERSION,
+                      WindowsTestCase)
 from world import dos, wait_until
 
 DESKTOP_LINK = "C:\\users\\Public\\Desktop\\Varnel Schematics.lnk"
@@ -152,7 +153,7 @@ class Life(WindowsTestCase):
         self.assertFalse((preferences / "Varnel Schematics").exists())
         self.assertTrue(neighbour.exists())
         self.assertEqual(wizard.close(), 0)
-        self.assertEqual(world.temp_files(), [])
+        self.assertEqual(world.temp_files(UNINSTALLERS_FOLDER), [])
 
 
 class Names(WindowsTestCase):

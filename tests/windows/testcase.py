@@ -19,6 +19,10 @@ EARLIER_VERSION = EARLIER_ENGINE.rsplit("-", 1)[1].removesuffix(".exe")
 SETUP_AT_WORK = f"VarnelEngine-{VERSION}.tmp"
 EARLIER_SETUP_AT_WORK = f"VarnelEngine-{EARLIER_VERSION}.tmp"
 UNINSTALLER_AT_WORK = "_unins.tmp"
+# Its folder in the temp folder, which Windows removes when it starts the next time.
+UNINSTALLERS_FOLDER = "iu-*.tmp"
+# Those that an engine leaves in the temp folder when it is ended from outside.
+ENDED_ENGINES_FOLDERS = "is-*.tmp"
 
 SILENT = ("/VERYSILENT", "/SUPPRESSMSGBOXES", "/NORESTART")
 

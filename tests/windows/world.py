@@ -3,6 +3,7 @@ them. It is made anew for each test and stays behind in the build folder to be l
 """
 
 import contextlib
+import fnmatch
 import os
 import re
 import shutil
@@ -163,9 +164,10 @@ class World:
         home = next(path for path in users.iterdir() if path.name != "Public")
         return home.joinpath(*parts)
 
-    def temp_files(self):
-        """What the wizard and its engine have left in the temp folder."""
-        return sorted(path.name for path in self.temp.iterdir() if path.name.startswith("varnel_"))
+    def temp_files(self, apart_from=""):
+        """What is in the temp folder, which was empty at first."""
+        return sorted(path.name for path in self.temp.iterdir()
+                      if not fnmatch.fnmatch(path.name, apart_from))
 
     # -- the registry ------------------------------------------------------------------------------
 
