@@ -7,8 +7,8 @@ import tempfile
 import unittest
 
 from screen import Wizard
-from testcase import (EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SILENT, VERSION,
-                      WindowsTestCase)
+from testcase import (EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SILENT, UNINSTALLER_AT_WORK,
+                      UNINSTALLERS_FOLDER, VERSION, WindowsTestCase)
 from world import HELPERS, PATIENCE, PRODUCT, UNINSTALL, dos, wait_until
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -145,9 +145,30 @@ class Downgrade(EngineTestCase):
         self.assertEqual(self.setup()[0], 7)
 
 
-class Removal(EngineTestCase):
+class RemovalTestCase(EngineTestCase):
     """Started by a person, in Windows' list of programs."""
 
+    def answer(self, *keys):
+        """To the uninstaller's box on screen."""
+        box = wait_until(lambda: Wizard.search("--name", "^Varnel Schematics Uninstall$"), "a box")
+        subprocess.run(["xdotool", "windowfocus", "--sync", box, "key", *keys], check=True)
+        wait_until(lambda: Wizard.search("--name", "^Varnel Schematics Uninstall$") != box, "its end")
+
+    def remove_without_the_wizard(self):
+        """By the uninstaller's own windows; returns its log."""
+        log = self.world.folder / "uninstaller.log"
+        uninstaller = self.world.start(f"{FOLDER}\\unins000.exe", f"/LOG={dos(log)}")
+        self.answer("alt+y")  # to remove it?
+        # The window of its progress has the same title.
+        wait_until(lambda: "successfully removed" in log.read_text(encoding="utf-8-sig"), "the last box")
+        self.answer("Return")
+        self.assertEqual(uninstaller.wait(timeout=PATIENCE), 0)
+        wait_until(lambda: not self.world.processes(UNINSTALLER_AT_WORK), "the end of its copy")
+        self.assertFalse(self.world.path(FOLDER).exists())
+        return log.read_text(encoding="utf-8-sig")
+
+
+class Removal(RemovalTestCase):
     def start(self, code):
         """The uninstaller, with a wizard that ends with this code."""
         (self.world.folder / "record").unlink(missing_ok=True)
@@ -158,12 +179,6 @@ class Removal(EngineTestCase):
         self.assertEqual(wait_until(self.world.records, "the wizard"),
                          [f'"{FOLDER}\\VarnelSetup.exe" --remove-with "{FOLDER}\\unins000.exe"'])
         return process
-
-    def answer(self, *keys):
-        """To the uninstaller's box on screen."""
-        box = wait_until(lambda: Wizard.search("--name", "^Varnel Schematics Uninstall$"), "a box")
-        subprocess.run(["xdotool", "windowfocus", "--sync", box, "key", *keys], check=True)
-        wait_until(lambda: Wizard.search("--name", "^Varnel Schematics Uninstall$") != box, "its end")
 
     def test_is_handed_to_the_wizard(self):
         self.setup()
@@ -191,6 +206,15 @@ class Removal(EngineTestCase):
         self.assertEqual(uninstaller.wait(timeout=PATIENCE), 0)
         wait_until(lambda: not self.world.path(FOLDER).exists(), "the removal's end")
 
+    def test_is_the_uninstallers_own_without_a_wizard(self):
+        wizard = self.world.path(FOLDER) / "VarnelSetup.exe"
+        self.setup()
+        wizard.unlink()
+        self.assertNotIn("The wizard", self.remove_without_the_wizard())
+        self.setup()
+        wizard.write_text("This is no program.\n")
+        self.assertIn("The wizard could not be started", self.remove_without_the_wizard())
+
     def test_is_the_uninstallers_own_if_it_is_silent(self):
         self.setup()
         self.world.environment["VARNEL_RECORD_CODE"] = "0"
@@ -198,6 +222,21 @@ class Removal(EngineTestCase):
         self.assertEqual(self.run_logged(f"{FOLDER}\\unins000.exe")[0], 0)
         wait_until(lambda: not self.world.path(FOLDER).exists(), "the removal's end")
         self.assertEqual(self.world.records(), [])
+
+
+class RemovalWithoutRoom(RemovalTestCase):
+    """A temp folder with room for the uninstaller's copy of itself, but not for the wizard's."""
+
+    def setUp(self):
+        self.disk = self.small_disk(megabytes=8)
+        super().setUp()
+        self.world.environment["TMPDIR"] = str(self.disk)
+
+    def test_is_the_uninstallers_own(self):
+        self.setup()
+        self.assertIn("The wizard was asked to do the removal and ended with code 1.",
+                      self.remove_without_the_wizard())
+        self.assertEqual(list(self.disk.iterdir()), list(self.disk.glob(UNINSTALLERS_FOLDER)))
 
 
 class Release(unittest.TestCase):

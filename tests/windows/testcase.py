@@ -44,11 +44,11 @@ class WindowsTestCase(unittest.TestCase):
         self.world.trust(keys)
         return keys
 
-    def small_disk(self):
-        """A disk of one megabyte, for the time of the test. Programs that run already see none."""
+    def small_disk(self, megabytes=1):
+        """A disk of this size, for the time of the test. Programs that run already see none."""
         disk = Path(tempfile.mkdtemp(prefix="varnel-disk-"))
         self.addCleanup(disk.rmdir)
-        mount = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "none", disk],
+        mount = subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={megabytes}m", "none", disk],
                                capture_output=True)
         if mount.returncode != 0:
             self.skipTest("This user may not mount anything.")
