@@ -4,11 +4,13 @@ import os
 import re
 import shutil
 import subprocess
+import time
 import unittest
 from pathlib import Path
 
 from screen import PRIMARY, SETUP, TITLE_BUTTONS, Wizard
-from testcase import EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SILENT, VERSION, WindowsTestCase
+from testcase import (EARLIER_ENGINE, EARLIER_VERSION, ENGINE, SILENT, UNINSTALLER_AT_WORK, UNINSTALLERS_FOLDER,
+                      VERSION, WindowsTestCase)
 from world import HELPERS, PATIENCE, UNINSTALL, dos, wait_until
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -133,12 +135,13 @@ class Removal(DownloadTestCase):
         (left,) = self.private_folders()
         self.assertEqual([path.name for path in (self.world.temp / left).iterdir()],
                          ["VarnelSetup.exe"])
+        self.assertEqual(self.world.temp_files(UNINSTALLERS_FOLDER), [left])
         # Windows removes it when it starts the next time.
         key = "HKEY_LOCAL_MACHINE\\System\\CurrentControlSet\\Control\\Session Manager".lower()
         pending = "".join(self.world.keys()[key])
         self.assertIn(b"VarnelSetup.exe".hex(","), self.letters(pending))
         self.world.run("wineboot", "--restart")
-        wait_until(lambda: not self.private_folders(), "the copy to go")
+        wait_until(lambda: not self.world.temp_files(), "the copies to go")
 
     @staticmethod
     def letters(lines):
@@ -171,10 +174,17 @@ class Removal(DownloadTestCase):
 
 class Damage(DownloadTestCase):
     def test_cut_off_anywhere_behind_the_image(self):
-        begin = self.program.read_bytes().index(ENGINE_FILE.read_bytes())
-        end = begin + ENGINE_FILE.stat().st_size
+        # Of an odd size, so that there is something between it and the certificate.
+        content = ENGINE_FILE.read_bytes()
+        content += bytes(1 + len(content) % 2)
+        engine = self.world.folder / "engine.exe"
+        engine.write_bytes(content)
+        self.bundle(engine)
+        begin = self.program.read_bytes().index(content)
+        end = begin + len(content)
         whole = self.signed(self.program, "signed.exe", self.trusted_keys("Ours")).read_bytes()
         certificate = -(-end // 8) * 8
+        self.assertLess(end, certificate)
         for length in (begin - 1, begin, begin + 1, (begin + end) // 2, end - 1, end, certificate,
                        certificate + 1, certificate + 8, len(whole) - 1):
             with self.subTest(length=length):
@@ -196,7 +206,7 @@ class Damage(DownloadTestCase):
 
 class Attacks(DownloadTestCase):
     def refused(self, *command):
-        """Whether Windows keeps somebody from doing this."""
+        """Whether the command fails."""
         return self.world.run("cmd", "/c", *command)[0] != 0
 
     def test_nobody_can_exchange_the_engine(self):
@@ -205,7 +215,7 @@ class Attacks(DownloadTestCase):
         wizard.walk_to_ready("C:\\Apps")
         unpacked = dos(self.unpacked())
         self.assertTrue(self.refused("copy", "/Y", other, unpacked))
-        self.refused("del", unpacked)  # it never tells
+        self.refused("del", unpacked)  # del returns 0 even if it fails
         self.assertEqual(dos(self.unpacked()), unpacked)
         self.assertTrue(self.refused("move", "/Y", unpacked, unpacked + ".old"))
         folder = unpacked.rsplit("\\", 1)[0]
@@ -263,6 +273,27 @@ class Publishers(DownloadTestCase):
         done = self.update(wizard, self.signed(ENGINE_FILE, "ours.exe", ours))
         done.wait_page("Updated in 38 seconds", patience=120)
         self.assertEqual(done.close(), 0)
+
+    def test_only_an_uninstaller_of_the_same_publisher_is_started(self):
+        self.install(ENGINE, FOLDER)
+        uninstaller = self.world.path(FOLDER) / "unins000.exe"
+        ours, theirs = self.trusted_keys("Ours"), self.trusted_keys("Theirs")
+        wizard = self.signed(SETUP, "wizard.exe", ours)
+        foreign = self.signed(uninstaller, "theirs.exe", theirs)
+        before = self.world.files_below(FOLDER)
+        for program in uninstaller, foreign:
+            with self.subTest(program=program.name):
+                if program != uninstaller:
+                    shutil.copy(program, uninstaller)
+                refused = self.wizard("--uninstall", "--uninstaller", f"{FOLDER}\\unins000.exe",
+                                      program=dos(wizard), title="Varnel Schematics uninstall")
+                refused.wait_page("Administrator rights required")
+                refused.click_at(PRIMARY)
+                refused.wait_page("The setup engine is not signed by Varnel Solutions Team.")
+                refused.click_at(PRIMARY)
+                self.assertEqual(refused.wait_end(), 0)
+                self.assertEqual(self.world.files_below(FOLDER), before)
+                self.assertTrue(self.world.uninstall_entry())
 
     def test_silently_too(self):
         ours = self.trusted_keys("Ours")
@@ -348,6 +379,25 @@ class Ends(DownloadTestCase):
         self.assertEqual(wizard.wait_end(), 0)
         self.assertEqual(self.world.files_below(FOLDER), before)
 
+    def test_removal_waits_for_the_end_of_another(self):
+        self.install(ENGINE, FOLDER)
+        before = self.world.files_below(FOLDER)
+        # As the uninstaller that has called the wizard does until it has ended.
+        self.world.hold(f"{FOLDER}\\unins000.dat", "alone")
+        wizard = self.wizard("--uninstall", title="Varnel Schematics uninstall")
+        wizard.wait_page("Administrator rights required")
+        wizard.click_at(PRIMARY)
+        wait_until(lambda: "Administrator rights" not in wizard.read(), "the run's page")
+        for _ in range(10):
+            time.sleep(0.1)
+            for name in "unins000.exe", UNINSTALLER_AT_WORK:
+                self.assertEqual(self.world.processes(name), [])
+        self.assertEqual(self.world.files_below(FOLDER), before)
+        self.world.run(HELPERS / "endprogram.exe", "holdfile.exe")
+        wizard.wait_page("Uninstalled in 24 seconds", patience=120)
+        wait_until(lambda: not self.world.path(FOLDER).exists(), "the end of the removal")
+        self.assertEqual(wizard.close(), 0)
+
 
 class Room(DownloadTestCase):
     """A temp folder without room, and one that nothing can be written to."""
@@ -356,6 +406,13 @@ class Room(DownloadTestCase):
         self.disk = self.small_disk()
         super().setUp()
         self.world.environment["TMPDIR"] = str(self.disk)
+
+    def assert_fails_silently(self):
+        log = self.world.folder / "log.txt"
+        code, _ = self.world.run(dos(self.program), *SILENT, f"/DIR={FOLDER}", f"/LOG={dos(log)}")
+        self.assertEqual(code, 3)
+        self.assertIn("The setup engine cannot be unpacked", log.read_text(encoding="utf-8"))
+        self.assertFalse(self.world.path(FOLDER).exists())
 
     def test_full(self):
         wizard = self.download()
@@ -367,6 +424,7 @@ class Room(DownloadTestCase):
         self.assertIn(f"It needs {megabytes} MB in", wizard.page)
         wizard.click_at(PRIMARY)
         self.assertEqual(wizard.wait_end(), 0)
+        self.assert_fails_silently()
         self.assertEqual(list(self.disk.iterdir()), [])
 
     def test_read_only(self):
@@ -378,6 +436,7 @@ class Room(DownloadTestCase):
         self.assertIn("The setup engine cannot be unpacked", wizard.page)
         wizard.click_at(PRIMARY)
         self.assertEqual(wizard.wait_end(), 0)
+        self.assert_fails_silently()
 
 
 if __name__ == "__main__":

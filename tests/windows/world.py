@@ -93,10 +93,10 @@ class World:
         code, output = self.run(HELPERS / "windowcommand.exe", title)
         return dict(line.split("=") for line in output.split()) if code == 0 else {}
 
-    def hold(self, path, program=HELPERS / "holdfile.exe"):
+    def hold(self, path, *options, program=HELPERS / "holdfile.exe"):
         """Starts a program that keeps a file open to the end of the test."""
         output = self.folder / "holder.txt"
-        self.start(program, path, output=output)
+        self.start(program, path, *options, output=output)
         wait_until(lambda: "held" in output.read_text(), f"a hold on {path}")
 
     def processes(self, name):
