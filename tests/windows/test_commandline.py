@@ -2,12 +2,15 @@
 
 import re
 import shutil
+import subprocess
 import unittest
+from pathlib import Path
 
-from screen import PRIMARY
+from screen import PRIMARY, SETUP
 from testcase import SILENT, WindowsTestCase
 from world import HELPERS, UNINSTALL, dos, wait_until
 
+ROOT = Path(__file__).resolve().parents[2]
 # The program from its arguments, as QProcess puts them together when it gets them as one text.
 GAP = "  "
 RECORDER = HELPERS / "recordcommandline.exe"
@@ -72,6 +75,16 @@ class CommandLine(WindowsTestCase):
         status = dos(self.world.temp / f"varnel_uninst_{ID}.ini")
         self.assertEqual(self.recorded(wizard, "Uninstalled in"),
                          f'{dos(RECORDER)}{GAP}{" ".join(SILENT)} /STATUSFILE="{status}"')
+
+    def test_silent_engine_gets_it_as_it_stands(self):
+        download = self.world.folder / "a download.exe"
+        subprocess.run([ROOT / "tools/bundle", SETUP, RECORDER, download], check=True, stdout=subprocess.DEVNULL)
+        batch = self.world.folder / "start.bat"
+        rest = '/VERYSILENT /DIR="C:\\a  b" "/TASKS=c d" 100% \\\\"'
+        batch.write_text(f'@"{dos(download)}" {rest.replace("%", "%%")}\r\n')
+        self.world.run("cmd", "/c", dos(batch))
+        line = wait_until(self.world.records, "the engine's record")[-1]
+        self.assertEqual(line.split("VarnelEngine.exe", 1)[1].lstrip('"').lstrip(), rest)
 
 
 if __name__ == "__main__":

@@ -336,7 +336,7 @@ class Ends(DownloadTestCase):
     def test_the_session_ends_meanwhile(self):
         wizard = self.download()
         self.unpacked()
-        self.world.start("wineboot", "--end-session").wait(timeout=PATIENCE)
+        self.world.run(HELPERS / "windowcommand.exe", wizard.title, "signoff")
         wizard.wait_end()
         self.assertEqual(self.world.temp_files(), [])
 

@@ -238,6 +238,13 @@ class RemovalWithoutRoom(RemovalTestCase):
                       self.remove_without_the_wizard())
         self.assertEqual(list(self.disk.iterdir()), list(self.disk.glob(UNINSTALLERS_FOLDER)))
 
+    def test_is_the_uninstallers_own_by_a_double_click_too(self):
+        self.setup()
+        code, _ = self.world.run(f"{FOLDER}\\VarnelSetup.exe")
+        self.assertNotEqual(code, 0)
+        self.answer("alt+n")  # remove it?
+        self.assertIn("unins000.exe", self.world.files_below(FOLDER))
+
 
 class Release(unittest.TestCase):
     def test_has_what_the_check_page_promises(self):

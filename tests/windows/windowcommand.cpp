@@ -1,6 +1,6 @@
 // Gives a window a command, or prints what Windows knows of it:
 //
-//   windowcommand <title> [minimize|restore|menu|endsession|taskbarcreated]
+//   windowcommand <title> [minimize|restore|menu|endsession|signoff|taskbarcreated]
 //
 // Without a command it prints one "name=value" a line.
 
@@ -44,6 +44,19 @@ void endSession(HWND window)
     }
 }
 
+/// As Windows ends a program with the session: it need not run any further after the message.
+void signOff(HWND window)
+{
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, id);
+    if (SendMessageW(window, WM_QUERYENDSESSION, 0, 0)) {
+        SendMessageW(window, WM_ENDSESSION, TRUE, 0);
+        TerminateProcess(process, 0);
+    }
+    CloseHandle(process);
+}
+
 } // namespace
 
 int wmain(int count, wchar_t **arguments)
@@ -64,6 +77,8 @@ int wmain(int count, wchar_t **arguments)
         pressForMenu();
     else if (command == L"endsession")
         endSession(window);
+    else if (command == L"signoff")
+        signOff(window);
     else if (command
              == L"taskbarcreated") // Sent, not posted: it has been handled when this returns.
         SendMessageW(window, RegisterWindowMessageW(L"TaskbarButtonCreated"), 0, 0);
