@@ -2,6 +2,7 @@
 #include "app/applicationicon.h"
 #include "app/applicationsetup.h"
 #include "product/product.h"
+#include "support/stricttest.h"
 #include "theme/thememanager.h"
 
 #include <QApplication>
@@ -54,7 +55,7 @@ QRect painted(const QImage &image)
 
 } // namespace
 
-class TestApplicationSetup : public QObject
+class TestApplicationSetup : public StrictTest
 {
     Q_OBJECT
 
@@ -63,7 +64,6 @@ public:
 
 private Q_SLOTS:
     void initTestCase();
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void identity();
     void application();
     void everyFaceIsTheOneAskedFor_data();

@@ -1,19 +1,18 @@
 #include "app/commandline.h"
 #include "app/qtvariables.h"
+#include "support/stricttest.h"
 
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
 constexpr int kUndecided = -1;
 
-class TestCommandLine : public QObject
+class TestCommandLine : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void parse_data();
     void parse();
     void removesVariablesOfQt();

@@ -4,12 +4,12 @@
 #include "engine/exitcode.h"
 #include "engine/statusfile.h"
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QLocale>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTest>
 
@@ -19,12 +19,11 @@ using namespace Qt::Literals::StringLiterals;
 
 // What the engine program is given on its command line, and what its status file and exit code
 // mean.
-class TestEngineProtocol : public QObject
+class TestEngineProtocol : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void arguments_data();
     void arguments();
     void receivedArguments_data();

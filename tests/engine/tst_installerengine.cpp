@@ -1,4 +1,5 @@
 #include "engine/enginescene.h"
+#include "support/stricttest.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -10,12 +11,11 @@
 using namespace Qt::Literals::StringLiterals;
 
 // Runs that go well, with a real child process.
-class TestInstallerEngine : public QObject
+class TestInstallerEngine : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void idle();
     void install();
     void foldersAndTasks_data();

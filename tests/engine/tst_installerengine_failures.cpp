@@ -1,13 +1,13 @@
 #include "engine/bracketlanguage.h"
 #include "engine/enginescene.h"
 #include "engine/process.h"
+#include "support/stricttest.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <filesystem>
@@ -16,12 +16,11 @@ using namespace Qt::Literals::StringLiterals;
 
 // Runs that are refused, cannot start, crash, misbehave or end with an exit code; and what becomes
 // of the log of the latter.
-class TestInstallerEngineFailures : public QObject
+class TestInstallerEngineFailures : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void refused_data();
     void refused();
     void retryFromTheFinishedSignal_data();

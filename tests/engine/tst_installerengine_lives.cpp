@@ -1,21 +1,20 @@
 #include "engine/enginescene.h"
 #include "support/footprint.h"
+#include "support/stricttest.h"
 #include "support/timercounter.h"
 
 #include <QFile>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
 // Many runs in one process, of which none leaves anything behind.
-class TestInstallerEngineLives : public QObject
+class TestInstallerEngineLives : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void oneAfterTheOther();
 };
 

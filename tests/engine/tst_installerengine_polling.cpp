@@ -1,8 +1,8 @@
 #include "engine/enginescene.h"
 #include "engine/process.h"
+#include "support/stricttest.h"
 
 #include <QDir>
-#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 
@@ -10,12 +10,11 @@ using namespace Qt::Literals::StringLiterals;
 
 // What is emitted while a run is under way. The child process does nothing here: the test writes
 // the status file and the log in its place, one step for each poll.
-class TestInstallerEnginePolling : public QObject
+class TestInstallerEnginePolling : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void steps_data();
     void steps();
     void orderWithinAPoll();

@@ -1,9 +1,9 @@
 #include "engine/enginescene.h"
 #include "engine/process.h"
 #include "engine/processtree.h"
+#include "support/stricttest.h"
 
 #include <QProcess>
-#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTest>
 
@@ -15,12 +15,11 @@ using namespace std::chrono_literals;
 
 // A setup is often two processes: the one that was started, and one that does the work. Both belong
 // to the run.
-class TestInstallerEngineProcesses : public QObject
+class TestInstallerEngineProcesses : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void bornInTheTree();
     void failureEndsAll_data();
     void failureEndsAll();

@@ -1,7 +1,7 @@
 #include "engine/enginescene.h"
+#include "support/stricttest.h"
 
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <memory>
@@ -10,12 +10,11 @@ using namespace Qt::Literals::StringLiterals;
 
 // Rules that hold whatever happens: runs end, crash, are stopped or started at random moments, from
 // outside and from slots of the engine's signals. VARNEL_SEED repeats a sequence.
-class TestInstallerEngineProperties : public QObject
+class TestInstallerEngineProperties : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void interleavings();
 };
 

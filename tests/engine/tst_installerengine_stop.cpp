@@ -1,10 +1,10 @@
 #include "engine/enginescene.h"
 #include "engine/process.h"
+#include "support/stricttest.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QSemaphore>
 #include <QTest>
 #include <QThread>
@@ -12,12 +12,11 @@
 using namespace Qt::Literals::StringLiterals;
 
 // Runs that are stopped or replaced, from outside and from within the engine's own signals.
-class TestInstallerEngineStop : public QObject
+class TestInstallerEngineStop : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void hangingRun_data();
     void hangingRun();
     void stopBeforeAndAfterTheRun();

@@ -1,9 +1,9 @@
 #include "engine/logsummary.h"
 #include "engine/process.h"
+#include "support/stricttest.h"
 
 #include <QBuffer>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <algorithm>
@@ -11,12 +11,11 @@
 using namespace Qt::Literals::StringLiterals;
 
 // Compared with a slow and simple search by fuzz_logsummary.
-class TestLogSummary : public QObject
+class TestLogSummary : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void reason_data();
     void reason();
     void startsWhereTheDeviceStands();

@@ -1,21 +1,20 @@
 #include "engine/logtail.h"
 #include "engine/process.h"
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
 // Compared with a slow and simple reader by fuzz_logtail.
-class TestLogTail : public QObject
+class TestLogTail : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void line_data();
     void line();
     void halfLines();

@@ -1,9 +1,9 @@
 #include "engine/wordfinder.h"
+#include "support/stricttest.h"
 
 #include <QByteArray>
 #include <QList>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <algorithm>
@@ -11,12 +11,11 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestWordFinder : public QObject
+class TestWordFinder : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void words_data();
     void words();
     void everyPlaceInALongText();

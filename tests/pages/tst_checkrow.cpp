@@ -1,7 +1,7 @@
 #include "app/applicationfonts.h"
 #include "pages/checkrow.h"
+#include "pages/lightthemetest.h"
 #include "pages/pagetext.h"
-#include "pages/strictwarnings.h"
 #include "support/drawing.h"
 #include "support/grab.h"
 #include "theme/themed.h"
@@ -44,25 +44,18 @@ protected:
 
 } // namespace
 
-class TestCheckRow : public QObject
+class TestCheckRow : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { registerApplicationFonts(); }
-    void init();
     void tick();
     void slidesFivePixels();
     void valueHasTheRoomBesideTheLabel();
     void longValueIsShortened();
     void newResult();
 };
-
-void TestCheckRow::init()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
-}
 
 void TestCheckRow::tick()
 {

@@ -1,8 +1,8 @@
 #include "app/applicationfonts.h"
 #include "pages/destinationpage.h"
 #include "pages/folderchooser.h"
+#include "pages/lightthemetest.h"
 #include "pages/pagetext.h"
-#include "pages/strictwarnings.h"
 #include "support/sandbox.h"
 #include "theme/thememanager.h"
 
@@ -46,13 +46,12 @@ struct ShownPage : DestinationPage
 
 } // namespace
 
-class TestDestinationPage : public QObject
+class TestDestinationPage : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
-    void init();
     void folder();
     void tellsTheSpaceOfThisMoment();
     void folderChooser();
@@ -67,12 +66,6 @@ void TestDestinationPage::initTestCase()
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     registerApplicationFonts();
-}
-
-void TestDestinationPage::init()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
 }
 
 void TestDestinationPage::folder()

@@ -1,8 +1,8 @@
 #include "app/applicationfonts.h"
 #include "pages/fittedlabel.h"
+#include "pages/lightthemetest.h"
 #include "pages/pagelabels.h"
 #include "pages/pagetext.h"
-#include "pages/strictwarnings.h"
 #include "pages/summarybox.h"
 #include "support/drawing.h"
 #include "support/grab.h"
@@ -76,13 +76,12 @@ QString descriptionOf(QWidget &widget)
 
 } // namespace
 
-class TestFittedLabel : public QObject
+class TestFittedLabel : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { registerApplicationFonts(); }
-    void init() { failOnWarnings(); }
     void shortTextLooksLikeAnyLabel();
     void longPathLosesItsMiddle();
     void wrapsAtSeparators();

@@ -1,7 +1,7 @@
 #include "app/applicationfonts.h"
 #include "pages/licensepage.h"
+#include "pages/lightthemetest.h"
 #include "pages/pagetext.h"
-#include "pages/strictwarnings.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "theme/thememanager.h"
@@ -55,13 +55,12 @@ private:
 
 } // namespace
 
-class TestLicensePage : public QObject
+class TestLicensePage : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { registerApplicationFonts(); }
-    void init();
     void cleanup() { QFile::remove(licenseFile()); }
     void textComesFromTheProgramsFolder();
     void viewShowsTheFocus();
@@ -70,12 +69,6 @@ private Q_SLOTS:
     void answerChangesByClick();
     void answerChangesByArrowKeys();
 };
-
-void TestLicensePage::init()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
-}
 
 void TestLicensePage::textComesFromTheProgramsFolder()
 {

@@ -1,5 +1,6 @@
 #include "pages/licensetext.h"
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,12 +19,11 @@ const QByteArray kNoFile;
 
 } // namespace
 
-class TestLicenseText : public QObject
+class TestLicenseText : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void places_data();
     void places();
     void decoding_data();

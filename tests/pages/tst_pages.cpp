@@ -4,11 +4,11 @@
 #include "app/applicationfonts.h"
 #include "pages/confirmuninstallpage.h"
 #include "pages/finishedpage.h"
+#include "pages/lightthemetest.h"
 #include "pages/manualclock.h"
 #include "pages/pagetext.h"
 #include "pages/readypage.h"
 #include "pages/readytoupdatepage.h"
-#include "pages/strictwarnings.h"
 #include "pages/summarybox.h"
 #include "pages/taskspage.h"
 #include "pages/uninstallcompletepage.h"
@@ -50,13 +50,12 @@ QString withoutBlanks(const QString &text)
 
 } // namespace
 
-class TestPages : public QObject
+class TestPages : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { registerApplicationFonts(); }
-    void init();
     void texts();
     void outsideTextIsLiteral_data();
     void outsideTextIsLiteral();
@@ -67,12 +66,6 @@ private Q_SLOTS:
     void answers();
     void badgePops();
 };
-
-void TestPages::init()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
-}
 
 void TestPages::texts()
 {

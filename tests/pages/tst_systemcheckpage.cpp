@@ -1,8 +1,8 @@
 #include "app/applicationfonts.h"
 #include "pages/checkrow.h"
+#include "pages/lightthemetest.h"
 #include "pages/manualclock.h"
 #include "pages/pagetext.h"
-#include "pages/strictwarnings.h"
 #include "pages/systemcheckpage.h"
 #include "pages/timerwatch.h"
 #include "support/sandbox.h"
@@ -77,7 +77,7 @@ struct ShownPage : SystemCheckPage
 
 } // namespace
 
-class TestSystemCheckPage : public QObject
+class TestSystemCheckPage : public LightThemeTest
 {
     Q_OBJECT
 
@@ -101,8 +101,7 @@ private:
 
 void TestSystemCheckPage::init()
 {
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
+    LightThemeTest::init();
     recordSmartAppControl(0);
 }
 

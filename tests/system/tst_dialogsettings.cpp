@@ -1,9 +1,9 @@
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 #include "system/dialogsettings.h"
 
 #include <QDir>
 #include <QDirIterator>
-#include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
 
@@ -23,7 +23,7 @@ void writeAsADialog(const QString &lastVisited)
 
 } // namespace
 
-class TestDialogSettings : public QObject
+class TestDialogSettings : public StrictTest
 {
     Q_OBJECT
 
@@ -31,7 +31,6 @@ public:
     static void initMain() { qunsetenv("XDG_CONFIG_HOME"); }
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void nothingIsLeft();
     void othersSettingsStay();
 

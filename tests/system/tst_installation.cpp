@@ -1,11 +1,11 @@
 #include "support/environment.h"
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 #include "system/installation.h"
 #include "system/registry.h"
 
 #include <QDir>
 #include <QJsonArray>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <optional>
@@ -31,7 +31,7 @@ auto keepCurrentFolder()
 
 } // namespace
 
-class TestInstallation : public QObject
+class TestInstallation : public StrictTest
 {
     Q_OBJECT
 
@@ -61,7 +61,7 @@ private:
 
 void TestInstallation::init()
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    StrictTest::init();
     m_sandbox.emplace();
     for (const QString &file : { u"unins000.exe"_s, u"remove me.exe"_s, u"remove me.ex"_s })
         m_sandbox->write(u"copy one/"_s + file, {});

@@ -1,18 +1,18 @@
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 #include "system/launch.h"
 #include "system/offspring.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestLaunch : public QObject
+class TestLaunch : public StrictTest
 {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ void TestLaunch::initTestCase()
 
 void TestLaunch::init()
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    StrictTest::init();
     m_sandbox.emplace();
 }
 

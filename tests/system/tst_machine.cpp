@@ -1,3 +1,4 @@
+#include "support/stricttest.h"
 #include "system/machine.h"
 
 #include <QDir>
@@ -14,12 +15,11 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestMachine : public QObject
+class TestMachine : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void memoryIsThatOfTheKernel();
     void processorIsThatOfTheKernel();
     void systemFolderHoldsLibraries();

@@ -1,4 +1,5 @@
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 #include "system/machine.h"
 #include "system/probes.h"
 
@@ -6,7 +7,6 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QLocale>
-#include <QRegularExpression>
 #include <QStorageInfo>
 #include <QSysInfo>
 #include <QTest>
@@ -72,7 +72,7 @@ double freeBytesOf(const CheckResult &result)
 
 } // namespace
 
-class TestProbes : public QObject
+class TestProbes : public StrictTest
 {
     Q_OBJECT
 
@@ -97,7 +97,7 @@ private:
 
 void TestProbes::init()
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    StrictTest::init();
     m_sandbox.emplace();
 }
 

@@ -1,4 +1,5 @@
 // Apart from the other probes, because this one needs screens, one for each case.
+#include "support/stricttest.h"
 #include "system/probes.h"
 #include "system/screenpixels.h"
 
@@ -8,7 +9,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QRegularExpression>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
@@ -73,14 +73,13 @@ QString shown(QSize size)
 
 } // namespace
 
-class TestProbesDisplay : public QObject
+class TestProbesDisplay : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void sizeIsInRealPixels_data();
     void sizeIsInRealPixels();
     void rowIsAboutThePrimaryScreen();

@@ -1,9 +1,9 @@
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 #include "system/registry.h"
 
 #include <QFile>
 #include <QJsonArray>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <optional>
@@ -16,14 +16,14 @@ const QString kKey = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Varnel Test)"_s;
 
 } // namespace
 
-class TestRegistry : public QObject
+class TestRegistry : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        StrictTest::init();
         m_sandbox.emplace();
     }
     void values_data();

@@ -1,7 +1,7 @@
+#include "support/stricttest.h"
 #include "system/requirements.h"
 
 #include <QLocale>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <limits>
@@ -14,7 +14,7 @@ constexpr quint64 kGiB = 1ULL << 30;
 
 } // namespace
 
-class TestRequirements : public QObject
+class TestRequirements : public StrictTest
 {
     Q_OBJECT
 
@@ -24,7 +24,6 @@ public:
 
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void operatingSystem_data();
     void operatingSystem();
     void processor_data();

@@ -1,12 +1,12 @@
 #include "support/environment.h"
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 #include "system/userdata.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <optional>
@@ -25,7 +25,7 @@ const QString kOurs = u"appdata/Varnel Schematics/Varnel Schematics"_s;
 
 } // namespace
 
-class TestUserData : public QObject
+class TestUserData : public StrictTest
 {
     Q_OBJECT
 
@@ -60,7 +60,7 @@ private:
 
 void TestUserData::init()
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    StrictTest::init();
     m_sandbox.emplace();
     m_sandbox->write(u"elsewhere/Varnel Schematics/settings.ini"_s, "kept");
     m_sandbox->write(u"elsewhere/settings.ini"_s, "kept");

@@ -1,3 +1,4 @@
+#include "support/stricttest.h"
 #include "theme/themed.h"
 
 #include <QApplication>
@@ -23,7 +24,7 @@ protected:
 
 } // namespace
 
-class TestThemed : public QObject
+class TestThemed : public StrictTest
 {
     Q_OBJECT
 
@@ -39,7 +40,7 @@ private Q_SLOTS:
 void TestThemed::init()
 {
     // Qt also warns of a style sheet that it cannot parse.
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    StrictTest::init();
     ThemeManager::instance().setDarkMode(false);
 }
 

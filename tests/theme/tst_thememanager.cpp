@@ -1,10 +1,10 @@
+#include "support/stricttest.h"
 #include "theme/thememanager.h"
 #include "theme/tokens.h"
 
 #include <QApplication>
 #include <QMetaEnum>
 #include <QPalette>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -67,12 +67,11 @@ static_assert(!std::is_default_constructible_v<ThemeManager>);
 static_assert(ThemeManager::Light == 0 && ThemeManager::Dark == 1);
 
 /// What needs a process that has no QApplication yet.
-class TestThemeManagerHeadless : public QObject
+class TestThemeManagerHeadless : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void withoutApplication();
     void withoutWindows();
 };
@@ -96,7 +95,7 @@ void TestThemeManagerHeadless::withoutWindows()
     styleWithWarning(kNoApplication);
 }
 
-class TestThemeManager : public QObject
+class TestThemeManager : public StrictTest
 {
     Q_OBJECT
 
@@ -120,7 +119,7 @@ private Q_SLOTS:
 
 void TestThemeManager::init()
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    StrictTest::init();
     manager().setDarkMode(false);
     qApp->setStyleSheet(kOtherSheet);
     QApplication::setPalette(oddPalette());

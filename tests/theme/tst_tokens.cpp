@@ -1,4 +1,5 @@
 #include "support/contrast.h"
+#include "support/stricttest.h"
 #include "theme/tokens.h"
 
 #include <QColor>
@@ -154,12 +155,11 @@ QColor surfaceColour(const QString &surface, bool dark)
 
 } // namespace
 
-class TestTokens : public QObject
+class TestTokens : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void families();
     void fixedValues();
     void formOfNamesAndColours();

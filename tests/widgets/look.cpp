@@ -1,16 +1,9 @@
 #include "widgets/look.h"
 
-#include "pages/strictwarnings.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 
 #include <cmath>
-
-void expectNoWarningsInLightTheme()
-{
-    failOnWarnings();
-    ThemeManager::instance().setDarkMode(false);
-}
 
 QString difference(const QColor &actual, const QColor &expected, int tolerance)
 {

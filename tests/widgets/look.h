@@ -6,9 +6,6 @@
 #include <QRectF>
 #include <QString>
 
-/// For the start of a test: warnings are failures, and the theme is the light one.
-void expectNoWarningsInLightTheme();
-
 /// Empty if the two colours are alike in every channel to within `tolerance` (of 255), else what is
 /// different about them, for a test to print.
 [[nodiscard]] QString difference(const QColor &actual, const QColor &expected, int tolerance = 2);

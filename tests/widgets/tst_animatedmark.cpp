@@ -1,5 +1,5 @@
+#include "pages/lightthemetest.h"
 #include "pages/manualclock.h"
-#include "pages/strictwarnings.h"
 #include "pages/timerwatch.h"
 #include "support/grab.h"
 #include "widgets/animatedmark.h"
@@ -45,12 +45,11 @@ bool isAfloat(const AnimatedMark &mark, int time)
 
 } // namespace
 
-class TestAnimatedMark : public QObject
+class TestAnimatedMark : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { failOnWarnings(); }
     void fillIsClamped();
     void partsComeOneAfterTheOther();
     void entrance_data();

@@ -1,7 +1,7 @@
 // The mark keeps its parts as pictures, made for one size and ratio. Here they are compared with
 // the vector drawings themselves.
 
-#include "pages/strictwarnings.h"
+#include "pages/lightthemetest.h"
 #include "support/grab.h"
 #include "widgets/animatedmark.h"
 #include "widgets/look.h"
@@ -176,12 +176,11 @@ int mostAlpha(const QImage &picture)
 
 } // namespace
 
-class TestAnimatedMarkPainting : public QObject
+class TestAnimatedMarkPainting : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { failOnWarnings(); }
     void colours();
     void scenes_data();
     void scenes();

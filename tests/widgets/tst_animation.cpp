@@ -1,7 +1,7 @@
 // What all animations are made of: how they run, when they start, and whether they can be seen.
 
+#include "pages/lightthemetest.h"
 #include "pages/manualclock.h"
-#include "pages/strictwarnings.h"
 #include "widgets/animation.h"
 #include "widgets/course.h"
 #include "widgets/delayedstart.h"
@@ -54,12 +54,11 @@ struct Scene
 
 } // namespace
 
-class TestAnimation : public QObject
+class TestAnimation : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { failOnWarnings(); }
     void playsFromItsBeginning();
     void glidesFromWhereThePropertyIs();
     void delayedStartIsDueOnce();

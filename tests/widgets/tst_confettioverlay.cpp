@@ -2,7 +2,7 @@
 // of the 11,000 made here, some come within half a percent of each end of each range, except in one
 // run of 10^20, so that a range that is a few percent too wide or too narrow is found.
 
-#include "pages/strictwarnings.h"
+#include "pages/lightthemetest.h"
 #include "pages/timerwatch.h"
 #include "widgets/confettioverlay.h"
 #include "widgets/confettipieces.h"
@@ -85,13 +85,12 @@ double turn(double a, double b)
 
 } // namespace
 
-class TestConfettiOverlay : public QObject
+class TestConfettiOverlay : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
-    void init() { failOnWarnings(); }
     void restsWithoutABurst_data();
     void restsWithoutABurst();
     void burst();

@@ -1,5 +1,6 @@
 // The focus ring, and the button that has it inside its border.
 
+#include "pages/lightthemetest.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/focusring.h"
@@ -89,12 +90,11 @@ struct ButtonScene
 
 } // namespace
 
-class TestFocusRing : public QObject
+class TestFocusRing : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { expectNoWarningsInLightTheme(); }
     void focus_data();
     void focus();
     void windowGoesAndComesBack_data();

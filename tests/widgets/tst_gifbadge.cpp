@@ -1,5 +1,5 @@
+#include "pages/lightthemetest.h"
 #include "pages/manualclock.h"
-#include "pages/strictwarnings.h"
 #include "pages/timerwatch.h"
 #include "support/grab.h"
 #include "theme/themed.h"
@@ -58,12 +58,11 @@ bool isStill(TimerWatch &timers, int milliseconds = 300)
 
 } // namespace
 
-class TestGifBadge : public QObject
+class TestGifBadge : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { failOnWarnings(); }
     void popsIn();
     void playsOnlyWhereItIsSeen();
     void goesOnWhereItWas();

@@ -1,3 +1,4 @@
+#include "pages/lightthemetest.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/gifbadge.h"
@@ -41,12 +42,11 @@ QImage checkerboard(int side, int cell)
 
 } // namespace
 
-class TestGifBadgePainting : public QObject
+class TestGifBadgePainting : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { expectNoWarningsInLightTheme(); }
     void bareDisc();
     void popThreshold();
     void ringIsWholeFromTheStart();

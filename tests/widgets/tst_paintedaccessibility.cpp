@@ -1,6 +1,6 @@
 // What assistive technology is told of the painted widgets, and what the announcer has it say.
 
-#include "pages/strictwarnings.h"
+#include "pages/lightthemetest.h"
 #include "pages/timerwatch.h"
 #include "widgets/animatedmark.h"
 #include "widgets/announcer.h"
@@ -70,13 +70,12 @@ struct Talk
 
 } // namespace
 
-class TestPaintedAccessibility : public QObject
+class TestPaintedAccessibility : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { installPaintedAccessibility(); }
-    void init() { failOnWarnings(); }
     void pictures();
     void row();
     void progressBar();

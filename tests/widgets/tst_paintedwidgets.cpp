@@ -1,5 +1,6 @@
 // What the painted widgets have in common, and the lines between them.
 
+#include "pages/lightthemetest.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/animatedmark.h"
@@ -52,12 +53,11 @@ QWidget *make(QWidget *parent)
 
 } // namespace
 
-class TestPaintedWidgets : public QObject
+class TestPaintedWidgets : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { expectNoWarningsInLightTheme(); }
     void repaints_data();
     void repaints();
     void decorationLetsClicksThrough();

@@ -1,3 +1,4 @@
+#include "pages/lightthemetest.h"
 #include "pages/manualclock.h"
 #include "support/grab.h"
 #include "theme/themed.h"
@@ -49,12 +50,11 @@ bool isAtPhase(const ProgressTrack &track, double phase)
 
 } // namespace
 
-class TestProgressTrack : public QObject
+class TestProgressTrack : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { expectNoWarningsInLightTheme(); }
     void glides();
     void glidesOnFromWhereItIs();
     void settlesAndResets();

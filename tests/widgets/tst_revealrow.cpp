@@ -1,3 +1,4 @@
+#include "pages/lightthemetest.h"
 #include "pages/manualclock.h"
 #include "pages/timerwatch.h"
 #include "support/grab.h"
@@ -87,12 +88,11 @@ Course course(double from, double to)
 
 } // namespace
 
-class TestRevealRow : public QObject
+class TestRevealRow : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { expectNoWarningsInLightTheme(); }
     void comesAndGoes();
     void comesAfterTheLatestDelay();
     void resetEndsTheAnimation();

@@ -1,3 +1,4 @@
+#include "pages/lightthemetest.h"
 #include "pages/manualclock.h"
 #include "pages/timerwatch.h"
 #include "support/grab.h"
@@ -67,12 +68,11 @@ QPointF pointOfMark(double fraction)
 
 } // namespace
 
-class TestSealCheck : public QObject
+class TestSealCheck : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { expectNoWarningsInLightTheme(); }
     void discPopsIn();
     void markFollowsTheDisc();
     void playsAgainFromTheStart();

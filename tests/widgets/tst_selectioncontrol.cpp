@@ -1,6 +1,7 @@
 // The radio option and the check box: what they share, each row one of the two, then the indicator
 // of each.
 
+#include "pages/lightthemetest.h"
 #include "pages/manualclock.h"
 #include "support/grab.h"
 #include "theme/themed.h"
@@ -81,12 +82,11 @@ QImage indicator(double progress, double ratio = kMagnified, int height = kSize.
 
 } // namespace
 
-class TestSelectionControl : public QObject
+class TestSelectionControl : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { expectNoWarningsInLightTheme(); }
     void preferredSize_data() { addSelectionKinds(); }
     void preferredSize();
     void followsItsCheckedState_data() { addSelectionKinds(); }

@@ -4,7 +4,7 @@
 
 #include "app/applicationfonts.h"
 #include "pages/checkrow.h"
-#include "pages/strictwarnings.h"
+#include "pages/lightthemetest.h"
 #include "support/drawing.h"
 #include "theme/thememanager.h"
 #include "widgets/progresstrack.h"
@@ -258,7 +258,7 @@ Look look(WizardScene &world, bool dark)
 
 } // namespace
 
-class TestPageStructure : public QObject
+class TestPageStructure : public LightThemeTest
 {
     Q_OBJECT
 
@@ -267,11 +267,6 @@ public:
 
 private Q_SLOTS:
     void initTestCase();
-    void init()
-    {
-        failOnWarnings();
-        ThemeManager::instance().setDarkMode(false);
-    }
     void page_data();
     void page();
     void everyRecordHasItsPage();

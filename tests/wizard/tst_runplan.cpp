@@ -1,6 +1,7 @@
 // The ways through the pages, what a run is made of, and the run that is only shown.
 
 #include "pages/timerwatch.h"
+#include "support/stricttest.h"
 #include "wizard/pageflow.h"
 #include "wizard/runplan.h"
 #include "wizard/simulatedrun.h"
@@ -52,12 +53,11 @@ struct Simulation
 
 } // namespace
 
-class TestRunPlan : public QObject
+class TestRunPlan : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void waysLeadToTheRunAndBack();
     void everyPageIsReached();
     void buttonsAtTheEnds();

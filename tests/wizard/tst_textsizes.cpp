@@ -3,7 +3,7 @@
 // fiftieth of a pixel) and the lines as high or higher. The window's scale comes from outside.
 
 #include "app/applicationfonts.h"
-#include "pages/strictwarnings.h"
+#include "pages/lightthemetest.h"
 #include "wizard/wizardscene.h"
 
 #include <QApplication>
@@ -13,14 +13,13 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestTextSizes : public QObject
+class TestTextSizes : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     static void initMain() { qputenv("VARNEL_REDUCED_MOTION", "1"); }
     void initTestCase();
-    void init() { failOnWarnings(); }
     void nothingIsCut_data();
     void nothingIsCut();
 };

@@ -1,15 +1,13 @@
 #pragma once
 
 #include "app/applicationfonts.h"
-#include "pages/strictwarnings.h"
-#include "theme/thememanager.h"
+#include "pages/lightthemetest.h"
 #include "wizard/wizarddriver.h"
 
 #include <QApplication>
 
-/// What the tests of the window and its parts have in common: the program's fonts, the light theme,
-/// and no unexpected warning.
-class WizardTest : public QObject
+/// What the tests of the window and its parts have in common: the program's fonts.
+class WizardTest : public LightThemeTest
 {
     Q_OBJECT
 
@@ -18,11 +16,6 @@ private Q_SLOTS:
     {
         QApplication::setQuitOnLastWindowClosed(false);
         registerApplicationFonts();
-    }
-    void init()
-    {
-        failOnWarnings();
-        ThemeManager::instance().setDarkMode(false);
     }
     void cleanup() { qunsetenv("VARNEL_REDUCED_MOTION"); }
 

@@ -1,1 +1,0 @@
-// A precompiled header belongs to a target with sources.
