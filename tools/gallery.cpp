@@ -144,7 +144,7 @@ void Gallery::uninstall()
 void Gallery::failures()
 {
     open(RunMode::Install);
-    m_scene.window().showDamaged();
+    m_scene.window().showOnly(PageId::Damaged);
     wait(kSettled);
     shoot(u"damaged"_s);
     const auto fail = [this](const QString &name) {

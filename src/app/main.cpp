@@ -35,7 +35,7 @@ int runWizard(InstallerEngine &engine, CarriedEngine *carried, const CommandLine
     else
         wizard.setRunMode(isInstalled() ? RunMode::Update : RunMode::Install);
     if (isDamaged)
-        wizard.showDamaged();
+        wizard.showOnly(PageId::Damaged);
     wizard.show();
     return QApplication::exec();
 }

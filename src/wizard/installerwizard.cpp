@@ -104,9 +104,9 @@ void InstallerWizard::setCarriedEngine(CarriedEngine *engine)
     connect(&m_unpackDelay, &QTimer::timeout, engine, &CarriedEngine::start);
 }
 
-void InstallerWizard::showDamaged()
+void InstallerWizard::showOnly(PageId page)
 {
-    m_isDamaged = true;
+    m_onlyPage = page;
     setRunMode(m_choices.mode);
 }
 
@@ -139,7 +139,7 @@ void InstallerWizard::showEvent(QShowEvent *event)
     QTimer::singleShot(0, this, [this] {
         if (!m_page || m_page == page(firstPage()))
             setRunMode(m_choices.mode);
-        const bool isNeeded = m_engine && m_engine->setupExecutable().isEmpty() && !m_isDamaged
+        const bool isNeeded = m_engine && m_engine->setupExecutable().isEmpty() && !m_onlyPage
             && m_choices.mode != RunMode::Uninstall;
         if (m_carriedEngine && isNeeded)
             m_unpackDelay.start();
@@ -275,7 +275,7 @@ void InstallerWizard::execute(const FooterButton &button)
 
 PageId InstallerWizard::firstPage() const
 {
-    return m_isDamaged ? PageId::Damaged : runPlan(m_choices.mode).firstPage;
+    return m_onlyPage.value_or(runPlan(m_choices.mode).firstPage);
 }
 
 ProgressPage *InstallerWizard::progressPage() const
@@ -316,7 +316,7 @@ bool InstallerWizard::usesEngine() const
     if (!m_engine)
         return false;
     if (m_carriedEngine)
-        return true; // who has downloaded this wants no simulation
+        return true; // a download never simulates
     return m_choices.mode == RunMode::Uninstall ? !m_choices.uninstaller.isEmpty()
                                                 : !m_engine->setupExecutable().isEmpty();
 }

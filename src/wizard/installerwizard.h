@@ -11,6 +11,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class CarriedEngine;
 class Celebration;
@@ -42,8 +43,8 @@ public:
     /// What installs and updates if the engine has no program for it; not owned either, and must
     /// outlive the window. It is started when the first page can be read.
     void setCarriedEngine(CarriedEngine *engine);
-    /// Instead of every other page, one that says that the file of this program is not whole.
-    void showDamaged();
+    /// Shows this page in place of all others.
+    void showOnly(PageId page);
     /// What a removal runs; empty takes the uninstaller of the recorded copy.
     void setUninstallerPath(const QString &path);
     /// Enters the first page of `mode`.
@@ -94,14 +95,15 @@ private:
     InstallerEngine *m_engine = nullptr;
     CarriedEngine *m_carriedEngine = nullptr;
     std::unique_ptr<SetupRun> m_run; ///< until the page is left on which it is followed
-    std::unique_ptr<RunGuard> m_runGuard; ///< of a real run, to its end or the sight of its failure
+    std::unique_ptr<RunGuard>
+        m_runGuard; ///< of a real run, until it ends; after a failure until the page is left
     QTimer m_unpackDelay { this }; ///< so that the first page comes in undisturbed
     QTimer m_finishDelay { this }; ///< how long a completed run stays on screen
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating
     SpokenFocus m_focus { this };
     Announcer m_announcer { this }; ///< of a run
     KeyGuard m_keyGuard { this }; ///< of a failure
-    bool m_isDamaged = false;
+    std::optional<PageId> m_onlyPage;
     bool m_wasShown = false;
     bool m_isClosing = false;
 };

@@ -98,7 +98,7 @@ void TestInstallerWizardDownload::damagedFileHasOnePage()
 {
     WizardDriver driver { QString() };
     driver.wizard.setRunMode(RunMode::Update);
-    driver.wizard.showDamaged();
+    driver.wizard.showOnly(PageId::Damaged);
     driver.wizard.show();
     QVERIFY(QTest::qWaitForWindowExposed(&driver.wizard));
     WizardDriver::settle();

@@ -64,7 +64,7 @@ void warn(WizardScene &scene)
 
 void damage(WizardScene &scene)
 {
-    scene.window().showDamaged();
+    scene.window().showOnly(PageId::Damaged);
 }
 
 QList<Scene> scenes()
