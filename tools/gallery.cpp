@@ -21,6 +21,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 
+#include <array>
 #include <cstdio>
 
 using namespace Qt::Literals::StringLiterals;
@@ -39,7 +40,25 @@ public:
     void uninstall();
     void failures();
     void longTexts();
+
+private:
+    void run(const QString &name, PageId page, const std::array<QString, 3> &texts);
 };
+
+/// A run before its first report, at its begin, in the middle and at its end.
+void Gallery::run(const QString &name, PageId page, const std::array<QString, 3> &texts)
+{
+    m_scene.goTo(page);
+    film(name + u"-waiting", { 500, 900 });
+    m_scene.report(0.0, {}, texts[0]);
+    wait(kSettled);
+    shoot(name + u"-0");
+    m_scene.report(0.43, kFolder + uR"(symbols\ieee.lib)", texts[1]);
+    film(name + u"-43", { 120, kSettled });
+    m_scene.report(1.0, kFolder + u"VarnelSolutions.exe", texts[2]);
+    wait(kSettled);
+    shoot(name + u"-100");
+}
 
 void Gallery::install()
 {
@@ -81,16 +100,9 @@ void Gallery::install()
     wait(kSettled);
     goTo(PageId::Ready);
     shoot(u"ready"_s);
-    m_scene.goTo(PageId::Installing);
-    film(u"installing-waiting"_s, { 500, 900 });
-    m_scene.report(0.0, kFolder + u"Qt6Core.dll", u"Extracting application files…"_s);
-    wait(kSettled);
-    shoot(u"installing-0"_s);
-    m_scene.report(0.43, kFolder + uR"(symbols\ieee.lib)", u"Extracting application files…"_s);
-    film(u"installing-43"_s, { 120, kSettled });
-    m_scene.report(1.0, kFolder + u"VarnelSolutions.exe", u"Creating shortcuts…"_s);
-    wait(kSettled);
-    shoot(u"installing-100"_s);
+    run(u"installing"_s, PageId::Installing,
+        { u"Extracting application files…"_s, u"Extracting application files…"_s,
+          u"Creating shortcuts…"_s });
     m_scene.goTo(PageId::Finished);
     film(u"finished"_s, { 0, 150, 400, 700, 1200, 4000 });
 }
@@ -102,17 +114,9 @@ void Gallery::update()
     shoot(u"update-available"_s);
     goTo(PageId::ReadyToUpdate);
     shoot(u"ready-to-update"_s);
-    m_scene.goTo(PageId::Updating);
-    film(u"updating-waiting"_s, { 500, 900 });
-    m_scene.report(0.0, {}, u"This may take a few minutes."_s);
-    wait(kSettled);
-    shoot(u"updating-0"_s);
-    m_scene.report(0.43, kFolder + u"Qt6Widgets.dll", u"Replacing application files…"_s);
-    wait(kSettled);
-    shoot(u"updating-43"_s);
-    m_scene.report(1.0, kFolder + u"unins000.dat", u"Restarting services…"_s);
-    wait(kSettled);
-    shoot(u"updating-100"_s);
+    run(u"updating"_s, PageId::Updating,
+        { u"This may take a few minutes."_s, u"Replacing application files…"_s,
+          u"Restarting services…"_s });
     m_scene.goTo(PageId::UpdateFinished);
     film(u"update-finished"_s, { 0, 400, 4000 });
 }
@@ -126,17 +130,9 @@ void Gallery::uninstall()
     wait(kSettled);
     shoot(u"confirm-uninstall-with-preferences"_s);
     hover(control<QPushButton>(u"Uninstall"_s), u"hover-danger"_s);
-    m_scene.goTo(PageId::Uninstalling);
-    film(u"uninstalling-waiting"_s, { 500, 900 });
-    m_scene.report(0.0, {}, u"Stopping Varnel Schematics…"_s);
-    wait(kSettled);
-    shoot(u"uninstalling-0"_s);
-    m_scene.report(0.43, kFolder + u"glfw3.dll", u"Removing application files…"_s);
-    wait(kSettled);
-    shoot(u"uninstalling-43"_s);
-    m_scene.report(1.0, kFolder + u"unins000.exe", u"Unregistering file types…"_s);
-    wait(kSettled);
-    shoot(u"uninstalling-100"_s);
+    run(u"uninstalling"_s, PageId::Uninstalling,
+        { u"Stopping Varnel Schematics…"_s, u"Removing application files…"_s,
+          u"Unregistering file types…"_s });
     m_scene.goTo(PageId::UninstallComplete);
     film(u"uninstall-complete"_s, { 0, 120, 300, kSettled });
 }
@@ -149,10 +145,7 @@ void Gallery::failures()
     shoot(u"damaged"_s);
     const auto fail = [this](const QString &name) {
         m_scene.report(0.43, kFolder + u"pdfium.dll", u"Replacing application files…"_s);
-        m_scene.fail(
-            u"A fatal error occurred during installation.  There is not enough space on the disk "
-            "to install the program.  "
-            "(log: C:\\Users\\Ada\\AppData\\Local\\Temp\\varnel_setup_last.log)"_s);
+        m_scene.fail(uR"(  (log: C:\Users\Ada\AppData\Local\Temp\varnel_setup_last.log))"_s);
         wait(kSettled);
         shoot(name);
     };

@@ -35,62 +35,6 @@ constexpr char kFontConfiguration[] = R"(<fontconfig><match target="pattern">
     <edit name="hintstyle" mode="assign"><const>hintnone</const></edit>
 </match></fontconfig>)";
 
-/// A page, and what happens on it before it is looked at.
-struct Scene
-{
-    const char *name;
-    RunMode mode;
-    PageId page;
-    void (*then)(WizardScene &) = nullptr;
-};
-
-void reportProgress(WizardScene &scene)
-{
-    scene.report(0.43, WizardScene::folder() + u"Qt6Core.dll", u"Replacing files…"_s);
-}
-
-void fail(WizardScene &scene)
-{
-    scene.fail(u"A fatal error occurred during installation.  There is not enough space on the "
-               "disk to install the program."_s);
-}
-
-void warn(WizardScene &scene)
-{
-    auto *page = scene.control<SystemCheckPage>();
-    page->setSmartAppControlOn(true);
-    page->startReveal();
-}
-
-void damage(WizardScene &scene)
-{
-    scene.window().showOnly(PageId::Damaged);
-}
-
-QList<Scene> scenes()
-{
-    return {
-        { "install-welcome", RunMode::Install, PageId::Welcome },
-        { "install-license", RunMode::Install, PageId::License },
-        { "install-systemcheck", RunMode::Install, PageId::SystemCheck },
-        { "install-systemcheck-warning", RunMode::Install, PageId::SystemCheck, warn },
-        { "install-destination", RunMode::Install, PageId::Destination },
-        { "install-tasks", RunMode::Install, PageId::Tasks },
-        { "install-ready", RunMode::Install, PageId::Ready },
-        { "install-installing", RunMode::Install, PageId::Installing, reportProgress },
-        { "install-finished", RunMode::Install, PageId::Finished },
-        { "update-available", RunMode::Update, PageId::UpdateAvailable },
-        { "update-ready", RunMode::Update, PageId::ReadyToUpdate },
-        { "update-updating", RunMode::Update, PageId::Updating, reportProgress },
-        { "update-failed", RunMode::Update, PageId::Updating, fail },
-        { "update-finished", RunMode::Update, PageId::UpdateFinished },
-        { "uninstall-confirm", RunMode::Uninstall, PageId::ConfirmUninstall },
-        { "uninstall-uninstalling", RunMode::Uninstall, PageId::Uninstalling, reportProgress },
-        { "uninstall-complete", RunMode::Uninstall, PageId::UninstallComplete },
-        { "damaged", RunMode::Install, PageId::Welcome, damage },
-    };
-}
-
 /// A widget with what is drawn and what else lies in it.
 struct Entry
 {
@@ -307,17 +251,11 @@ void TestPageStructure::page()
 {
     QFETCH(const Scene, scene);
     WizardScene world;
-    const auto enter = [&] {
-        world.open(scene.mode);
-        world.goTo(scene.page);
-        if (scene.then)
-            scene.then(world);
-    };
-    enter();
+    world.enter(scene);
     const Look light = look(world, false);
     ThemeManager::instance().setDarkMode(true);
     if (scene.page == PageId::Ready)
-        enter(); // the summary keeps the colours of when it was made
+        world.enter(scene); // the summary keeps the colours of when it was made
     const Look dark = look(world, true);
     QCOMPARE(dark.drawing.texts.size(), light.drawing.texts.size());
     const QStringList lines = recordOf(light, dark);

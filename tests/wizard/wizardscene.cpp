@@ -61,7 +61,53 @@ QList<CheckResult> realisticFindings()
     };
 }
 
+void reportProgress(WizardScene &scene)
+{
+    scene.report(0.43, WizardScene::folder() + u"Qt6Core.dll", u"Replacing files…"_s);
+}
+
+void fail(WizardScene &scene)
+{
+    scene.fail();
+}
+
+void warn(WizardScene &scene)
+{
+    auto *page = scene.control<SystemCheckPage>();
+    page->setSmartAppControlOn(true);
+    page->startReveal();
+}
+
+void damage(WizardScene &scene)
+{
+    scene.window().showOnly(PageId::Damaged);
+}
+
 } // namespace
+
+QList<Scene> scenes()
+{
+    return {
+        { "install-welcome", RunMode::Install, PageId::Welcome },
+        { "install-license", RunMode::Install, PageId::License },
+        { "install-systemcheck", RunMode::Install, PageId::SystemCheck },
+        { "install-systemcheck-warning", RunMode::Install, PageId::SystemCheck, warn },
+        { "install-destination", RunMode::Install, PageId::Destination },
+        { "install-tasks", RunMode::Install, PageId::Tasks },
+        { "install-ready", RunMode::Install, PageId::Ready },
+        { "install-installing", RunMode::Install, PageId::Installing, reportProgress },
+        { "install-finished", RunMode::Install, PageId::Finished },
+        { "update-available", RunMode::Update, PageId::UpdateAvailable },
+        { "update-ready", RunMode::Update, PageId::ReadyToUpdate },
+        { "update-updating", RunMode::Update, PageId::Updating, reportProgress },
+        { "update-failed", RunMode::Update, PageId::Updating, fail },
+        { "update-finished", RunMode::Update, PageId::UpdateFinished },
+        { "uninstall-confirm", RunMode::Uninstall, PageId::ConfirmUninstall },
+        { "uninstall-uninstalling", RunMode::Uninstall, PageId::Uninstalling, reportProgress },
+        { "uninstall-complete", RunMode::Uninstall, PageId::UninstallComplete },
+        { "damaged", RunMode::Install, PageId::Welcome, damage },
+    };
+}
 
 WizardScene::WizardScene()
 {
@@ -107,6 +153,14 @@ void WizardScene::goTo(PageId page)
     }
 }
 
+void WizardScene::enter(const Scene &scene)
+{
+    open(scene.mode);
+    goTo(scene.page);
+    if (scene.then)
+        scene.then(*this);
+}
+
 void WizardScene::pressOn()
 {
     if (m_page == PageId::License)
@@ -140,9 +194,12 @@ void WizardScene::report(double fraction, const QString &file, const QString &st
     Q_EMIT m_engine.statusChanged(status);
 }
 
-void WizardScene::fail(const QString &error)
+void WizardScene::fail(const QString &log)
 {
-    Q_EMIT m_engine.finished(false, error);
+    Q_EMIT m_engine.finished(false,
+                             u"A fatal error occurred during installation.  There is not enough "
+                             "space on the disk to install the program."_s
+                                 + log);
 }
 
 void WizardScene::finish()
@@ -151,6 +208,6 @@ void WizardScene::finish()
     m_page = runPlan(m_mode).finishPage;
     // The completed run is looked at for a moment before its finish page comes.
     const QString status = InstallerWizard::tr(pageStop(m_page).status);
-    const auto *footer = m_wizard->findChild<InstallerFooterBar *>();
-    waitFor([&] { return footer->statusText() == status; });
+    const auto *footer = m_wizard->findChild<InstallerFooterBar *>()->findChild<QLabel *>();
+    waitFor([&] { return footer->text() == status; });
 }

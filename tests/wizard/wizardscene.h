@@ -8,6 +8,20 @@
 
 #include <memory>
 
+class WizardScene;
+
+/// A page, and what happens on it before it is looked at.
+struct Scene
+{
+    const char *name;
+    RunMode mode;
+    PageId page;
+    void (*then)(WizardScene &) = nullptr;
+};
+
+/// Every page, and what changes the looks of one.
+[[nodiscard]] QList<Scene> scenes();
+
 /// The real window on any of its pages, with made-up data that is the same on every machine: a
 /// computer as most users have one, an older copy installed, and an engine that stands still and
 /// says what it is told to say here. For pictures and for what is compared with a record.
@@ -21,10 +35,12 @@ public:
     /// Presses on, as far as `page`, which must lie ahead in the mode that is open. Accepts the
     /// licence, and lets the engine finish.
     void goTo(PageId page);
+    void enter(const Scene &scene);
 
     /// What the engine reports.
     void report(double fraction, const QString &file, const QString &status);
-    void fail(const QString &error);
+    /// `log` follows the message.
+    void fail(const QString &log = {});
 
     /// Where the older copy lies.
     [[nodiscard]] static QString folder();
