@@ -23,9 +23,6 @@ public:
     /// flying. Without colours, or where the user wants no motion, nothing happens.
     void burst(const QPointF &origin, const QList<QColor> &colours);
 
-    /// Number of pieces of the burst; 0 when the last one has gone.
-    [[nodiscard]] qsizetype pieceCount() const { return qsizetype(m_pieces.size()); }
-
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;

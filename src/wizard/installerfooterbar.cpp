@@ -59,11 +59,6 @@ InstallerFooterBar::InstallerFooterBar(QWidget *parent)
     repaintOnThemeChange(this);
 }
 
-QString InstallerFooterBar::statusText() const
-{
-    return m_status->text();
-}
-
 void InstallerFooterBar::setStatusText(const QString &text)
 {
     m_status->setText(text);

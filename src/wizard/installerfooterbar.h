@@ -15,7 +15,6 @@ class InstallerFooterBar : public QWidget
 public:
     explicit InstallerFooterBar(QWidget *parent = nullptr);
 
-    [[nodiscard]] QString statusText() const;
     void setStatusText(const QString &text);
 
     /// Adds a button at the right of those there are; danger wins over primary. It is the footer's

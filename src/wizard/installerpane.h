@@ -24,7 +24,6 @@ public:
     /// Shows `page`; ends a transition that is still running first. The page that is shown already
     /// comes in once more, without going out.
     void setCurrentPage(QWidget *page, bool animate);
-    [[nodiscard]] QWidget *currentPage() const { return m_current; }
     /// Shows the current page at rest, should it still be coming in.
     void endTransition();
 

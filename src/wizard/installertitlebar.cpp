@@ -76,11 +76,6 @@ InstallerTitleBar::InstallerTitleBar(const QString &title, QWidget *parent)
     connect(&m_systemMove, &QTimer::timeout, this, &InstallerTitleBar::leaveDragToSystem);
 }
 
-QString InstallerTitleBar::title() const
-{
-    return m_title->text();
-}
-
 void InstallerTitleBar::setTitle(const QString &title)
 {
     m_title->setText(title);

@@ -16,7 +16,6 @@ class InstallerTitleBar : public QWidget
 public:
     explicit InstallerTitleBar(const QString &title, QWidget *parent = nullptr);
 
-    [[nodiscard]] QString title() const;
     void setTitle(const QString &title);
 
 Q_SIGNALS:

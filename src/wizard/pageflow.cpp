@@ -97,11 +97,6 @@ static_assert(std::ranges::all_of(kStops, [](const PageStop &stop) {
 
 } // namespace
 
-std::span<const PageStop> pageStops()
-{
-    return kStops;
-}
-
 const PageStop &pageStop(PageId page)
 {
     return *std::ranges::find(kStops, page, &PageStop::page);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <span>
-
 /// The pages, in the order in which they are built.
 enum class PageId {
     Welcome,
@@ -45,6 +43,5 @@ struct PageStop
     FooterButton right;
 };
 
-/// Every page that has a way on, before and after a run. The progress pages have none.
-[[nodiscard]] std::span<const PageStop> pageStops();
+/// Of any page but the progress pages.
 [[nodiscard]] const PageStop &pageStop(PageId page);

@@ -27,8 +27,6 @@ public:
     /// Text of the last step that is shown; empty if none is.
     [[nodiscard]] QString currentStep() const;
 
-    [[nodiscard]] QList<StepRow *> rows() const { return m_rows; }
-
 private:
     QVBoxLayout *m_layout;
     QList<StepRow *> m_rows;

@@ -295,7 +295,6 @@ void TestChrome::footerTextIsLiteral()
 {
     InstallerFooterBar bar;
     bar.setStatusText(kLiteral);
-    QCOMPARE(bar.statusText(), kLiteral);
     bar.show();
     QCOMPARE(shownLines(bar), QStringList { kLiteral });
 }
@@ -367,7 +366,7 @@ void TestChrome::footerIsClearedByItsButton()
     next->setFocus();
     QTest::mouseClick(next, Qt::LeftButton);
     QCOMPARE(bar.buttons().size(), 1);
-    QCOMPARE(bar.statusText(), u"Where we are"_s);
+    QVERIFY(labelOf(&bar, u"Where we are"_s));
     QTRY_COMPARE(close->geometry().right(), kWidth - 18 - 1);
     QTRY_VERIFY(!back && !next);
 }

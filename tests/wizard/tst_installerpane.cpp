@@ -87,7 +87,7 @@ struct Scene
             if (other->isVisibleTo(pane) != (other == page) || other->graphicsEffect())
                 return false;
         }
-        return page->geometry() == kFull && pane->currentPage() == page;
+        return page->geometry() == kFull;
     }
     /// What becomes of the first page when it is left.
     void reset() const

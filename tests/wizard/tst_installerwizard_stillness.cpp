@@ -186,7 +186,7 @@ void TestInstallerWizardStillness::confettiWaitsForTheWindowToBeSeen()
     driver.minimise();
     QVERIFY(driver.finishSimulation());
     auto *confetti = driver.find<ConfettiOverlay>();
-    QTRY_COMPARE_WITH_TIMEOUT(confetti->pieceCount(), 110, kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(!confetti->isHidden(), kPatience);
     QVERIFY(driver.hasEntered());
     QVERIFY(driver.sealIsDrawn());
     QVERIFY(driver.rests());
@@ -196,10 +196,9 @@ void TestInstallerWizardStillness::confettiWaitsForTheWindowToBeSeen()
     QTRY_VERIFY_WITH_TIMEOUT(timer->isActive(), kPatience);
     driver.minimise();
     QVERIFY(driver.rests());
-    QCOMPARE(confetti->pieceCount(), 110);
+    QVERIFY(!confetti->isHidden());
     driver.wizard.showNormal();
-    QTRY_COMPARE_WITH_TIMEOUT(confetti->pieceCount(), 0, kPatience);
-    QVERIFY(confetti->isHidden());
+    QTRY_VERIFY_WITH_TIMEOUT(confetti->isHidden(), kPatience);
 }
 
 void TestInstallerWizardStillness::reducedMotion()
@@ -230,7 +229,6 @@ void TestInstallerWizardStillness::reducedMotion()
     QVERIFY(driver.comesTo("UpdateFinishedPage"));
     QVERIFY(driver.sealIsDrawn());
     QVERIFY(driver.hasEntered());
-    QCOMPARE(driver.find<ConfettiOverlay>()->pieceCount(), 0);
     QVERIFY(driver.find<ConfettiOverlay>()->isHidden());
     QVERIFY(driver.rests());
 }

@@ -67,7 +67,7 @@ private:
 QList<double> reveals(const StepList &list)
 {
     QList<double> result;
-    for (const StepList::StepRow *row : list.rows())
+    for (const StepList::StepRow *row : list.findChildren<StepList::StepRow *>())
         result << row->reveal();
     return result;
 }
@@ -153,7 +153,7 @@ void TestProgressPage::newStepsReplaceTheOld()
     list.setSteps(kFour);
     list.setProgress(1.0);
     QList<QPointer<StepList::StepRow>> old;
-    for (StepList::StepRow *row : list.rows())
+    for (StepList::StepRow *row : list.findChildren<StepList::StepRow *>())
         old.append(row);
     list.setSteps(kFive);
     for (const QPointer<StepList::StepRow> &row : old)

@@ -15,6 +15,8 @@
 #include <QGraphicsEffect>
 #include <QTimer>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 ProgressParts::ProgressParts(const QWidget *page)
@@ -28,7 +30,7 @@ ProgressParts::ProgressParts(const QWidget *page)
 QStringList ProgressParts::stepTexts() const
 {
     QStringList texts;
-    for (const StepList::StepRow *row : steps->rows())
+    for (const StepList::StepRow *row : steps->findChildren<StepList::StepRow *>())
         texts.append(row->text());
     return texts;
 }
@@ -37,7 +39,7 @@ int shownSteps(const StepList &steps)
 {
     int count = 0;
     bool gap = false;
-    for (const StepList::StepRow *row : steps.rows()) {
+    for (const StepList::StepRow *row : steps.findChildren<StepList::StepRow *>()) {
         if (row->isRevealed() && gap)
             return -1;
         gap = gap || !row->isRevealed();
@@ -135,7 +137,12 @@ bool WizardDriver::click(const QString &text)
 
 QWidget *WizardDriver::currentPage() const
 {
-    return pane->currentPage();
+    const QObjectList &pages = pane->children(); // one that goes out is below the one that comes
+    const auto page = std::find_if(pages.rbegin(), pages.rend(), [](const QObject *child) {
+        const auto *widget = qobject_cast<const QWidget *>(child);
+        return widget && !widget->isHidden();
+    });
+    return page == pages.rend() ? nullptr : qobject_cast<QWidget *>(*page);
 }
 
 bool WizardDriver::shows(QByteArrayView page) const
@@ -150,7 +157,7 @@ bool WizardDriver::comesTo(QByteArrayView page) const
 
 QString WizardDriver::status() const
 {
-    return footer->statusText();
+    return footer->findChild<QLabel *>()->text();
 }
 
 QStringList WizardDriver::buttons() const
