@@ -58,8 +58,6 @@ ProgressPage::ProgressPage(const Texts &texts, QWidget *badge, QWidget *parent)
     m_fileLabel->setWrapAnywhere(true);
     m_fileLabel->setMaximumHeight(kHighestFile);
     m_fileLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    // A long name takes no room from the percentage.
-    m_fileLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     setThemedStyleSheet(m_fileLabel, u"color:@INS_TX3;"_s);
     m_percentLabel = new QLabel(this);
     m_percentLabel->setObjectName("percentage"_L1);
