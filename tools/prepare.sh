@@ -103,7 +103,7 @@ watched() {
 }
 
 # build <preset> [<target>...]: configures if that was never done, then builds what has changed; all that
-# the preset builds, or only these. A subshell: whoever calls this stays in the folder of the user's paths.
+# the preset builds, or only these. A subshell, so that the caller's working folder does not change.
 build() (
     preset=$1
     shift

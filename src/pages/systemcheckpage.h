@@ -24,7 +24,7 @@ public:
     void runChecks(const QString &destinationPath);
     /// Shows the rows one after another, and after them the warning if there is cause for it.
     void startReveal();
-    /// Hides the rows and the warning at once; no start that was still to come comes.
+    /// Hides the rows and the warning at once and cancels pending starts.
     void resetReveal();
 
     /// Says that Smart App Control is on or off, in its row and for the warning.

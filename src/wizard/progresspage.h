@@ -33,7 +33,7 @@ public:
     void completeSteps();
     /// Shows in the caption's place why the run ended early.
     void showError(const QString &message);
-    /// Paints the figures as they are to stay, for work during which nothing is painted.
+    /// Shows bar and percentage in their final state at once, before work that blocks painting.
     void settle();
     /// Empties the bar at once.
     void resetBar();

@@ -66,8 +66,8 @@ private Q_SLOTS:
     void initTestCase();
     void identity();
     void application();
-    void everyFaceIsTheOneAskedFor_data();
-    void everyFaceIsTheOneAskedFor();
+    void everyFontIsFound_data();
+    void everyFontIsFound();
     void iconFillsItsSquare();
     void iconColours();
 };
@@ -124,7 +124,7 @@ void TestApplicationSetup::application()
     QCOMPARE(QApplication::windowIcon().availableSizes(), sizes);
 }
 
-void TestApplicationSetup::everyFaceIsTheOneAskedFor_data()
+void TestApplicationSetup::everyFontIsFound_data()
 {
     QTest::addColumn<QString>("family");
     QTest::addColumn<int>("weight");
@@ -134,7 +134,7 @@ void TestApplicationSetup::everyFaceIsTheOneAskedFor_data()
     QTest::newRow("JetBrains Mono Medium") << u"JetBrains Mono"_s << 500;
 }
 
-void TestApplicationSetup::everyFaceIsTheOneAskedFor()
+void TestApplicationSetup::everyFontIsFound()
 {
     QFETCH(const QString, family);
     QFETCH(const int, weight);

@@ -3,7 +3,7 @@
     orcavoice.py <record> <folder for settings>
 
 The record gets a line of JSON, a string, for each utterance. Orca's own command would refuse to start
-beside the Orca that whoever runs the tests is using.
+beside an Orca that is already running.
 """
 
 import json

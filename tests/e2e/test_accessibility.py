@@ -209,7 +209,7 @@ class Accessibility(WizardTestCase):
 
     # -- by other means than keys and mouse --------------------------------------------------------
 
-    def test_controls_obey_assistive_technology(self):
+    def test_controls_work_by_assistive_technology(self):
         wizard = self.start("--install", "--setup-exe", ENGINE)
 
         def act(role, name):

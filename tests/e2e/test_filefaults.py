@@ -45,7 +45,7 @@ def zero_device(path):
 
 
 class StatusFile(FaultTestCase):
-    def test_whatever_takes_its_place_the_run_goes_on(self):
+    def test_run_survives_a_replaced_status_file(self):
         secret = self.sandbox.root / "secret.txt"
         secret.write_text("progress=80\nstatus=A secret\n")
         wizard, engine = self.start_paused_update()

@@ -1,5 +1,4 @@
-"""What somebody hears who cannot see the screen: two flows and a failure, by keyboard alone, with
-the screen reader Orca listening."""
+"""What Orca says in two flows and a failure, by keyboard alone."""
 
 import importlib.util
 import json
@@ -24,7 +23,7 @@ PERCENT = re.compile(r"\d+ percent\.")
 TITLE = "Varnel Schematics setup dialog "
 
 
-class ScreenReader:
+class Orca:
     """Orca, and what it has said so far."""
 
     def __init__(self, sandbox):
@@ -78,10 +77,10 @@ class ScreenReader:
 
 
 @unittest.skipUnless(importlib.util.find_spec("orca"), "Orca is not installed; ./test installs it")
-class WhatIsHeard(FaultTestCase):
+class ScreenReader(FaultTestCase):
     def setUp(self):
         super().setUp()
-        self.orca = ScreenReader(self.sandbox)
+        self.orca = Orca(self.sandbox)
         self.addCleanup(self.orca.end)
 
     def start(self, *arguments):
@@ -151,7 +150,7 @@ class WhatIsHeard(FaultTestCase):
                 "Ready to Install. Setup is now ready to begin installing Varnel Schematics on your "
                 f"computer. Destination location: {folder}. Additional tasks: Create a desktop "
                 "shortcut.")
-        # Who comes back to the button hears no more than its name.
+        # When the button gets the focus again, only its name is said.
         self.go(wizard, "shift+Tab", (), "Back push button.")
         self.go(wizard, "Tab", (), "Install push button.")
 

@@ -73,7 +73,7 @@ class Clock(FaultTestCase):
 
 
 class TwoFailures(FaultTestCase):
-    def test_at_once_each_tells_its_own_and_one_log_is_kept(self):
+    def test_two_at_once_show_their_own_errors(self):
         """The kept log has one name for all, and the last one to fail has it."""
         wizards = []
         for number in range(2):

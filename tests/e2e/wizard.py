@@ -31,7 +31,7 @@ UNINSTALL_KEY = ("HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersi
 # How long something may take that normally takes a moment, in seconds.
 PATIENCE = 30
 
-# Or whoever answers within 0.8 s only counts as gone.
+# By default AT-SPI treats a program that takes longer than 0.8 s as gone.
 Atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)
 
 

@@ -20,7 +20,7 @@ class TestInstallerEngineProcesses : public StrictTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void bornInTheTree();
+    void processIsInTheTreeFromItsStart();
     void failureEndsAll_data();
     void failureEndsAll();
     void errorOfALivingProcessEndsAll();
@@ -89,7 +89,7 @@ struct Removal : EngineScene
 
 // An engine that starts its second process at once, while this one has not come to attach() yet, as
 // on a busy machine.
-void TestInstallerEngineProcesses::bornInTheTree()
+void TestInstallerEngineProcesses::processIsInTheTreeFromItsStart()
 {
     EngineScene scene("second-process = 60\nstall = forever\nstage = start\n");
     QProcess process;

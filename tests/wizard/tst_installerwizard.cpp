@@ -21,7 +21,7 @@ private Q_SLOTS:
     void window();
     void firstPages_data();
     void firstPages();
-    void everyEntryRestsTheMark();
+    void markIsResetOnEveryPage();
     void firstShowEntersTheFirstPageOnceMore();
     void laterShowsChangeNothing();
     void clicksBeforeTheWindowIsOnScreen();
@@ -77,7 +77,7 @@ void TestInstallerWizard::firstPages()
     QVERIFY(driver.shows(page));
 }
 
-void TestInstallerWizard::everyEntryRestsTheMark()
+void TestInstallerWizard::markIsResetOnEveryPage()
 {
     WizardDriver driver;
     driver.show(RunMode::Install);

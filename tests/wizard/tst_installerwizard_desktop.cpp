@@ -156,7 +156,7 @@ void TestInstallerWizardDesktop::failure()
     const QStringList failure { u"reason "_s, u"asleep"_s, u"failure"_s };
     QCOMPARE(desktop.told, start + failure);
     QVERIFY(sessionMayEnd().value_or(true));
-    // Which stays as long as the window.
+    // The button stays red until the window is destroyed.
     driver.reset();
     QCOMPARE(desktop.told, start + failure + QStringList { u"plain"_s });
 }
@@ -172,7 +172,8 @@ void TestInstallerWizardDesktop::closing()
     QCOMPARE(WizardDriver::runUntilQuit(
                  [&] { QTest::mouseClick(driver->closeButton(), Qt::LeftButton); }),
              0);
-    // Where the session ends, nothing comes after the signal at the end of the event loop.
+    // At the end of a session the process may be killed right after aboutToQuit(), so the files
+    // must be gone by then.
     QCOMPARE(driver->sandbox.tempFiles(), QStringList());
     driver.reset();
     QCOMPARE(desktop.told, kEnd);
@@ -189,12 +190,12 @@ void TestInstallerWizardDesktop::otherPage()
     driver.wizard.setRunMode(RunMode::Install);
     QCOMPARE(desktop.told, kEnd);
     QVERIFY(sessionMayEnd().value_or(true));
-    // The engine goes on, but nobody looks at it.
+    // The engine goes on, but its signals are no longer connected.
     Q_EMIT driver.engine.progress(0.5);
     QCOMPARE(desktop.told, kEnd);
 }
 
-// It changes nothing that could be left half done.
+// A simulation changes nothing, so the session may end.
 void TestInstallerWizardDesktop::simulation()
 {
     ListeningDesktop desktop;

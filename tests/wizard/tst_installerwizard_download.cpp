@@ -38,7 +38,7 @@ class TestInstallerWizardDownload : public WizardTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void firstPageComesFirst();
+    void unpackingBeginsAfterTheFirstPage();
     void removalUnpacksNothing();
     void removalIsNotSimulated();
     void runWaitsForTheEngine();
@@ -46,7 +46,7 @@ private Q_SLOTS:
     void damagedFileHasOnePage();
 };
 
-void TestInstallerWizardDownload::firstPageComesFirst()
+void TestInstallerWizardDownload::unpackingBeginsAfterTheFirstPage()
 {
     Download download;
     download.driver.show(RunMode::Install);
@@ -70,7 +70,7 @@ void TestInstallerWizardDownload::removalIsNotSimulated()
     QCOMPARE(download.driver.progress().caption->text(), u"The uninstaller could not be found."_s);
 }
 
-// Here it is no program, so that the run ends with its start.
+// The carried engine is only noise, so starting it fails and ends the run.
 void TestInstallerWizardDownload::runWaitsForTheEngine()
 {
     Download download;
