@@ -39,7 +39,6 @@ public:
     /// mark back in its place.
     void startIdle();
     void stopIdle();
-    [[nodiscard]] bool isIdle() const { return m_idle; }
 
     /// Entrance of each part: 0 invisible, 1 in place, above 1 while it overshoots.
     [[nodiscard]] double a1Progress() const { return m_entrance[0]; }

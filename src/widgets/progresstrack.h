@@ -35,7 +35,6 @@ public:
     /// Empties the bar at once.
     void reset();
 
-    [[nodiscard]] bool isIndeterminate() const { return m_indeterminate; }
     void setIndeterminate(bool indeterminate);
 
     [[nodiscard]] QSize sizeHint() const override { return { 240, 4 }; }

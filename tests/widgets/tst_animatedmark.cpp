@@ -150,7 +150,6 @@ void TestAnimatedMark::floats()
     AnimatedMark mark;
     mark.show();
     mark.startIdle();
-    QVERIFY(mark.isIdle());
     for (int round = 0; round < 2; ++round) {
         for (int time = kDrift / 20; time <= kDrift; time += kDrift / 20) {
             clock.pass(kDrift / 20);
@@ -188,7 +187,6 @@ void TestAnimatedMark::stopIdlePutsTheMarkBack()
     QVERIFY(isAfloat(mark, kDrift / 2));
     (void)watch.settled();
     mark.stopIdle();
-    QVERIFY(!mark.isIdle());
     QCOMPARE(mark.driftOffset(), 0.0);
     QVERIFY(watch.seesRepaint());
     mark.hide();
@@ -206,7 +204,6 @@ void TestAnimatedMark::floatsOnlyWhereItIsSeen()
     QWidget window;
     AnimatedMark mark(&window);
     mark.startIdle();
-    QVERIFY(mark.isIdle());
     QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10000);
     window.show();
     clock.pass(kDrift / 4);

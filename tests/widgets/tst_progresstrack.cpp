@@ -130,7 +130,6 @@ void TestProgressTrack::sweeps()
     ProgressTrack track;
     track.show();
     track.setIndeterminate(true);
-    QVERIFY(track.isIndeterminate());
     // Round after round, each from left to right in even steps.
     for (int tenth = 1; tenth <= 25; ++tenth) {
         clock.pass(kSweep / 10);
@@ -138,7 +137,6 @@ void TestProgressTrack::sweeps()
         track.setIndeterminate(true); // does not begin anew
     }
     track.setIndeterminate(false);
-    QVERIFY(!track.isIndeterminate());
     clock.pass(kSweep / 4);
     QVERIFY(isAtPhase(track, 0.5));
     track.setIndeterminate(true);
@@ -151,13 +149,11 @@ void TestProgressTrack::sweepsOnlyWhereItIsSeen()
     ManualClock clock;
     ProgressTrack track;
     track.setIndeterminate(true);
-    QVERIFY(track.isIndeterminate());
     QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10000);
     track.show();
     QTRY_VERIFY_WITH_TIMEOUT(clock.isRunning(), 10000);
     track.hide();
     QTRY_VERIFY_WITH_TIMEOUT(!clock.isRunning(), 10000);
-    QVERIFY(track.isIndeterminate());
     track.show();
     QTRY_VERIFY_WITH_TIMEOUT(clock.isRunning(), 10000);
     track.setIndeterminate(false);

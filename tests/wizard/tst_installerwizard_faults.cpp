@@ -3,7 +3,6 @@
 #include "pages/pagetext.h"
 #include "theme/themed.h"
 #include "widgets/animatedmark.h"
-#include "widgets/progresstrack.h"
 #include "wizard/keyguard.h"
 #include "wizard/wizardtest.h"
 
@@ -25,8 +24,7 @@ bool showsFailure(const WizardDriver &driver, const QString &message)
     const QLabel *caption = driver.progress().caption;
     const bool shown = driver.status() == kFailed
         && driver.buttons() == QStringList { u"Close danger"_s } && caption->text() == message
-        && caption->palette().color(QPalette::WindowText) == themedColor(u"@INS_RED"_s)
-        && !driver.progress().track->isIndeterminate();
+        && caption->palette().color(QPalette::WindowText) == themedColor(u"@INS_RED"_s);
     if (!shown)
         qInfo() << driver.status() << driver.buttons() << caption->text();
     return shown;

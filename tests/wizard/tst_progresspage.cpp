@@ -193,19 +193,19 @@ void TestProgressPage::percentage()
 void TestProgressPage::barSweeps()
 {
     const Run run;
-    QVERIFY(!run.track->isIndeterminate());
+    QVERIFY(!run.barSweeps());
     run.page->setWaiting(true);
     run.page->setStatus(u"Unpacking"_s);
     run.page->setCurrentFile(u"a.dll"_s);
-    QVERIFY(run.track->isIndeterminate());
+    QVERIFY(run.barSweeps());
     run.page->setProgress(0.01);
-    QVERIFY(!run.track->isIndeterminate());
+    QVERIFY(!run.barSweeps());
     run.page->setWaiting(true);
     run.page->showError(u"No"_s);
-    QVERIFY(!run.track->isIndeterminate());
+    QVERIFY(!run.barSweeps());
     run.page->setWaiting(true);
     run.page->resetBar();
-    QVERIFY(!run.track->isIndeterminate());
+    QVERIFY(!run.barSweeps());
 }
 
 void TestProgressPage::newRunForgetsTheOld()

@@ -1,6 +1,8 @@
 #include "wizard/wizarddriver.h"
 
 #include "pages/destinationpage.h"
+#include "support/grab.h"
+#include "theme/themed.h"
 #include "widgets/animatedmark.h"
 #include "widgets/progresstrack.h"
 #include "widgets/selectioncontrol.h"
@@ -33,6 +35,13 @@ QStringList ProgressParts::stepTexts() const
     for (const StepList::StepRow *row : steps->findChildren<StepList::StepRow *>())
         texts.append(row->text());
     return texts;
+}
+
+bool ProgressParts::barSweeps() const
+{
+    track->setIndeterminatePhase(0.5); // in the middle
+    const QPointF middle = QRectF(track->rect()).center();
+    return colourAt(grabWidget(*track), middle) == themedColor(u"@INS_ACCENT"_s);
 }
 
 int shownSteps(const StepList &steps)

@@ -68,6 +68,8 @@ struct ProgressParts
 
     [[nodiscard]] QStringList stepTexts() const;
     [[nodiscard]] int shownSteps() const { return ::shownSteps(*steps); }
+    /// Whether the bar sweeps, as long as it is less than half full.
+    [[nodiscard]] bool barSweeps() const;
 
     StepList *steps;
     QLabel *file;
