@@ -175,7 +175,8 @@ void TestInstallerWizardScreens::screensChangeDuringARun()
         QVERIFY(QGuiApplication::screens().contains(screen));
         QVERIFY(driver.wizard.isVisible());
         QVERIFY(driver.wizard.windowHandle()->isVisible());
-        // Windows gives the window its size at the new scale; off screen nobody does.
+        // Windows gives the window its size at the new scale, and a place on a screen that is
+        // left; off screen nobody does.
         driver.wizard.windowHandle()->resize(kWindowSize);
         QCoreApplication::processEvents();
         QCOMPARE(driver.wizard.size(), kWindowSize);
