@@ -211,8 +211,6 @@ void TestAnimatedMarkPainting::colours()
 void TestAnimatedMarkPainting::scenes_data()
 {
     QTest::addColumn<MarkScene>("scene");
-    QTest::newRow("at rest") << MarkScene {};
-    QTest::newRow("empty") << MarkScene { .fill = 0.0 };
     QTest::newRow("floating, half full") << MarkScene { .fill = 0.5, .drift = -4.0 };
     QTest::newRow("all come afloat")
         << MarkScene { .entrance = { 0.9, 0.7, 0.4, 0.2 }, .fill = 0.5, .drift = -3.0 };

@@ -85,7 +85,6 @@ private Q_SLOTS:
     void windowHasRoundCorners();
     void barsHaveRoundCorners();
     void themeChangeRepaints();
-    void titleButtons();
     void titleButtonsUnderThePointer();
     void focusRingKeepsInsideTheCorner();
     void dragMovesTheWindow();
@@ -169,21 +168,6 @@ void TestChrome::themeChangeRepaints()
         ThemeManager::instance().setDarkMode(false);
         QTRY_COMPARE(colour(), before);
     }
-}
-
-void TestChrome::titleButtons()
-{
-    InstallerTitleBar bar(u"Setup"_s);
-    bar.resize(kWidth, bar.height());
-    bar.show();
-    QSignalSpy minimize(&bar, &InstallerTitleBar::minimizeRequested);
-    QSignalSpy close(&bar, &InstallerTitleBar::closeRequested);
-    QTest::mouseClick(named(bar, u"Minimize"_s), Qt::LeftButton);
-    QCOMPARE(minimize.size(), 1);
-    QCOMPARE(close.size(), 0);
-    QTest::mouseClick(named(bar, u"Close"_s), Qt::LeftButton);
-    QCOMPARE(minimize.size(), 1);
-    QCOMPARE(close.size(), 1);
 }
 
 // No red gets into the window's corner.
