@@ -45,7 +45,7 @@ private:
     void run(const QString &name, PageId page, const std::array<QString, 3> &texts);
 };
 
-/// A run before its first report, at its begin, in the middle and at its end.
+/// A run before its first report, at its start, in the middle and at its end.
 void Gallery::run(const QString &name, PageId page, const std::array<QString, 3> &texts)
 {
     m_scene.goTo(page);

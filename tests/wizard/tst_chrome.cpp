@@ -28,15 +28,6 @@ namespace {
 constexpr int kWidth = 680;
 constexpr QSize kRailSize(196, 390);
 
-QPushButton *named(const QWidget &bar, const QString &accessibleName)
-{
-    for (QPushButton *button : bar.findChildren<QPushButton *>()) {
-        if (button->accessibleName() == accessibleName)
-            return button;
-    }
-    qFatal("No button %s", qPrintable(accessibleName));
-}
-
 void putPointerOn(QPushButton &button)
 {
     button.ensurePolished();

@@ -21,6 +21,15 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+QPushButton *named(const QWidget &bar, const QString &accessibleName)
+{
+    for (QPushButton *button : bar.findChildren<QPushButton *>()) {
+        if (button->accessibleName() == accessibleName)
+            return button;
+    }
+    qFatal("No button %s", qPrintable(accessibleName));
+}
+
 ProgressParts::ProgressParts(const QWidget *page)
     : steps(page->findChild<StepList *>()),
       file(page->findChild<QLabel *>(u"file"_s)),
@@ -195,11 +204,7 @@ QPushButton *WizardDriver::closeButton() const
 
 QPushButton *WizardDriver::minimizeButton() const
 {
-    for (QPushButton *button : titleBar->findChildren<QPushButton *>()) {
-        if (button->accessibleName() == "Minimize"_L1)
-            return button;
-    }
-    qFatal("No button minimizes");
+    return named(*titleBar, u"Minimize"_s);
 }
 
 void WizardDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers)

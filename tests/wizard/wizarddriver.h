@@ -58,6 +58,9 @@ private:
     std::function<void()> m_look;
 };
 
+/// The button in `bar` that a screen reader calls by that name.
+[[nodiscard]] QPushButton *named(const QWidget &bar, const QString &accessibleName);
+
 /// How many steps are shown; -1 if one is without the one before it.
 [[nodiscard]] int shownSteps(const StepList &steps);
 
