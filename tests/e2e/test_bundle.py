@@ -78,6 +78,23 @@ class ByMouse(BundleTestCase):
         self.assertEqual(self.sandbox.engine_runs()[0][0], str(other))
         self.end(wizard, "Close")
 
+    def test_an_engine_given_by_name_needs_nothing_of_the_file(self):
+        os.truncate(self.program, self.engine_place())
+        wizard = self.start("--setup-exe", ENGINE)
+        wizard.wait_text("Welcome to the Varnel Schematics Setup Wizard")
+        self.end(wizard, "Cancel")
+        # But it is a download all the same, which simulates nothing.
+        wizard = self.start("--setup-exe", ENGINE, "--uninstall")
+        wizard.click("Uninstall")
+        wizard.wait_text("The uninstaller could not be found.")
+        self.end(wizard, "Close")
+
+    def test_beside_the_application_it_updates(self):
+        self.sandbox.record_installation(InstallLocation=str(self.program.parent))
+        wizard = self.start()
+        wizard.wait_text("Update Available")
+        self.end(wizard, "Skip")
+
     def test_cut_off(self):
         whole = self.program.read_bytes()
         begin = self.engine_place()
