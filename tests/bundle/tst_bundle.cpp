@@ -1,7 +1,7 @@
 #include "bundle/bundle.h"
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 
-#include <QRegularExpression>
 #include <QtEndian>
 #include <QTest>
 
@@ -37,23 +37,17 @@ QByteArray windowsProgram(quint32 place, quint32 size)
 
 } // namespace
 
-class TestBundle : public QObject
+class TestBundle : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
     void markerIsRead();
     void thisProgramCarriesNothing();
     void completeness_data();
     void completeness();
     void completenessOfTheLargest();
 };
-
-void TestBundle::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
 
 void TestBundle::markerIsRead()
 {

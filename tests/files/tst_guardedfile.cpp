@@ -1,33 +1,27 @@
 #include "files/guardedfile.h"
 #include "files/programsinuse.h"
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
 /// Whether files and programs are in use, which Windows alone can tell and prevent.
-class TestGuardedFile : public QObject
+class TestGuardedFile : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
     void missing();
     void nobodyCanExchangeIt();
     void notWhileItIsWritten();
     void programsInUse();
 };
-
-void TestGuardedFile::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
 
 void TestGuardedFile::missing()
 {

@@ -1,17 +1,16 @@
 #include "files/installpath.h"
+#include "support/stricttest.h"
 
 #include <QDir>
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestInstallPath : public QObject
+class TestInstallPath : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void driveRoot();
     void folder_data();
     void folder();

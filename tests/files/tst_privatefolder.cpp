@@ -1,9 +1,9 @@
 #include "files/privatefolder.h"
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QTest>
 
 #ifdef Q_CC_MINGW
@@ -84,23 +84,17 @@ NTSTATUS NTAPI __wrap_NtCreateFile(PHANDLE handle, ACCESS_MASK access,
 // NOLINTEND(bugprone-reserved-identifier)
 #endif
 
-class TestPrivateFolder : public QObject
+class TestPrivateFolder : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
     void goesWithItsFiles();
     void nobodyElseMayEnter();
     void ownerAndAccess();
     void abandonedOnesAreRemoved();
     void foreignFoldersAreKept();
 };
-
-void TestPrivateFolder::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-}
 
 void TestPrivateFolder::goesWithItsFiles()
 {

@@ -1,22 +1,21 @@
 #include "engine/process.h"
 #include "files/regularfile.h"
 #include "support/sandbox.h"
+#include "support/stricttest.h"
 
 #include <QFileInfo>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <filesystem>
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestRegularFile : public QObject
+class TestRegularFile : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void regular();
     void others();
     void links();
