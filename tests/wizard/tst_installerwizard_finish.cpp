@@ -136,6 +136,7 @@ void TestInstallerWizardFinish::badgeAppearsAfterARemoval()
     QCOMPARE(driver.mark->fill(), 0.0);
     QVERIFY(driver.mark->a4Progress() < 1.0);
     auto *badge = driver.currentPage()->findChild<GifBadge *>();
+    QVERIFY(badge->popProgress() < 1.0);
     QTRY_COMPARE_WITH_TIMEOUT(badge->popProgress(), 1.0, kPatience);
     QTRY_COMPARE_WITH_TIMEOUT(driver.mark->a4Progress(), 1.0, kPatience);
     QVERIFY(!driver.watch.shots().contains(kConfettiDelay));

@@ -313,9 +313,12 @@ void TestProgressPage::errorLeavesTheStepsTheirRoom()
     run.page->setProgress(1.0);
     run.page->setCurrentFile(longWord().repeated(3));
     run.page->setStatus(longWord());
+    run.layOut();
     QVERIFY(fitsWindow(run.page.get()));
     const QRect steps = run.steps->geometry();
+    QVERIFY(steps.height() >= run.steps->sizeHint().height());
     run.page->showError(u"Something went wrong. "_s.repeated(100) + u"  (log: C:\\a.log)");
+    run.layOut();
     QVERIFY(fitsWindow(run.page.get()));
     QCOMPARE(run.steps->geometry(), steps);
     QVERIFY(!run.file->geometry().intersects(steps));
