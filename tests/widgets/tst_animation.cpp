@@ -171,6 +171,9 @@ void TestAnimation::reducedMotionOfTheDesktop()
     QVERIFY(prefersReducedMotion());
     reduced = false;
     QVERIFY(!prefersReducedMotion());
+    qputenv("VARNEL_REDUCED_MOTION", "0");
+    QVERIFY(!prefersReducedMotion());
+    qunsetenv("VARNEL_REDUCED_MOTION");
 }
 
 void TestAnimation::runsInAWindowThatIsNotShownYet()

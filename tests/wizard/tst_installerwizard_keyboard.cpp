@@ -138,7 +138,6 @@ void TestInstallerWizardKeyboard::keysDoNothingDuringARun()
 void TestInstallerWizardKeyboard::focusGoesStraightOn()
 {
     qputenv("VARNEL_REDUCED_MOTION", "1");
-    const auto restore = qScopeGuard([] { qunsetenv("VARNEL_REDUCED_MOTION"); });
     WizardDriver driver { QString() };
     QVERIFY(driver.open(RunMode::Uninstall));
     driver.currentPage()->findChild<ToggleCheckbox *>()->setFocus();
