@@ -20,6 +20,14 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+/// The uninstaller of a removal that the file of this process is in the way of, so that another
+/// copy has to show it; empty if there is none.
+QString removalToHandOver(const CommandLine &commandLine, bool onlyRemoves)
+{
+    return commandLine.handedOverBy.isEmpty() && onlyRemoves ? uninstallerPath()
+                                                             : commandLine.handedOverBy;
+}
+
 /// Shows the window and runs the event loop. The caller owns the engines, so that they are
 /// destroyed, and clean up, after the window.
 int runWizard(InstallerEngine &engine, CarriedEngine *carried, const CommandLine &commandLine,
@@ -60,18 +68,14 @@ int main(int argc, char *argv[])
     int argumentsForQt = isElevated() ? 1 : argc;
     QApplication application(argumentsForQt, argv);
     CommandLine commandLine = parseCommandLine(arguments);
-    // The copy that was installed with the application can only remove it. Its own file would be
-    // in the way, so another copy does that.
+    // The copy that was installed with the application can only remove it.
     const QString folder = QApplication::applicationDirPath();
     const bool onlyRemoves = !bundle && isInstallFolder(folder);
-    QString handedOverBy = commandLine.handedOverBy;
-    if (handedOverBy.isEmpty() && onlyRemoves)
-        handedOverBy = uninstallerPath();
-    if (!handedOverBy.isEmpty()) {
-        const int code = handOverRemoval(handedOverBy);
+    if (const QString removal = removalToHandOver(commandLine, onlyRemoves); !removal.isEmpty()) {
+        const int code = handOverRemoval(removal);
         // An uninstaller that has asked for it goes on by itself, else it is still to be started.
         if (code != 0 && commandLine.handedOverBy.isEmpty())
-            QProcess::startDetached(handedOverBy, {});
+            QProcess::startDetached(removal, {});
         return code;
     }
     if (onlyRemoves) {

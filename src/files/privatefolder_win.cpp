@@ -108,8 +108,7 @@ std::unique_ptr<PrivateFolder::Native> PrivateFolder::Native::make(const QString
 {
     // The owner of a folder may change its access rights. What administrators own cannot have been
     // made by a program of the same user that is not elevated. Nothing is inherited from the temp
-    // folder
-    // ("P"); files inside inherit this ("OICI").
+    // folder ("P"); files inside inherit this ("OICI").
     const QString description = isElevated() ? u"O:BAD:P(A;OICI;FA;;;BA)(A;OICI;FA;;;SY)"_s
                                              : u"O:%1D:P(A;OICI;FA;;;%1)"_s.arg(userSid());
     PSECURITY_DESCRIPTOR descriptor = nullptr;

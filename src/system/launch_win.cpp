@@ -38,11 +38,11 @@ bool hasWindow(DWORD id)
         bool hasFound;
     } search { id, false };
     const auto look = [](HWND window, LPARAM data) -> BOOL {
-        auto *search = reinterpret_cast<Search *>(data);
+        auto *looked = reinterpret_cast<Search *>(data);
         DWORD process = 0;
         GetWindowThreadProcessId(window, &process);
-        search->hasFound = process == search->process && IsWindowVisible(window);
-        return !search->hasFound;
+        looked->hasFound = process == looked->process && IsWindowVisible(window);
+        return !looked->hasFound;
     };
     EnumWindows(look, reinterpret_cast<LPARAM>(&search));
     return search.hasFound;
