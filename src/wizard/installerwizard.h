@@ -95,8 +95,7 @@ private:
     InstallerEngine *m_engine = nullptr;
     CarriedEngine *m_carriedEngine = nullptr;
     std::unique_ptr<SetupRun> m_run; ///< until the page is left on which it is followed
-    std::unique_ptr<RunGuard>
-        m_runGuard; ///< of a real run, until it ends; after a failure until the page is left
+    std::unique_ptr<RunGuard> m_runGuard; ///< of a real run; if it fails, until the page is left
     QTimer m_unpackDelay { this }; ///< so that the first page comes in undisturbed
     QTimer m_finishDelay { this }; ///< how long a completed run stays on screen
     DelayedStart m_idleDelay; ///< from the finish page to the mark's floating

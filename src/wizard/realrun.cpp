@@ -91,6 +91,7 @@ void RealRun::onUnpacked()
 
 void RealRun::removeWhenPossible()
 {
+    m_uninstallerTimer.stop();
     if (!QFileInfo(m_choices.uninstaller).isFile()) {
         m_engine.startUninstall({}); // that is reported, even if the file comes back meanwhile
         return;
@@ -99,7 +100,6 @@ void RealRun::removeWhenPossible()
         m_uninstallerTimer.start();
         return;
     }
-    m_uninstallerTimer.stop();
     // The uninstaller would delete what it can and say that all is well.
     if (isApplicationInUse(m_choices.uninstaller)) {
         Q_EMIT finished(false, tr("Varnel Schematics is running. Close it and try again."));
