@@ -143,6 +143,10 @@ void Gallery::failures()
     m_scene.window().showOnly(PageId::Damaged);
     wait(kSettled);
     shoot(u"damaged"_s);
+    open(RunMode::Update);
+    m_scene.findNewer();
+    wait(kSettled);
+    shoot(u"newer-installed"_s);
     const auto fail = [this](const QString &name) {
         m_scene.report(0.43, kFolder + u"pdfium.dll", u"Replacing application files…"_s);
         m_scene.fail(uR"(  (log: C:\Users\Ada\AppData\Local\Temp\varnel_setup_last.log))"_s);

@@ -28,10 +28,23 @@ QString removalToHandOver(const CommandLine &commandLine, bool onlyRemoves)
                                                              : commandLine.handedOverBy;
 }
 
+/// The page that `bundle`, which is in the file of this process, shows in place of all others; none
+/// if it can do what it is for.
+std::optional<PageId> blockingPage(const Bundle &bundle, const CommandLine &commandLine)
+{
+    if (!commandLine.setupExecutable.isEmpty())
+        return {}; // nothing is taken from it
+    if (!isComplete(QApplication::applicationFilePath(), bundle))
+        return PageId::Damaged;
+    if (commandLine.runMode != RunMode::Uninstall && isNewerInstalled())
+        return PageId::NewerInstalled;
+    return {};
+}
+
 /// Shows the window and runs the event loop. The caller owns the engines, so that they are
 /// destroyed, and clean up, after the window.
 int runWizard(InstallerEngine &engine, CarriedEngine *carried, const CommandLine &commandLine,
-              bool isDamaged)
+              std::optional<PageId> onlyPage)
 {
     InstallerWizard wizard;
     wizard.setEngine(&engine);
@@ -42,8 +55,8 @@ int runWizard(InstallerEngine &engine, CarriedEngine *carried, const CommandLine
         wizard.setRunMode(*commandLine.runMode);
     else
         wizard.setRunMode(isInstalled() ? RunMode::Update : RunMode::Install);
-    if (isDamaged)
-        wizard.showOnly(PageId::Damaged);
+    if (onlyPage)
+        wizard.showOnly(*onlyPage);
     wizard.show();
     return QApplication::exec();
 }
@@ -85,10 +98,9 @@ int main(int argc, char *argv[])
     }
 
     setUpApplication();
-    const QString self = QApplication::applicationFilePath();
     std::optional<CarriedEngine> carried;
     if (bundle)
-        carried.emplace(self, *bundle);
+        carried.emplace(QApplication::applicationFilePath(), *bundle);
     InstallerEngine engine; // declared after `carried`, as it may run that file until it goes
     engine.setSetupExecutable(commandLine.setupExecutable);
     // The end of the session ends the program right after this signal, without any destructor. The
@@ -96,7 +108,6 @@ int main(int argc, char *argv[])
     if (carried)
         QObject::connect(&application, &QCoreApplication::aboutToQuit, &*carried,
                          &CarriedEngine::remove);
-    const bool isDamaged =
-        bundle && commandLine.setupExecutable.isEmpty() && !isComplete(self, *bundle);
-    return runWizard(engine, carried ? &*carried : nullptr, commandLine, isDamaged);
+    return runWizard(engine, carried ? &*carried : nullptr, commandLine,
+                     bundle ? blockingPage(*bundle, commandLine) : std::nullopt);
 }

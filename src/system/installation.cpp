@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QVersionNumber>
 
 #include <array>
 
@@ -30,6 +31,12 @@ QString readUninstallValue(const QString &name)
 QString installedVersion()
 {
     return readUninstallValue(u"DisplayVersion"_s);
+}
+
+bool isNewerInstalled()
+{
+    return QVersionNumber::fromString(installedVersion())
+        > QVersionNumber::fromString(Product::kVersion);
 }
 
 QString installLocation()

@@ -12,6 +12,10 @@
 /// Version of the installed copy, as it is recorded.
 [[nodiscard]] QString installedVersion();
 
+/// Whether the installed copy has a higher version than this program. False without one, or if what
+/// is recorded does not begin with a number.
+[[nodiscard]] bool isNewerInstalled();
+
 /// Folder of the installed copy, with native separators and none at the end. It need not exist.
 [[nodiscard]] QString installLocation();
 

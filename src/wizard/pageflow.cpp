@@ -35,6 +35,10 @@ constexpr FooterButton kCancel =
     ghost(QT_TRANSLATE_NOOP("InstallerWizard", "Cancel"), Command::Close);
 constexpr FooterButton kClose =
     ghost(QT_TRANSLATE_NOOP("InstallerWizard", "Close"), Command::Close);
+constexpr FooterButton kOnlyClose =
+    primary(QT_TRANSLATE_NOOP("InstallerWizard", "Close"), Command::Close);
+constexpr const char *kNothingChanged =
+    QT_TRANSLATE_NOOP("InstallerWizard", "Nothing has been changed");
 constexpr FooterButton kOpen =
     primary(QT_TRANSLATE_NOOP("InstallerWizard", "Open Varnel Schematics"), Command::OpenAndClose);
 
@@ -74,8 +78,8 @@ constexpr PageStop kStops[] = {
     { PageId::UninstallComplete, QT_TRANSLATE_NOOP("InstallerWizard", "Uninstalled in 24 seconds"),
       kClose, {} },
 
-    { PageId::Damaged, QT_TRANSLATE_NOOP("InstallerWizard", "Nothing has been changed"),
-      {}, primary(QT_TRANSLATE_NOOP("InstallerWizard", "Close"), Command::Close) },
+    { PageId::Damaged, kNothingChanged, {}, kOnlyClose },
+    { PageId::NewerInstalled, kNothingChanged, {}, kOnlyClose },
 };
 // clang-format on
 

@@ -18,8 +18,9 @@ enum class PageId {
     Uninstalling,
     UninstallComplete,
     Damaged,
+    NewerInstalled,
 };
-inline constexpr int kPageCount = int(PageId::Damaged) + 1;
+inline constexpr int kPageCount = int(PageId::NewerInstalled) + 1;
 
 /// What a footer button does.
 enum class Command { ShowPage, StartRun, Close, OpenAndClose };

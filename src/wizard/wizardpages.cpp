@@ -5,6 +5,7 @@
 #include "pages/destinationpage.h"
 #include "pages/finishedpage.h"
 #include "pages/licensepage.h"
+#include "pages/newerinstalledpage.h"
 #include "pages/readypage.h"
 #include "pages/readytoupdatepage.h"
 #include "pages/systemcheckpage.h"
@@ -51,6 +52,7 @@ constexpr std::array kPages = {
     PageEntry { PageId::Uninstalling, create<UninstallingPage> },
     PageEntry { PageId::UninstallComplete, create<UninstallCompletePage> },
     PageEntry { PageId::Damaged, create<DamagedPage> },
+    PageEntry { PageId::NewerInstalled, create<NewerInstalledPage> },
 };
 
 constexpr bool hasARowForEachPageInOrder()

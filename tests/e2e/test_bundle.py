@@ -95,6 +95,20 @@ class ByMouse(BundleTestCase):
         wizard.wait_text("Update Available")
         self.end(wizard, "Skip")
 
+    def test_older_than_the_installed_version(self):
+        self.sandbox.record_installation(DisplayVersion="1.10.0", InstallLocation=str(self.sandbox.root))
+        wizard = self.start()
+        wizard.wait_text("Varnel Schematics 1.10.0 is installed, which is newer than 1.6.9.\n"
+                         "Remove it first if you want the older version.")
+        self.assertEqual(wizard.buttons(), {"Minimize": True, "Close": True})
+        self.end(wizard, "Close")
+        # Removing it is no matter of versions, nor is an engine that was given.
+        for arguments, page in (("--uninstall",), "Uninstall Varnel Schematics"), (
+                ("--setup-exe", ENGINE), "Update Available"):
+            wizard = self.start(*arguments)
+            wizard.wait_text(page)
+            self.end(wizard, "Skip" if page == "Update Available" else "Cancel")
+
     def test_cut_off(self):
         whole = self.program.read_bytes()
         begin = self.engine_place()

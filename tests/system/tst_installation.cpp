@@ -39,6 +39,7 @@ private Q_SLOTS:
     void init();
     void rootsInOrder_data();
     void rootsInOrder();
+    void newerVersions();
     void otherProductsDoNotCount();
     void installLocation_data();
     void installLocation();
@@ -111,6 +112,20 @@ void TestInstallation::rootsInOrder()
     QCOMPARE(installedVersion(), found);
     QCOMPARE(readUninstallValue(u"DisplayVersion"_s), found);
     QCOMPARE(readUninstallValue(u"Absent"_s), QString());
+}
+
+void TestInstallation::newerVersions()
+{
+    const std::pair<QString, bool> versions[] = {
+        { u"1.6.8"_s, false },     { u"1.6.9"_s, false }, { u"1.6.9.1"_s, true },
+        { u"1.6.10"_s, true },     { u"2"_s, true },      { u"1.7 beta"_s, true },
+        { u"version 2"_s, false },
+    };
+    QVERIFY(!isNewerInstalled());
+    for (const auto &[version, isNewer] : versions) {
+        m_sandbox->setRegistry({ { kMachine, QJsonObject { { u"DisplayVersion"_s, version } } } });
+        QVERIFY2(isNewerInstalled() == isNewer, qPrintable(version));
+    }
 }
 
 void TestInstallation::otherProductsDoNotCount()

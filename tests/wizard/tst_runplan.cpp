@@ -32,7 +32,7 @@ QList<PageId> wayToTheRun(RunMode mode)
 /// Every page but those on which a run is shown.
 QList<PageId> stops()
 {
-    QList<PageId> pages { PageId::Damaged }; // in place of all others
+    QList<PageId> pages { PageId::Damaged, PageId::NewerInstalled }; // in place of all others
     for (RunMode mode : kModes)
         pages << wayToTheRun(mode) << runPlan(mode).finishPage;
     return pages;

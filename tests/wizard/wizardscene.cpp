@@ -30,13 +30,13 @@ void waitFor(const std::function<bool()> &condition)
     }
 }
 
-/// A machine as most users have one, with an older copy installed.
-QJsonObject realisticRegistry()
+/// A machine as most users have one, with a copy of `version` installed.
+QJsonObject realisticRegistry(const QString &version = u"1.6.8"_s)
 {
     const QString system = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\)"_s;
     return {
         { system + uR"(Windows\CurrentVersion\Uninstall\)" + Product::kUninstallKey,
-          QJsonObject { { u"DisplayVersion"_s, u"1.6.8"_s },
+          QJsonObject { { u"DisplayVersion"_s, version },
                         { u"InstallLocation"_s, WizardScene::folder() } } },
     };
 }
@@ -83,6 +83,11 @@ void damage(WizardScene &scene)
     scene.window().showOnly(PageId::Damaged);
 }
 
+void findNewer(WizardScene &scene)
+{
+    scene.findNewer();
+}
+
 } // namespace
 
 QList<Scene> scenes()
@@ -106,6 +111,7 @@ QList<Scene> scenes()
         { "uninstall-uninstalling", RunMode::Uninstall, PageId::Uninstalling, reportProgress },
         { "uninstall-complete", RunMode::Uninstall, PageId::UninstallComplete },
         { "damaged", RunMode::Install, PageId::Welcome, damage },
+        { "newer-installed", RunMode::Update, PageId::UpdateAvailable, findNewer },
     };
 }
 
@@ -200,6 +206,13 @@ void WizardScene::fail(const QString &log)
                              u"A fatal error occurred during installation.  There is not enough "
                              "space on the disk to install the program."_s
                                  + log);
+}
+
+void WizardScene::findNewer()
+{
+    m_sandbox.setRegistry(realisticRegistry(u"1.7.0"_s));
+    m_wizard->showOnly(PageId::NewerInstalled);
+    m_sandbox.setRegistry(realisticRegistry());
 }
 
 void WizardScene::finish()

@@ -41,6 +41,8 @@ public:
     void report(double fraction, const QString &file, const QString &status);
     /// `log` follows the message.
     void fail(const QString &log = {});
+    /// As if a newer version were installed when the wizard started.
+    void findNewer();
 
     /// Where the older copy lies.
     [[nodiscard]] static QString folder();
