@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QObject>
+#include <QtTest>
 
 /// A test that fails with each warning, except those that the off-screen platform prints whenever a
 /// window is shown or raised.
