@@ -15,8 +15,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QRectF kRect(10, 10, 80, 40);
-
 /// Leaves it to the ring to repaint it, as text views do.
 class Control : public QWidget
 {
@@ -27,7 +25,6 @@ public:
         resize(100, 60);
     }
 
-    double radius = 8.0;
     int paints = 0;
 
 protected:
@@ -39,7 +36,7 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setBrush(Qt::red); // what the control painted last
-        m_ring.paint(painter, kRect, radius, u"@INS_ACCENT"_s);
+        m_ring.paint(painter, rect(), 8.0, u"@INS_ACCENT"_s);
     }
 
 private:
@@ -97,13 +94,9 @@ class TestFocusRing : public LightThemeTest
 private Q_SLOTS:
     void focus_data();
     void focus();
-    void windowGoesAndComesBack_data();
     void windowGoesAndComesBack();
     void focusedElsewhereInAnInactiveWindow();
     void repaintsTheControl();
-    void colour();
-    void liesJustInside();
-    void corners();
     void ringOfAButton();
     void cornersOfAButton();
     void returnDoesNotPressAButton();
@@ -131,6 +124,7 @@ void TestFocusRing::focus()
     QVERIFY(!scene.ringIsSeen());
     scene.control.setFocus(reason);
     QCOMPARE(scene.ringIsSeen(), seen);
+    QCOMPARE(colourAt(grabWidget(scene.control), { 50, 30 }).alpha(), 0); // nothing inside
     scene.other.setFocus(Qt::TabFocusReason);
     QVERIFY(!scene.ringIsSeen());
     // The program may have given it the focus while the window was inactive.
@@ -138,23 +132,17 @@ void TestFocusRing::focus()
     QVERIFY(!scene.ringIsSeen());
 }
 
-void TestFocusRing::windowGoesAndComesBack_data()
-{
-    QTest::addColumn<Qt::FocusReason>("reason");
-    QTest::newRow("window") << Qt::ActiveWindowFocusReason;
-    QTest::newRow("popup") << Qt::PopupFocusReason;
-}
-
 void TestFocusRing::windowGoesAndComesBack()
 {
-    QFETCH(const Qt::FocusReason, reason);
-    for (const bool byKeyboard : { true, false }) {
-        Scene scene;
-        scene.control.setFocus(byKeyboard ? Qt::TabFocusReason : Qt::MouseFocusReason);
-        scene.other.setFocus(reason);
-        QVERIFY(!scene.ringIsSeen());
-        scene.control.setFocus(reason);
-        QCOMPARE(scene.ringIsSeen(), byKeyboard);
+    for (const auto reason : { Qt::ActiveWindowFocusReason, Qt::PopupFocusReason }) {
+        for (const bool byKeyboard : { true, false }) {
+            Scene scene;
+            scene.control.setFocus(byKeyboard ? Qt::TabFocusReason : Qt::MouseFocusReason);
+            scene.other.setFocus(reason);
+            QVERIFY(!scene.ringIsSeen());
+            scene.control.setFocus(reason);
+            QCOMPARE(scene.ringIsSeen(), byKeyboard);
+        }
     }
 }
 
@@ -187,57 +175,13 @@ void TestFocusRing::repaintsTheControl()
     }
 }
 
-void TestFocusRing::colour()
-{
-    Scene scene;
-    scene.control.setFocus(Qt::TabFocusReason);
-    for (const bool dark : { false, true }) {
-        ThemeManager::instance().setDarkMode(dark);
-        for (const double ratio : { 1.0, 2.0 }) {
-            const QImage ring = grabWidget(scene.control, ratio);
-            QCOMPARE(difference(colourAt(ring, { 50, 10.25 }), themedColor(u"@INS_ACCENT"_s)),
-                     QString());
-            QCOMPARE(colourAt(ring, { 50, 30 }).alpha(), 0); // nothing inside
-        }
-    }
-}
-
-void TestFocusRing::liesJustInside()
-{
-    Scene scene;
-    scene.control.setFocus(Qt::TabFocusReason);
-    // So many device pixels per pixel that the edges of the stroke lie on them.
-    const QImage ring = grabWidget(scene.control, 8.0);
-    QCOMPARE(inkRect(ring), kRect);
-    QVERIFY(colourAt(ring, { 50, 11.4 }).alpha() > 250);
-    QCOMPARE(colourAt(ring, { 50, 11.6 }).alpha(), 0);
-    QVERIFY(colourAt(ring, { 88.6, 30 }).alpha() > 250);
-    QCOMPARE(colourAt(ring, { 88.4, 30 }).alpha(), 0);
-}
-
-void TestFocusRing::corners()
-{
-    Scene scene;
-    scene.control.setFocus(Qt::TabFocusReason);
-    // On the diagonal, 0.3 of the radius away from the corner of the stroke's middle line.
-    for (const double radius : { 4.0, 12.0 }) {
-        scene.control.radius = radius;
-        const QImage ring = grabWidget(scene.control, 8.0);
-        const double onStroke = 10.75 + radius * (1.0 - M_SQRT1_2);
-        QVERIFY(colourAt(ring, { onStroke, onStroke }).alpha() > 250);
-        QCOMPARE(colourAt(ring, { onStroke - 0.8, onStroke - 0.8 }).alpha(), 0);
-        QCOMPARE(colourAt(ring, { onStroke + 0.8, onStroke + 0.8 }).alpha(), 0);
-    }
-    scene.control.radius = 0.0;
-    QVERIFY(colourAt(grabWidget(scene.control, 8.0), { 10.5, 10.5 }).alpha() > 200);
-}
-
 // The native style would frame the text as well, inside the ring.
 void TestFocusRing::ringOfAButton()
 {
     ButtonScene scene;
     for (const QString &token : { u"@INS_ACCENT"_s, u"@INS_RED"_s }) {
         scene.button.setFocusToken(token);
+        ThemeManager::instance().setDarkMode(token == u"@INS_RED");
         const QImage picture = grabWidget(scene.button, 8.0);
         QCOMPARE(inkRect(picture, themedColor(token)), QRectF(2, 2, 96, 36));
         QCOMPARE(differenceAt(picture, { { 50, 1.8 }, { 50, 3.7 } }, Qt::white), QString());
