@@ -7,7 +7,6 @@
 #include "widgets/delayedstart.h"
 #include "widgets/reducedmotion.h"
 
-#include <QGraphicsOpacityEffect>
 #include <QPropertyAnimation>
 #include <QSignalSpy>
 
@@ -61,14 +60,12 @@ class TestAnimation : public LightThemeTest
 private Q_SLOTS:
     void playsFromItsBeginning();
     void glidesFromWhereThePropertyIs();
-    void delayedStartIsDueOnce();
-    void delayedStartCountsAnewOrStops();
+    void delayedStart();
     void reducedMotion();
     void reducedMotionOfTheDesktop();
     void runsInAWindowThatIsNotShownYet();
     void endsWhenItIsHidden_data();
     void endsWhenItIsHidden();
-    void animationOfAnEffectEndsWithItsWidget();
     void watcherFollowsTheWidgetAndItsWindow();
     void watcherOfAWidgetThatMovesToAnotherWindow();
 };
@@ -110,32 +107,22 @@ void TestAnimation::glidesFromWhereThePropertyIs()
     QCOMPARE(departure(clock, { turn, 0.0, kDuration, QEasingCurve::OutBack }, level), QString());
 }
 
-void TestAnimation::delayedStartIsDueOnce()
+void TestAnimation::delayedStart()
 {
     Scene scene;
     scene.window.show();
-    scene.start.start(20ms);
+    scene.start.start(kLong);
+    scene.start.start(20ms); // counts anew
     QCOMPARE(scene.timer().interval(), 20);
     QCOMPARE(scene.timer().timerType(), Qt::PreciseTimer); // the parts of an entrance keep step
     QCOMPARE(scene.due.count(), 0);
     QVERIFY(scene.due.wait(10'000));
     QVERIFY(!scene.timer().isActive());
-    scene.window.hide();
-    QCOMPARE(scene.due.count(), 1);
-}
-
-void TestAnimation::delayedStartCountsAnewOrStops()
-{
-    Scene scene;
-    scene.window.show();
-    scene.start.start(kLong);
-    scene.start.start(10ms);
-    QVERIFY(scene.due.wait(10'000));
     scene.start.start(10ms);
     scene.start.start(kLong);
     QVERIFY(!scene.due.wait(50));
     scene.start.stop();
-    scene.window.hide();
+    scene.window.hide(); // which brings what is still to come
     QCOMPARE(scene.due.count(), 1);
 }
 
@@ -229,22 +216,6 @@ void TestAnimation::endsWhenItIsHidden()
     scene.start.start(kLong);
     QCOMPARE(scene.due.count(), 3);
     QVERIFY(!scene.timer().isActive());
-}
-
-void TestAnimation::animationOfAnEffectEndsWithItsWidget()
-{
-    const ManualClock clock;
-    QWidget window;
-    auto *label = new QWidget(&window);
-    auto *effect = new QGraphicsOpacityEffect(label);
-    effect->setOpacity(0.0);
-    label->setGraphicsEffect(effect);
-    window.show();
-    QPropertyAnimation animation(effect, "opacity");
-    glideTo(animation, 1.0);
-    QCOMPARE(animation.state(), QAbstractAnimation::Running);
-    window.hide();
-    QCOMPARE(effect->opacity(), 1.0);
 }
 
 void TestAnimation::watcherFollowsTheWidgetAndItsWindow()
