@@ -44,15 +44,31 @@ QRectF targetOf(const QSize &size)
     return target;
 }
 
+/// How a part comes in: at progress a it is (1 - a) * offset away, and smaller by (1 - a) *
+/// shrinking.
+struct Entrance
+{
+    QString file;
+    QPointF offset;
+    double shrinking;
+};
+
+const std::array<Entrance, 4> kEntrances { {
+    { u":/mark/left.svg"_s, { -90, 0 }, 0.0 },
+    { u":/mark/right.svg"_s, { 90, 0 }, 0.0 },
+    { u":/mark/centre.svg"_s, { 0, 26 }, 0.45 },
+    { u":/mark/triangle.svg"_s, { 0, 0 }, 0.7 },
+} };
+
 void drawParts(QPainter &painter, const MarkScene &scene, double opacity)
 {
     const QRectF target = targetOf(scene.size);
     const QPointF centre = target.center();
-    const auto draw = [&](size_t part, const QString &file, const QPointF &offset,
-                          double shrinking) {
+    for (size_t part = 0; part < kEntrances.size(); ++part) {
+        const auto &[file, offset, shrinking] = kEntrances[part];
         const double a = scene.entrance[part];
         if (a <= 0.001)
-            return;
+            continue;
         const double scale = 1.0 - (1.0 - a) * shrinking;
         painter.save();
         painter.setOpacity(opacity * qMin(a, 1.0));
@@ -61,11 +77,7 @@ void drawParts(QPainter &painter, const MarkScene &scene, double opacity)
         painter.translate(-centre);
         QSvgRenderer(file).render(&painter, target);
         painter.restore();
-    };
-    draw(0, u":/mark/left.svg"_s, { -90, 0 }, 0.0);
-    draw(1, u":/mark/right.svg"_s, { 90, 0 }, 0.0);
-    draw(2, u":/mark/centre.svg"_s, { 0, 26 }, 0.45);
-    draw(3, u":/mark/triangle.svg"_s, { 0, 0 }, 0.7);
+    }
 }
 
 void show(AnimatedMark &mark, const MarkScene &scene = {})
@@ -107,21 +119,29 @@ QImage drawingOf(const MarkScene &scene)
     return drawing;
 }
 
+/// The alphas of all pixels, row by row.
+std::vector<int> alphasOf(const QImage &picture)
+{
+    std::vector<int> alphas;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            alphas.push_back(qAlpha(picture.pixel(x, y)));
+    }
+    return alphas;
+}
+
 /// The differences of alpha between two pictures, pixel by pixel.
 std::vector<int> alphaDifferences(const QImage &a, const QImage &b)
 {
-    std::vector<int> differences;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x)
-            differences.push_back(std::abs(qAlpha(a.pixel(x, y)) - qAlpha(b.pixel(x, y))));
-    }
+    std::vector<int> differences = alphasOf(a);
+    std::ranges::transform(differences, alphasOf(b), differences.begin(),
+                           [](int x, int y) { return std::abs(x - y); });
     return differences;
 }
 
 int worstPixel(const MarkScene &scene)
 {
-    const std::vector<int> differences = alphaDifferences(pictureOf(scene), drawingOf(scene));
-    return *std::max_element(differences.begin(), differences.end());
+    return std::ranges::max(alphaDifferences(pictureOf(scene), drawingOf(scene)));
 }
 
 /// Where the colours differ although there is no edge nearby; empty if nowhere.
@@ -164,16 +184,6 @@ QPointF centreOfGravity(const QImage &picture)
     return sum / weight / picture.devicePixelRatio();
 }
 
-int mostAlpha(const QImage &picture)
-{
-    int alpha = 0;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x)
-            alpha = qMax(alpha, qAlpha(picture.pixel(x, y)));
-    }
-    return alpha;
-}
-
 } // namespace
 
 class TestAnimatedMarkPainting : public LightThemeTest
@@ -181,32 +191,16 @@ class TestAnimatedMarkPainting : public LightThemeTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void colours();
     void scenes_data();
     void scenes();
     void partsOnTheirWay_data();
     void partsOnTheirWay();
     void ghost();
     void nothingBelowTheThreshold();
-    void edgesAreSharpAtRest();
-    void edgesAreSharpAfloat();
+    void edgesAreSharp();
     void newSizeAndRatioAreDrawnAnew();
     void sharpBetweenDevicePixels();
 };
-
-void TestAnimatedMarkPainting::colours()
-{
-    const QRectF target = targetOf(kUsualMark);
-    const auto at = [&](double x, double y) {
-        return QPointF(target.topLeft() + QPointF(x, y) * target.width() / kViewBox.width());
-    };
-    const QImage picture = pictureOf({});
-    QCOMPARE(differenceAt(picture, { at(70, 270) }, QColor(0x0e, 0x17, 0x30)), QString());
-    QCOMPARE(differenceAt(picture, { at(665, 270) }, QColor(0x54, 0x54, 0x54)), QString());
-    QCOMPARE(differenceAt(picture, { at(330, 270) }, QColor(0x06, 0x4c, 0xad)), QString());
-    QCOMPARE(differenceAt(picture, { at(462, 190) }, QColor(0xff, 0x31, 0x31)), QString());
-    QCOMPARE(differenceAt(picture, { at(540, 330) }, Qt::transparent), QString());
-}
 
 void TestAnimatedMarkPainting::scenes_data()
 {
@@ -249,12 +243,8 @@ void TestAnimatedMarkPainting::scenes()
 void TestAnimatedMarkPainting::partsOnTheirWay_data()
 {
     QTest::addColumn<size_t>("part");
-    QTest::addColumn<QPointF>("offset");
-    QTest::addColumn<double>("shrinking");
-    QTest::newRow("left chevron") << size_t(0) << QPointF(-90, 0) << 0.0;
-    QTest::newRow("right chevron") << size_t(1) << QPointF(90, 0) << 0.0;
-    QTest::newRow("polygon") << size_t(2) << QPointF(0, 26) << 0.45;
-    QTest::newRow("triangle") << size_t(3) << QPointF(0, 0) << 0.7;
+    for (size_t part = 0; part < kEntrances.size(); ++part)
+        QTest::newRow(qPrintable(kEntrances[part].file)) << part;
 }
 
 // Where each part stands and how large it is, by its centre of gravity and its area. These do not
@@ -262,8 +252,7 @@ void TestAnimatedMarkPainting::partsOnTheirWay_data()
 void TestAnimatedMarkPainting::partsOnTheirWay()
 {
     QFETCH(const size_t, part);
-    QFETCH(const QPointF, offset);
-    QFETCH(const double, shrinking);
+    const auto &[file, offset, shrinking] = kEntrances[part];
     constexpr QMargins kRoom(100, 40, 100, 40);
     AnimatedMark mark;
     mark.setContentsMargins(kRoom);
@@ -285,7 +274,8 @@ void TestAnimatedMarkPainting::partsOnTheirWay()
             QVERIFY2(std::hypot(miss.x(), miss.y()) < 0.2,
                      qPrintable(u"%1 by %2 %3"_s.arg(a).arg(miss.x()).arg(miss.y())));
             // However faint the part is.
-            const double opacity = double(mostAlpha(picture)) / double(mostAlpha(atRest));
+            const double opacity =
+                double(std::ranges::max(alphasOf(picture))) / std::ranges::max(alphasOf(atRest));
             const double area = paintedArea(picture) / paintedArea(atRest) / opacity;
             QVERIFY2(std::abs(area / (scale * scale) - 1.0) < 0.02,
                      qPrintable(u"%1: %2"_s.arg(a).arg(area)));
@@ -316,28 +306,20 @@ void TestAnimatedMarkPainting::nothingBelowTheThreshold()
     QVERIFY(pixelsUnlike(pictureOf({ .entrance = { 0.02, 0, 1.0, 0 } }), Qt::transparent) > 0);
 }
 
-// At rest the mark is what the vector drawing is on this screen, to the last pixel.
-void TestAnimatedMarkPainting::edgesAreSharpAtRest()
-{
-    for (const QSize &size : { kUsualMark, QSize(140, 100), QSize(64, 64) }) {
-        for (double ratio : kRatios) {
-            // The ghost's own soft edge under that of the colour is all that may be missing.
-            const MarkScene scene { .size = size, .ratio = ratio };
-            QVERIFY(worstPixel(scene) <= 9);
-            const MarkScene empty { .fill = 0.0, .size = size, .ratio = ratio };
-            QVERIFY(worstPixel(empty) <= 4);
-        }
-    }
-}
-
-// Also between two device pixels: a picture that is smoothed into its place would be soft there.
-void TestAnimatedMarkPainting::edgesAreSharpAfloat()
+// At rest the mark is what the vector drawing is on this screen, to the last pixel. So it is
+// between two device pixels, where a picture that is smoothed into its place would be soft.
+void TestAnimatedMarkPainting::edgesAreSharp()
 {
     for (double ratio : kRatios) {
-        for (int eighths : { 1, 3, 4, 7, 11, 20 }) {
-            const MarkScene scene { .drift = -eighths / 8.0 / ratio, .ratio = ratio };
-            QVERIFY2(worstPixel(scene) <= 9, qPrintable(u"%1 at %2"_s.arg(eighths).arg(ratio)));
-        }
+        QList<MarkScene> scenes;
+        for (const QSize &size : { kUsualMark, QSize(140, 100), QSize(64, 64) })
+            scenes << MarkScene { .size = size, .ratio = ratio };
+        for (int eighths : { 1, 3, 4, 7, 11, 20 })
+            scenes << MarkScene { .drift = -eighths / 8.0 / ratio, .ratio = ratio };
+        // The ghost's own soft edge under that of the colour is all that may be missing.
+        for (const MarkScene &scene : scenes)
+            QVERIFY2(worstPixel(scene) <= 9, qPrintable(u"%1 %2"_s.arg(ratio).arg(scene.drift)));
+        QVERIFY(worstPixel({ .fill = 0.0, .ratio = ratio }) <= 4);
     }
 }
 
@@ -356,14 +338,8 @@ void TestAnimatedMarkPainting::newSizeAndRatioAreDrawnAnew()
 void TestAnimatedMarkPainting::sharpBetweenDevicePixels()
 {
     const auto softPixels = [](const QImage &picture) {
-        int soft = 0;
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                const int alpha = qAlpha(picture.pixel(x, y));
-                soft += alpha > 0 && alpha < 255 ? 1 : 0;
-            }
-        }
-        return soft;
+        return int(std::ranges::count_if(alphasOf(picture),
+                                         [](int alpha) { return alpha > 0 && alpha < 255; }));
     };
     QWidget parent;
     parent.resize(200, 200);
