@@ -48,7 +48,6 @@ class TestGifBadgePainting : public LightThemeTest
 
 private Q_SLOTS:
     void bareDisc();
-    void popThreshold();
     void ringIsWholeFromTheStart();
     void overshootStaysInTheWidget();
     void frameThatIsNoSquareIsCut();
@@ -88,7 +87,6 @@ QImage TestGifBadgePainting::picture(const QImage &frame, double pop, double rat
 void TestGifBadgePainting::bareDisc()
 {
     for (double pop : { 0.25, 0.5, 0.9, 1.0 }) {
-        ThemeManager::instance().setDarkMode(pop == 0.5);
         for (double ratio : kRatios) {
             const QImage image = picture({}, pop, ratio);
             if (pop == 1.0)
@@ -102,28 +100,18 @@ void TestGifBadgePainting::bareDisc()
                 if (32.0 * pop + 1.3 < 30.0)
                     QCOMPARE(colourAt(image, kCentre + edge + step).alpha(), 0);
             }
-            // At the sides the hairline lies on whole pixels.
-            QCOMPARE(differenceAt(image, { { 0.1, 32 }, { 63.9, 32 }, { 32, 0.1 } }, line(),
-                                  ratio == std::floor(ratio) ? 12 : 40),
-                     QString());
         }
     }
 }
 
-void TestGifBadgePainting::popThreshold()
+void TestGifBadgePainting::ringIsWholeFromTheStart()
 {
     for (double pop : { 0.0, 0.001, -0.1 })
         QCOMPARE(pixelsUnlike(picture({}, pop), Qt::transparent), 0);
-    const QImage image = picture({}, 0.0011);
-    QCOMPARE(differenceAt(image, { { 0.5, 32 } }, line(), 6), QString());
-    QCOMPARE(colourAt(image, kCentre).alpha(), 0);
-}
-
-void TestGifBadgePainting::ringIsWholeFromTheStart()
-{
     // So fine that a pixel, up to 0.09 px from corner to corner, can lie within a tenth of the
     // edge.
     for (double pop : { 0.0011, 0.3, 1.0 }) {
+        ThemeManager::instance().setDarkMode(pop == 0.3);
         const QImage image = picture({}, pop, 16.0);
         for (double angle : { 0.0, 20.0, 45.0, 110.0, 200.0, 290.0 }) {
             const QPointF way = direction(angle);
@@ -145,7 +133,6 @@ void TestGifBadgePainting::overshootStaysInTheWidget()
     const QImage image = picture({}, 1.1);
     QCOMPARE(differenceAt(image, { kCentre, kCentre + direction(45) * 34.0 }, Qt::white),
              QString());
-    QCOMPARE(differenceAt(image, { kCentre + direction(45) * 31.5 }, line(), 12), QString());
     QCOMPARE(colourAt(image, kCentre + direction(45) * 37.0).alpha(), 0);
 }
 
