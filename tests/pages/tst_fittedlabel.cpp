@@ -85,8 +85,6 @@ private Q_SLOTS:
     void shortTextLooksLikeAnyLabel();
     void longPathLosesItsMiddle();
     void wrapsAtSeparators();
-    void longWordGoesOnInTheNextLine();
-    void shortensWhatHasNoLine();
     void askedWidthIsBounded();
     void toolTipStaysOnTheScreen();
     void isCopiedWhole();
@@ -152,28 +150,6 @@ void TestFittedLabel::wrapsAtSeparators()
         QCOMPARE(joined, text);
         QCOMPARE(toolTipOf(label), QString());
     }
-}
-
-void TestFittedLabel::longWordGoesOnInTheNextLine()
-{
-    WrappingLabel label(longWord(), 300);
-    const QStringList lines = shownLines(label);
-    QCOMPARE(lines.join(QString()), longWord());
-    QVERIFY(lines.size() >= 4);
-    const int lineHeight = label.fontMetrics().height();
-    QVERIFY(label.height() >= lines.size() * lineHeight);
-    QVERIFY(label.height() < (lines.size() + 1) * lineHeight);
-}
-
-void TestFittedLabel::shortensWhatHasNoLine()
-{
-    WrappingLabel label(u"begin "_s + longWord() + u" end"_s, 300);
-    label.resize(300, 2 * label.fontMetrics().height() + 2);
-    const QStringList lines = shownLines(label);
-    QCOMPARE(lines.size(), 2);
-    QVERIFY(lines[0].startsWith(u"begin "_s));
-    QVERIFY(lines[1].endsWith(u" end"_s));
-    QCOMPARE(lines.join(QString()).count(u'…'), 1);
 }
 
 void TestFittedLabel::askedWidthIsBounded()

@@ -67,7 +67,6 @@ private Q_SLOTS:
     void longTextScrolls();
     void longLineIsWrapped();
     void answerChangesByClick();
-    void answerChangesByArrowKeys();
 };
 
 void TestLicensePage::textComesFromTheProgramsFolder()
@@ -131,22 +130,6 @@ void TestLicensePage::answerChangesByClick()
     QTest::mouseClick(page.decline(), Qt::LeftButton);
     QVERIFY(!page.isAccepted());
     QCOMPARE(changes, (QList<QVariantList> { { true }, { false } }));
-}
-
-// The chosen answer takes the focus.
-void TestLicensePage::answerChangesByArrowKeys()
-{
-    ShownPage page;
-    QVERIFY(QTest::qWaitForWindowActive(&page));
-    page.firstUnanswered()->setFocus();
-    QCOMPARE(page.focusWidget(), page.decline());
-    QTest::keyClick(page.focusWidget(), Qt::Key_Down);
-    QVERIFY(page.isAccepted());
-    QCOMPARE(page.focusWidget(), page.accept());
-    QCOMPARE(page.firstUnanswered(), page.accept());
-    QTest::keyClick(page.focusWidget(), Qt::Key_Up);
-    QVERIFY(!page.isAccepted());
-    QCOMPARE(page.focusWidget(), page.decline());
 }
 
 QTEST_MAIN(TestLicensePage)

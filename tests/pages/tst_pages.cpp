@@ -5,21 +5,17 @@
 #include "pages/confirmuninstallpage.h"
 #include "pages/finishedpage.h"
 #include "pages/lightthemetest.h"
-#include "pages/manualclock.h"
 #include "pages/pagetext.h"
 #include "pages/readypage.h"
 #include "pages/readytoupdatepage.h"
 #include "pages/summarybox.h"
 #include "pages/taskspage.h"
-#include "pages/uninstallcompletepage.h"
 #include "pages/updateavailablepage.h"
 #include "pages/updatefinishedpage.h"
 #include "support/drawing.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "theme/thememanager.h"
-#include "widgets/gifbadge.h"
-#include "widgets/togglecheckbox.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -56,54 +52,32 @@ class TestPages : public LightThemeTest
 
 private Q_SLOTS:
     void initTestCase() { registerApplicationFonts(); }
-    void texts();
+    void textsAtFirst();
     void outsideTextIsLiteral_data();
     void outsideTextIsLiteral();
     void longTextFits_data() { outsideTextIsLiteral_data(); }
     void longTextFits();
     void versionsAreNamed();
     void summaryKeepsTheColourOfItsMoment();
-    void answers();
-    void badgePops();
+    void answersAtFirst();
 };
 
-void TestPages::texts()
+// Before the window has told the pages anything; and what one of them keeps.
+void TestPages::textsAtFirst()
 {
-    const auto shows = [](const Page &page, const QString &text) {
-        return labelOf(page.get(), text) != nullptr;
-    };
-    const QString removal = u"This will remove Varnel Schematics from your computer."_s;
-    QVERIFY(shows(std::make_unique<ConfirmUninstallPage>(), removal));
-    ConfirmUninstallPage confirm;
-    confirm.setVersion(u"1.6.8"_s);
-    confirm.setVersion({});
-    QVERIFY(labelOf(&confirm, removal));
-
-    QVERIFY(shows(pageWith(&ReadyPage::setSummary, u"/opt"_s, false),
-                  u"Destination location:\n/opt\n\nAdditional tasks:\n(none)"_s));
-    QVERIFY(shows(pageWith(&FinishedPage::setResult, u"/opt"_s, false), u"Installed to /opt."_s));
-
+    const ConfirmUninstallPage confirm;
+    QVERIFY(labelOf(&confirm, u"This will remove Varnel Schematics from your computer."_s));
+    const UpdateFinishedPage updated;
+    QVERIFY(labelOf(&updated, u"Now running version 1.6.9.\nYour settings were preserved."_s));
     const QString kept =
         u"Destination location:\n%1\n\nYour preferences and license will be kept."_s;
     ReadyToUpdatePage ready;
     QVERIFY(labelOf(&ready, u"Setup will update Varnel Schematics to version 1.6.9."_s));
-    ready.setDetails(u"1.7"_s, {});
     QVERIFY(labelOf(&ready, kept.arg(uR"(C:\Program Files\Varnel Schematics)"_s)));
     ready.setDetails(u"1.7"_s, u"/opt"_s);
     ready.setDetails(u"1.8"_s, {}); // an unknown folder: the one before stays
     QVERIFY(labelOf(&ready, kept.arg(u"/opt"_s)));
     QVERIFY(labelOf(&ready, u"Setup will update Varnel Schematics to version 1.8."_s));
-
-    QVERIFY(shows(pageWith(&UpdateAvailablePage::setVersions, QString(), u"1.6.9"_s),
-                  u"Installed not found"_s));
-    QVERIFY(shows(std::make_unique<UpdateFinishedPage>(),
-                  u"Now running version 1.6.9.\nYour settings were preserved."_s));
-    QVERIFY(shows(pageWith(&UninstallCompletePage::setPreferencesRemoved, true),
-                  u"Varnel Schematics and your preferences have been removed.\n"
-                  "Thanks for using it — we hope to see you again soon."_s));
-    QVERIFY(shows(pageWith(&UninstallCompletePage::setPreferencesRemoved, false),
-                  u"Varnel Schematics has been removed from your computer.\n"
-                  "Your preferences were kept in case you're back soon."_s));
 }
 
 /// Every place where text from outside is shown.
@@ -208,33 +182,10 @@ void TestPages::summaryKeepsTheColourOfItsMoment()
     QCOMPARE(colour(), themedColor(u"@INS_TX"_s));
 }
 
-void TestPages::answers()
+void TestPages::answersAtFirst()
 {
-    TasksPage tasks;
-    ConfirmUninstallPage removal;
-    QVERIFY(tasks.desktopShortcut());
-    QVERIFY(!removal.deletePreferences());
-    for (WizardPage *page : QList<WizardPage *> { &tasks, &removal }) {
-        page->resize(kPageSize);
-        page->show();
-        QTest::mouseClick(page->findChild<ToggleCheckbox *>(), Qt::LeftButton);
-    }
-    QVERIFY(!tasks.desktopShortcut());
-    QVERIFY(removal.deletePreferences());
-    removal.setVersion(u"1.6.8"_s);
-    QVERIFY(removal.deletePreferences());
-}
-
-void TestPages::badgePops()
-{
-    ManualClock clock;
-    UninstallCompletePage page;
-    const auto *badge = page.findChild<GifBadge *>();
-    QCOMPARE(badge->popProgress(), 1.0);
-    page.start();
-    QCOMPARE(badge->popProgress(), 0.0);
-    clock.pass(400);
-    QCOMPARE(badge->popProgress(), 1.0);
+    QVERIFY(TasksPage().desktopShortcut());
+    QVERIFY(!ConfirmUninstallPage().deletePreferences());
 }
 
 QTEST_MAIN(TestPages)

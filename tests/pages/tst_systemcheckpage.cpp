@@ -84,14 +84,11 @@ class TestSystemCheckPage : public LightThemeTest
 private Q_SLOTS:
     void initTestCase() { registerApplicationFonts(); }
     void init();
-    void folderIsProbed_data();
-    void folderIsProbed();
+    void rootIsProbedWithoutAFolder();
     void secondRunReplacesTheRows();
     void rowsComeOneAfterAnother();
     void warningComesAfterTheRows();
-    void resetHidesAll();
     void newRunCallsOffPendingStarts();
-    void fits();
 
 private:
     void recordSmartAppControl(int state);
@@ -111,25 +108,11 @@ void TestSystemCheckPage::recordSmartAppControl(int state)
                               QJsonObject { { u"VerifiedAndReputablePolicyState"_s, state } } } });
 }
 
-void TestSystemCheckPage::folderIsProbed_data()
+void TestSystemCheckPage::rootIsProbedWithoutAFolder()
 {
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<QString>("volumeOf");
-    QTest::newRow("folder to be") << m_sandbox.path(u"no/such/folder"_s) << m_sandbox.path({});
-    QTest::newRow("empty: the file system's root") << QString() << QDir::rootPath();
-#ifdef Q_OS_LINUX
-    QTest::newRow("another volume") << u"/proc"_s << u"/proc"_s;
-#endif
-}
-
-void TestSystemCheckPage::folderIsProbed()
-{
-    QFETCH(QString, folder);
-    QFETCH(QString, volumeOf);
-    ShownPage page;
-    page.runChecks(folder);
+    const ShownPage page;
     const QString value = page.row(u"Disk space"_s)->result().value;
-    const QString volume = QDir::toNativeSeparators(QStorageInfo(volumeOf).rootPath());
+    const QString volume = QDir::toNativeSeparators(QStorageInfo(QDir::rootPath()).rootPath());
     QVERIFY2(value.endsWith(u" on "_s + volume), qPrintable(value));
 }
 
@@ -199,23 +182,6 @@ void TestSystemCheckPage::warningComesAfterTheRows()
     QVERIFY(page.warning()->isVisible());
 }
 
-void TestSystemCheckPage::resetHidesAll()
-{
-    recordSmartAppControl(1);
-    ManualClock clock;
-    TimerWatch watch;
-    ShownPage page;
-    page.startReveal();
-    QTRY_COMPARE_WITH_TIMEOUT(watch.shots().size(), 10, kPatience);
-    clock.pass(150);
-    QVERIFY(page.row(kOff.label)->reveal() > 0.0);
-    page.resetReveal();
-    for (int time : { 0, 500 }) { // the animations have been stopped, not only set back
-        clock.pass(time);
-        QVERIFY(page.isAllHidden());
-    }
-}
-
 // An old start neither reaches a new row nor brings the warning.
 void TestSystemCheckPage::newRunCallsOffPendingStarts()
 {
@@ -229,29 +195,6 @@ void TestSystemCheckPage::newRunCallsOffPendingStarts()
     QTest::qWait(kLongAfter);
     QCOMPARE(watch.shots(), QList<int>());
     QVERIFY(page.isAllHidden());
-}
-
-// The page sets sizes of its own, however large the font of the desktop is.
-void TestSystemCheckPage::fits()
-{
-    const QFont before = QApplication::font();
-    QFont large = before;
-    large.setPixelSize(20);
-    QApplication::setFont(large);
-    qputenv("VARNEL_REDUCED_MOTION", "1"); // everything appears at once
-    const auto restore = qScopeGuard([&before] {
-        qunsetenv("VARNEL_REDUCED_MOTION");
-        QApplication::setFont(before);
-    });
-    recordSmartAppControl(1);
-    ShownPage page;
-    page.startReveal();
-    QVERIFY(page.warning()->isVisible());
-    QVERIFY(fitsWindow(&page));
-    QCOMPARE(page.warning()->fontInfo().pixelSize(), 12);
-    // Nothing has been squeezed for it.
-    const int height = page.heightForWidth(kPageSize.width());
-    QVERIFY(height > 0 && height <= kPageSize.height());
 }
 
 QTEST_MAIN(TestSystemCheckPage)
