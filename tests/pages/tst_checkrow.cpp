@@ -6,6 +6,7 @@
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "theme/thememanager.h"
+#include "widgets/paintwatch.h"
 
 #include <QAccessible>
 #include <QTest>
@@ -32,14 +33,6 @@ struct ShownRow : SystemCheckPage::CheckRow
     }
     /// What is drawn of the finding.
     [[nodiscard]] QString value() { return shownLines(*this).last(); }
-    int paints = 0;
-
-protected:
-    void paintEvent(QPaintEvent *event) override
-    {
-        ++paints;
-        CheckRow::paintEvent(event);
-    }
 };
 
 } // namespace
@@ -124,12 +117,9 @@ void TestCheckRow::newResult()
 {
     ShownRow row(kGood);
     QCOMPARE(row.accessibleName(), u"Memory: 16 GB"_s);
-    row.show();
-    QTRY_VERIFY(row.paints > 0);
-    QCoreApplication::processEvents();
-    row.paints = 0;
+    PaintWatch watch(row);
     row.setResult(kBad);
-    QTRY_VERIFY(row.paints > 0);
+    QVERIFY(watch.seesRepaint());
     QCOMPARE(row.accessibleName(), u"Memory: 3.9 GB — 4 GB recommended"_s);
     ShownRow bad(kBad);
     QCOMPARE(grabWidget(row), grabWidget(bad));

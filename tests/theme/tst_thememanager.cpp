@@ -142,13 +142,10 @@ void TestThemeManager::resolve_data()
     };
     row("long after short", u"@INS_TX @INS_TX2 @INS_TX3"_s, u"#131923 #586371 #8A94A2"_s);
     row("names in names", u"@PRIMARY_DARK @PRIMARY @PRIMARY_HOVER"_s, u"#243B94 #3B5CD8 #2A43A6"_s);
-    row("side by side", u"@INS_TX@INS_TX2@INS_TX"_s, u"#131923#586371#131923"_s);
-    row("inside a word", u"mail@INS_BG"_s, u"mail#FFFFFF"_s);
     row("unknown", u"@NOWHERE@INS_BG@NOT_HERE"_s, u"@NOWHERE#FFFFFF@NOT_HERE"_s);
     row("sign alone", u"@ @@ a@ @ INS_BG @@INS_BG"_s, u"@ @@ a@ @ INS_BG @#FFFFFF"_s);
     row("letters after", u"@INS_TXfoo @INS_TXT"_s, u"#131923foo #131923T"_s);
     row("digit after", u"@INS_TX4 @INS_TX22"_s, u"#1319234 #5863712"_s);
-    row("longest that fits", u"@PRIMARY_HOVERED"_s, u"#2A43A6ED"_s);
 }
 
 void TestThemeManager::resolve()
