@@ -190,7 +190,6 @@ void TestFittedLabel::summaryKeepsItsLines_data()
     QTest::newRow("one line") << uR"(C:\Program Files\Varnel)"_s << 1 << true;
     QTest::newRow("two lines") << uR"(C:\folder\)"_s.repeated(9) + u"last"_s << 2 << true;
     QTest::newRow("word of four lines") << longWord() << 2 << false;
-    QTest::newRow("blanks") << u"one  two   "_s.repeated(5) << 1 << true;
 }
 
 void TestFittedLabel::summaryKeepsItsLines()

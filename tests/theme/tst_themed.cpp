@@ -1,4 +1,4 @@
-#include "support/stricttest.h"
+#include "pages/lightthemetest.h"
 #include "theme/themed.h"
 
 #include <QApplication>
@@ -11,23 +11,16 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestThemed : public StrictTest
+// Qt also warns of a style sheet that it cannot parse.
+class TestThemed : public LightThemeTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
     void restylingRunsNowAndOnEveryChange();
     void styleSheetFollowsTheTheme();
     void baseStyleSheet();
 };
-
-void TestThemed::init()
-{
-    // Qt also warns of a style sheet that it cannot parse.
-    StrictTest::init();
-    ThemeManager::instance().setDarkMode(false);
-}
 
 void TestThemed::restylingRunsNowAndOnEveryChange()
 {

@@ -96,7 +96,6 @@ private Q_SLOTS:
     void resolve();
     void palette();
     void themeOutOfRangeIsDarkInLightShades();
-    void setDarkModeStylesNothing();
     void everySwitchIsAnnounced();
     void setPrimaryColor();
     void primaryColorIsLostAtTheNextSwitch();
@@ -197,23 +196,16 @@ void TestThemeManager::themeOutOfRangeIsDarkInLightShades()
     QCOMPARE(QApplication::palette().color(QPalette::Midlight), QColor(u"#F3F4F6"_s));
 }
 
-void TestThemeManager::setDarkModeStylesNothing()
-{
-    manager().setDarkMode(true);
-    QCOMPARE(manager().color(u"@INS_TX"_s), u"#EDF1FA"_s);
-    QCOMPARE(manager().theme(), ThemeManager::Dark);
-    manager().setDarkMode(false);
-    QCOMPARE(manager().color(u"@INS_TX"_s), u"#131923"_s);
-    QCOMPARE(manager().theme(), ThemeManager::Light);
-    QCOMPARE(qApp->styleSheet(), kOtherSheet);
-    QCOMPARE(QApplication::palette(), oddPalette());
-}
-
 void TestThemeManager::everySwitchIsAnnounced()
 {
     QSignalSpy themes(&manager(), &ThemeManager::themeChanged);
     manager().setDarkMode(false);
+    QCOMPARE(manager().theme(), ThemeManager::Light);
     manager().setDarkMode(true);
+    QCOMPARE(manager().theme(), ThemeManager::Dark);
+    QCOMPARE(manager().color(u"@INS_TX"_s), u"#EDF1FA"_s);
+    QCOMPARE(qApp->styleSheet(), kOtherSheet); // this way styles nothing
+    QCOMPARE(QApplication::palette(), oddPalette());
     manager().setTheme(ThemeManager::Dark);
     manager().setTheme(ThemeManager::Light);
     QList<ThemeManager::Theme> announced;

@@ -164,8 +164,6 @@ void TestPaintedAccessibility::spokenText_data()
     QTest::addColumn<QStringList>("texts");
     QTest::addColumn<QString>("spoken");
     QTest::newRow("nothing") << QStringList() << QString();
-    QTest::newRow("title and body")
-        << QStringList { u"Ready"_s, u"It will begin."_s } << u"Ready. It will begin."_s;
     QTest::newRow("lines") << QStringList { u"One\nTwo\n\nThree"_s } << u"One. Two. Three."_s;
     QTest::newRow("other ends") << QStringList { u"Do you?"_s, u"Begins…"_s, u"Stop!"_s }
                                 << u"Do you? Begins… Stop!"_s;

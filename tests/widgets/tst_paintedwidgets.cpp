@@ -32,14 +32,6 @@ protected:
     void paintRow(QPainter &) override {}
 };
 
-QWidget *newRadioOption(QWidget *parent)
-{
-    return new RadioOption(u"A"_s, parent);
-}
-QWidget *newCheckBox(QWidget *parent)
-{
-    return new ToggleCheckbox(u"A"_s, parent);
-}
 /// Without a movie, whose frames would repaint it too.
 QWidget *newBadge(QWidget *parent)
 {
@@ -49,6 +41,11 @@ template <typename Widget>
 QWidget *make(QWidget *parent)
 {
     return new Widget(parent);
+}
+template <typename Control>
+QWidget *makeWithText(QWidget *parent)
+{
+    return new Control(u"A"_s, parent);
 }
 
 } // namespace
@@ -73,8 +70,8 @@ void TestPaintedWidgets::repaints_data()
         QTest::newRow(name) << maker << properties;
     };
     add("row", make<Row>, { "reveal" });
-    add("radio option", newRadioOption, { "hoverProgress", "selectProgress" });
-    add("check box", newCheckBox, { "hoverProgress", "checkProgress" });
+    add("radio option", makeWithText<RadioOption>, { "hoverProgress", "selectProgress" });
+    add("check box", makeWithText<ToggleCheckbox>, { "hoverProgress", "checkProgress" });
     add("progress track", make<ProgressTrack>, { "value", "indeterminatePhase" });
     add("seal", make<SealCheck>, { "circleProgress", "checkProgress" });
     add("badge", newBadge, { "popProgress" });
