@@ -3,7 +3,6 @@
 #include "support/stricttest.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTest>
 
 #ifdef Q_OS_UNIX
