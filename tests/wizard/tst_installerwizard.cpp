@@ -1,5 +1,8 @@
-// The window and its pages before a run. What stands where is recorded by tst_pagestructure.
+// The window and its pages before a run, also in a download, which carries its engine. What stands
+// where is recorded by tst_pagestructure.
 
+#include "bundle/bundlefile.h"
+#include "bundle/carriedengine.h"
 #include "pages/checkrow.h"
 #include "pages/destinationpage.h"
 #include "pages/folderchooser.h"
@@ -18,6 +21,21 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+/// A window with a carried engine of 3 MB that has not been started.
+struct Download : WizardDriver
+{
+    BundleFile file { sandbox, 3 * 1024 * 1024 };
+    CarriedEngine carried { file.path, file.bundle };
+
+    Download() : WizardDriver(QString()) { wizard.setCarriedEngine(&carried); }
+
+    [[nodiscard]] bool isUnpacking() const { return !sandbox.tempFiles().isEmpty(); }
+};
+
+} // namespace
+
 class TestInstallerWizard : public WizardTest
 {
     Q_OBJECT
@@ -32,6 +50,9 @@ private Q_SLOTS:
     void systemCheck();
     void choicesReachSummaryAndEngine();
     void updateOfferTellsTheVersions();
+    void unpackingBeginsAfterTheFirstPage();
+    void removalUnpacksNothingAndIsNotSimulated();
+    void runWaitsForTheEngine();
 };
 
 void TestInstallerWizard::window()
@@ -199,6 +220,37 @@ void TestInstallerWizard::updateOfferTellsTheVersions()
     QVERIFY(shows(u"Available 1.6.9"_s));
     QVERIFY(driver.press(u"Update Now"_s));
     QVERIFY(shows(summary.arg(QDir::toNativeSeparators(u"D:/Varnel Schematics"_s))));
+}
+
+void TestInstallerWizard::unpackingBeginsAfterTheFirstPage()
+{
+    Download driver;
+    driver.show(RunMode::Install);
+    QVERIFY(!driver.isUnpacking());
+    QTRY_VERIFY(driver.isUnpacking());
+    QVERIFY(driver.shows("WelcomePage"));
+}
+
+void TestInstallerWizard::removalUnpacksNothingAndIsNotSimulated()
+{
+    Download driver;
+    driver.show(RunMode::Uninstall);
+    QTest::qWait(2000);
+    QVERIFY(driver.press(u"Uninstall"_s));
+    QCOMPARE(driver.progress().caption->text(), u"The uninstaller could not be found."_s);
+    QVERIFY(!driver.isUnpacking());
+}
+
+// The carried engine is only noise, so starting it fails and ends the run.
+void TestInstallerWizard::runWaitsForTheEngine()
+{
+    Download driver;
+    QVERIFY(driver.startRun(RunMode::Update));
+    QVERIFY(!driver.carried.isFinished());
+    QVERIFY(driver.shows("UpdatingPage"));
+    QTRY_COMPARE_WITH_TIMEOUT(driver.status(), u"Setup could not finish"_s, kPatience);
+    QVERIFY(driver.carried.isFinished());
+    QCOMPARE(driver.engine.setupExecutable(), driver.carried.path());
 }
 
 QTEST_MAIN(TestInstallerWizard)

@@ -310,7 +310,10 @@ void TestInstallerWizardRuns::keysAreIgnoredForHalfASecond()
         QVERIFY(driver.isOpen());
         driver.button(u"Close"_s)->setFocus();
     }
-    QCOMPARE(Failure::runUntilQuit([&] { driver.lastKey(key); }), 0);
+    // Nothing may be looked at within: on Windows, an event loop that runs inside the one that is
+    // to end makes the latter forget about it.
+    Failure::settle();
+    QCOMPARE(Failure::runUntilQuit([&] { QTest::keyClick(driver.wizard.windowHandle(), key); }), 0);
     QVERIFY(!driver.isOpen());
 }
 

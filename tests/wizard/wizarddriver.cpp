@@ -1,6 +1,5 @@
 #include "wizard/wizarddriver.h"
 
-#include "pages/destinationpage.h"
 #include "support/grab.h"
 #include "theme/themed.h"
 #include "widgets/animatedmark.h"
@@ -133,13 +132,10 @@ bool WizardDriver::pressAll(const QStringList &texts)
     return true;
 }
 
-bool WizardDriver::goToReadyPage(const QString &folder)
+bool WizardDriver::goToReadyPage()
 {
-    if (!press(u"Next"_s) || !click(kAccept) || !pressAll({ u"Next"_s, u"Next"_s }))
-        return false;
-    if (!folder.isEmpty())
-        find<DestinationPage>()->setPath(folder);
-    return pressAll({ u"Next"_s, u"Next"_s });
+    return press(u"Next"_s) && click(kAccept)
+        && pressAll({ u"Next"_s, u"Next"_s, u"Next"_s, u"Next"_s });
 }
 
 bool WizardDriver::click(const QString &text)
@@ -214,12 +210,6 @@ void WizardDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
     settle();
 }
 
-void WizardDriver::lastKey(Qt::Key key)
-{
-    settle();
-    QTest::keyClick(wizard.windowHandle(), key);
-}
-
 QString WizardDriver::focus()
 {
     settle();
@@ -253,8 +243,9 @@ void WizardDriver::settle()
 
 QTimer *WizardDriver::finishDelay() const
 {
+    constexpr int kDelay = 500; // ms
     for (QTimer *timer : wizard.findChildren<QTimer *>()) {
-        if (timer->isSingleShot() && timer->interval() == kFinishDelay
+        if (timer->isSingleShot() && timer->interval() == kDelay
             && !qobject_cast<KeyGuard *>(timer->parent()))
             return timer;
     }

@@ -21,9 +21,6 @@ class StepList;
 /// Generous: a busy machine may take its time.
 inline constexpr int kPatience = 20'000; // ms
 
-/// From the end of a run to its finish page.
-inline constexpr int kFinishDelay = 500; // ms
-
 inline const QString kAccept = QStringLiteral("I accept the license agreement");
 inline const QString kDecline = QStringLiteral("I do not accept the agreement");
 inline const QString kShortcut = QStringLiteral("Create a desktop shortcut");
@@ -102,9 +99,8 @@ public:
     bool press(const QString &text);
     /// Presses one after another; false if one of them is not there.
     bool pressAll(const QStringList &texts);
-    /// From the welcome page to the ready page, accepting the licence, and choosing `folder` unless
-    /// it is empty.
-    bool goToReadyPage(const QString &folder = {});
+    /// From the welcome page to the ready page, accepting the licence.
+    bool goToReadyPage();
     /// Clicks the option or check box of that text; false if it is not on the page.
     bool click(const QString &text);
 
@@ -129,9 +125,6 @@ public:
 
     /// Presses a key where the focus is, as a keyboard does.
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    /// The key that ends the program. Nothing may be looked at afterwards: on Windows, an event
-    /// loop that runs inside the one that is to end makes the latter forget about it.
-    void lastKey(Qt::Key key);
     /// Text of what has the focus: a button's, or a class name.
     [[nodiscard]] static QString focus();
     /// What the Tab key walks over, from the title bar's first button on, once around.
