@@ -1,3 +1,4 @@
+#include "engine/enginerun.h"
 #include "engine/enginescene.h"
 #include "support/stricttest.h"
 
@@ -16,15 +17,13 @@ class TestInstallerEngine : public StrictTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void idle();
     void install();
     void foldersAndTasks_data();
     void foldersAndTasks();
     void relativePathWithBlanks();
     void secondRunStartsAnew();
     void removalFromTheFinishedSignal();
-    void progressGrows();
-    void lastReportOfAShortRun();
+    void filesOfItsNamesGo();
 };
 
 namespace {
@@ -44,19 +43,6 @@ QStringList filesOf(const QString &statusFile)
 const QStringList kEnd { u"progress 1"_s, u"finished"_s };
 
 } // namespace
-
-void TestInstallerEngine::idle()
-{
-    EngineScene scene;
-    QCOMPARE(scene.engine.statusFilePath(), QString());
-    QCOMPARE(scene.engine.logFilePath(), QString());
-    QCOMPARE(scene.engine.lastLogPath(), QString());
-    QVERIFY(scene.engine.findChildren<QProcess *>().isEmpty());
-    scene.engine.poll();
-    scene.engine.stop();
-    QCOMPARE(scene.record.events, QStringList());
-    QCOMPARE(scene.sandbox.tempFiles(), QStringList());
-}
 
 void TestInstallerEngine::install()
 {
@@ -102,8 +88,6 @@ void TestInstallerEngine::foldersAndTasks_data()
     QTest::addColumn<QString>("usedFolder");
     const QString odd = u"/opt/a %2 %1 /LOG=b $HOME `a` 'b' ; * & | \u00e4 \u56de \U0001f50c"_s;
     QTest::newRow("two tasks") << odd << QStringList { u"desktopicon"_s, u"b"_s } << odd;
-    // Then the engine knows where its earlier copy is.
-    QTest::newRow("no folder") << u""_s << QStringList() << u""_s;
     QTest::newRow("root of a drive") << u"C:/"_s << QStringList() << u"C:/Varnel Schematics"_s;
 }
 
@@ -191,38 +175,14 @@ void TestInstallerEngine::removalFromTheFinishedSignal()
     QCOMPARE(scene.sandbox.engineRuns().last().first(), native(uninstaller));
 }
 
-void TestInstallerEngine::progressGrows()
+// They would be taken for what the run reports.
+void TestInstallerEngine::filesOfItsNamesGo()
 {
-    EngineScene scene("delay-ms = 40");
-    QVERIFY(scene.toTheEnd());
-    const EngineRecord &record = scene.record;
-    // Reported along the way, not only at the end: the run takes 40 polls.
-    QVERIFY2(record.fractions.size() > 3, qPrintable(QString::number(record.fractions.size())));
-    QVERIFY(record.files.size() > 3);
-    QVERIFY(record.fractions.first() > 0 && record.fractions.first() < 0.9);
-    for (qsizetype i = 1; i < record.fractions.size() - 1; ++i)
-        QVERIFY(record.fractions[i] > record.fractions[i - 1] + 0.0001);
-    const QStringList statuses { u"Extracting application files\u2026"_s,
-                                 u"Installing WebView2 Runtime\u2026"_s,
-                                 u"Registering .sch and .pcb file types\u2026"_s,
-                                 u"Creating shortcuts\u2026"_s };
-    // A poll may miss a status that does not last, but none is reported twice.
-    QVERIFY(record.statuses.size() >= 2);
-    qsizetype last = -1;
-    for (const QString &status : record.statuses) {
-        QVERIFY2(statuses.indexOf(status) > last, qPrintable(status));
-        last = statuses.indexOf(status);
-    }
-}
-
-void TestInstallerEngine::lastReportOfAShortRun()
-{
-    EngineScene scene("files = 1\nstatus = first\n" + QByteArray("status = middle\n").repeated(6)
-                      + "status = last words");
-    QVERIFY(scene.toTheEnd());
-    QCOMPARE(scene.record.statuses.last(), u"last words"_s);
-    QCOMPARE(scene.record.files.last(), native(scene.sandbox.path(u"app/VarnelSolutions.exe"_s)));
-    QCOMPARE(scene.record.events.last(2), kEnd);
+    const Sandbox sandbox;
+    const QString status = sandbox.write(u"temp/a.ini"_s, "progress=99\n");
+    const QString log = sandbox.write(u"temp/a.ini.log"_s, "x   Dest filename: b\n");
+    const EngineRun run(status, log, nullptr);
+    QCOMPARE(sandbox.tempFiles(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestInstallerEngine)
