@@ -104,6 +104,7 @@ void TestInstallerEngine::foldersAndTasks()
     QCOMPARE(runs.size(), 1);
     const QStringList expected { u"/DIR="_s + native(usedFolder), u"/TASKS="_s + tasks.join(u',') };
     QCOMPARE(runs.first().mid(4, 2), expected);
+    QCOMPARE(scene.record.events, kEnd); // although it has reported nothing
 }
 
 // A bare name means the file in the current folder, not the first of this name in the search path.

@@ -28,15 +28,11 @@ private Q_SLOTS:
     void crash_data();
     void crash();
     void crashWithoutACode();
-    void successWithOddReports_data();
-    void successWithOddReports();
     void lastReportOfAFailure();
     void output();
-    void detail_data();
-    void detail();
     void noReason_data();
     void noReason();
-    void keptLog();
+    void reasonAndKeptLog();
     void somethingInPlaceOfTheKeptLog();
 };
 
@@ -206,45 +202,6 @@ void TestInstallerEngineFailures::crashWithoutACode()
     QVERIFY2(error.contains(u"Error 7 of the disk."_s), qPrintable(error));
 }
 
-void TestInstallerEngineFailures::successWithOddReports_data()
-{
-    QTest::addColumn<QByteArray>("scenario");
-    QTest::addColumn<bool>("isReadAtLast");
-    QTest::addColumn<bool>("isEverRead");
-    const auto row = [](const char *name, const QByteArray &scenario, bool isReadAtLast,
-                        bool isEverRead) {
-        QTest::newRow(name) << scenario << isReadAtLast << isEverRead;
-    };
-    row("nothing written", "finish-at-once = yes", false, false);
-    row("folder instead of a status file", "status-path = directory", false, false);
-    row("FIFO instead of a status file", "status-path = fifo", false, false);
-    row("no status file", "status-path = never", false, false);
-    // The engine waits long enough for a poll before it deletes.
-    row("status file deleted half way", "status-path = deleted\nstall = 2\nstage = half", false,
-        true);
-    row("half of a status file", "status-style = half", true, true);
-    row("progress is no number", "progress = abc", true, true);
-}
-
-void TestInstallerEngineFailures::successWithOddReports()
-{
-    QFETCH(const QByteArray, scenario);
-    QFETCH(const bool, isReadAtLast);
-    QFETCH(const bool, isEverRead);
-    EngineScene scene(scenario);
-    QVERIFY(scene.toTheEnd());
-    QCOMPARE(scene.record.errors, QStringList { QString() });
-    const QStringList end { u"progress 1"_s, u"finished"_s };
-    QCOMPARE(scene.record.events.last(2), end);
-    QCOMPARE(scene.record.events.size() > end.size(), isEverRead);
-    // Without a status file the log is not read either.
-    const QString lastFile = QDir::toNativeSeparators(scene.sandbox.path(u"app/README.txt"_s));
-    QCOMPARE(scene.record.files.contains(lastFile), isReadAtLast);
-    scene.engine.stop();
-    for (const QString &file : scene.sandbox.tempFiles())
-        QVERIFY2(QFileInfo(scene.sandbox.tempFolder() + u'/' + file).isDir(), qPrintable(file));
-}
-
 void TestInstallerEngineFailures::lastReportOfAFailure()
 {
     EngineScene scene("exit-code = 2\nlog-none = yes\nprogress = 37.5\nfile = /x y/\xC3\xA4 %1.z\n"
@@ -273,57 +230,22 @@ void TestInstallerEngineFailures::output()
     QVERIFY(peakMemory() - before < 8 << 20);
 }
 
-void TestInstallerEngineFailures::detail_data()
-{
-    QTest::addColumn<QByteArray>("scenario");
-    QTest::addColumn<QString>("reason");
-    const auto row = [](const char *name, const QByteArray &scenario, const QString &reason) {
-        QTest::newRow(name) << scenario << reason;
-    };
-    row("message box", "log-line = It failed.\nmessage-box = Disk full.", u"Disk full."_s);
-    row("markers and markup", "message-box = 100 %1 of <b>%2</b> & %L1",
-        u"100 %1 of <b>%2</b> & %L1"_s);
-    row("NUL", "message-box = no" + QByteArray(1, '\0') + "thing", u"nothing"_s);
-    row("last line", "", u"Log closed."_s);
-}
-
-void TestInstallerEngineFailures::detail()
-{
-    QFETCH(const QByteArray, scenario);
-    QFETCH(const QString, reason);
-    EngineScene scene("exit-code = 4\n" + scenario);
-    QVERIFY(scene.toTheEnd());
-    QString error = scene.record.errors.value(0);
-    // A line of the log begins with its time.
-    if (scenario.isEmpty())
-        error.remove(error.indexOf(u"  "_s) + 2, u"2000-01-01 00:00:00.000   "_s.size());
-    QCOMPARE(error, fatalError(reason, scene.keptLog()));
-    QCOMPARE(scene.record.successes, QList<bool> { false });
-    // All was done and reported before; after a failure nothing more comes.
-    QCOMPARE(scene.record.events.last(), u"failed "_s + scene.record.errors.first());
-    QCOMPARE(scene.record.fractions.count(1.0), 1);
-    QCOMPARE(scene.engine.lastLogPath(), scene.keptLog());
-}
-
 void TestInstallerEngineFailures::noReason_data()
 {
-    QTest::addColumn<QByteArray>("scenario");
-    QTest::addColumn<bool>("isFolderThere");
     QTest::addColumn<QByteArray>("log"); // null: none
-    const QByteArray none = "log-none = yes";
-    QTest::newRow("no log") << none << false << QByteArray();
-    QTest::newRow("a folder in its place") << none << true << QByteArray();
-    QTest::newRow("empty log") << none << false << QByteArray("");
+    QTest::addColumn<bool>("isFolderThere");
+    QTest::newRow("no log") << QByteArray() << false;
+    QTest::newRow("a folder in its place") << QByteArray() << true;
+    QTest::newRow("empty log") << QByteArray("") << false;
     QTest::newRow("log without text")
-        << none << false << QByteArray("\xEF\xBB\xBF\r\n   \r\n2026 Suppressed message box\r\n");
+        << QByteArray("\xEF\xBB\xBF\r\n   \r\n2026 Suppressed message box\r\n") << false;
 }
 
 void TestInstallerEngineFailures::noReason()
 {
-    QFETCH(const QByteArray, scenario);
-    QFETCH(const bool, isFolderThere);
     QFETCH(const QByteArray, log);
-    EngineScene scene("exit-code = 255\n" + scenario);
+    QFETCH(const bool, isFolderThere);
+    EngineScene scene("exit-code = 255\nlog-none = yes");
     scene.sandbox.write(kKeptLog, kOldLog);
     scene.start();
     if (isFolderThere)
@@ -338,22 +260,27 @@ void TestInstallerEngineFailures::noReason()
     QCOMPARE(scene.keptText(), log.isNull() ? kOldLog : log);
 }
 
-void TestInstallerEngineFailures::keptLog()
+void TestInstallerEngineFailures::reasonAndKeptLog()
 {
-    EngineScene scene("exit-code = 5\nlog-line = something only this log has");
+    EngineScene scene("exit-code = 4\nmessage-box = no" + QByteArray(1, '\0')
+                      + "thing of <b>%2</b> & %L1");
     scene.sandbox.write(kKeptLog, QByteArray(100'000, 'x'));
     QVERIFY(scene.toTheEnd(1));
+    QCOMPARE(scene.record.errors,
+             QStringList { fatalError(u"nothing of <b>%2</b> & %L1"_s, scene.keptLog()) });
+    // All was done and reported before; after a failure nothing more comes.
+    QCOMPARE(scene.record.events.last(), u"failed "_s + scene.record.errors.first());
+    QCOMPARE(scene.record.fractions.count(1.0), 1);
     QFile log(scene.engine.logFilePath());
     QVERIFY(log.open(QIODevice::ReadOnly));
     const QByteArray text = log.readAll();
     log.close();
-    QVERIFY(text.contains("something only this log has"));
-    QVERIFY(text.contains("Log closed."));
+    QVERIFY(text.contains("<b>%2</b>") && text.contains("Log closed."));
     QCOMPARE(scene.keptText(), text);
 
     scene.sandbox.setScenario("exit-code = 4\nlog-line = second run\nmessage-box = two");
     QVERIFY(scene.toTheEnd(2));
-    QVERIFY(!scene.keptText().contains("something"));
+    QVERIFY(!scene.keptText().contains("<b>%2</b>"));
     QCOMPARE(scene.record.errors.last(), fatalError(u"two"_s, scene.keptLog()));
 
     // A run that goes well leaves it alone, and so does a removal, which has no log.
@@ -364,8 +291,6 @@ void TestInstallerEngineFailures::keptLog()
     QVERIFY(scene.record.waitForEnd(4));
     QCOMPARE(scene.record.errors.last(), u"Setup could not start."_s);
     QVERIFY(scene.keptText().contains("second run"));
-    QCOMPARE(scene.engine.lastLogPath(), scene.keptLog());
-
     scene.engine.stop();
     QCOMPARE(scene.engine.lastLogPath(), scene.keptLog());
     scene.owner.reset();
