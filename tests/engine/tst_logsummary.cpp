@@ -1,5 +1,6 @@
 #include "engine/logsummary.h"
 #include "engine/process.h"
+#include "engine/wordfinder.h"
 #include "support/stricttest.h"
 
 #include <QBuffer>
@@ -7,10 +8,12 @@
 #include <QTest>
 
 #include <algorithm>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
-// Compared with a slow and simple search by fuzz_logsummary.
+// Why a run has failed, as its log tells, and the search for words in it. fuzz_logsummary compares
+// it with a slow and simple one.
 class TestLogSummary : public StrictTest
 {
     Q_OBJECT
@@ -18,10 +21,13 @@ class TestLogSummary : public StrictTest
 private Q_SLOTS:
     void reason_data();
     void reason();
-    void startsWhereTheDeviceStands();
     void endsWhereTheLogEndedAtFirst();
     void everyPlaceOfABlockBorder();
     void constantMemory();
+    void words();
+    void everyPlaceInALongText();
+    void everyLetterInBothCases();
+    void likeNaiveSearch();
 };
 
 namespace {
@@ -85,6 +91,33 @@ QString reasonIn(QByteArray log)
     QBuffer buffer(&log);
     buffer.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     return failureReason(buffer);
+}
+
+constexpr qsizetype kNowhere = -1;
+
+qsizetype offset(std::optional<qsizetype> found)
+{
+    return found.value_or(kNowhere);
+}
+
+qsizetype naiveFind(const QByteArrayList &words, const QByteArray &text)
+{
+    const QByteArray folded = text.toLower(); // ASCII letters only
+    qsizetype first = kNowhere;
+    for (const QByteArray &word : words) {
+        const qsizetype at = folded.indexOf(word);
+        if (at >= 0 && (first < 0 || at < first))
+            first = at;
+    }
+    return first;
+}
+
+QByteArray randomBytes(QRandomGenerator &random, QByteArrayView alphabet, qsizetype size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    for (char &byte : bytes)
+        byte = alphabet[random.bounded(int(alphabet.size()))];
+    return bytes;
 }
 
 } // namespace
@@ -155,16 +188,6 @@ void TestLogSummary::reason()
     QCOMPARE(failureReason(device), reason);
 }
 
-void TestLogSummary::startsWhereTheDeviceStands()
-{
-    QByteArray log = "first error\nsecond error\nlast\n";
-    QBuffer buffer(&log);
-    QVERIFY(buffer.open(QIODevice::ReadOnly));
-    QVERIFY(buffer.seek(12));
-    QCOMPARE(failureReason(buffer), u"second error"_s);
-    QVERIFY(buffer.atEnd());
-}
-
 void TestLogSummary::endsWhereTheLogEndedAtFirst()
 {
     GrowingLog log(QByteArray("Copying\n").repeated(kBlock / 4) + "The disk failed.\n");
@@ -194,6 +217,107 @@ void TestLogSummary::constantMemory()
         if (before < 0)
             QSKIP("memory cannot be judged");
         QVERIFY(peakMemory() - before < 2 << 20);
+    }
+}
+
+void TestLogSummary::words()
+{
+    const WordFinder finder { "suppressed message box", "exception", "error", "failed" };
+    const std::pair<QByteArray, qsizetype> places[] {
+        { QByteArray(), kNowhere },
+        { "err\nor", kNowhere },
+        { "suppressed  message box", kNowhere },
+        { "suppressed message bo", kNowhere },
+        { "suppressed error message box", 11 },
+        { "suppfailed", 4 },
+        { "failerror", 4 },
+        { "failed error exception suppressed message box", 0 },
+    };
+    for (const auto &[text, place] : places)
+        QVERIFY2(offset(finder.find(text)) == place, text.constData());
+}
+
+// Wherever a search in larger portions may have its borders.
+void TestLogSummary::everyPlaceInALongText()
+{
+    const WordFinder finder { "suppressed message box", "exception", "error", "failed" };
+    const QByteArrayList words { "Suppressed Message Box", "EXCEPTION", "error", "failed" };
+    constexpr qsizetype kSize = 1100;
+    for (const QByteArray &word : words) {
+        for (qsizetype place = 0; place + word.size() <= kSize; ++place) {
+            QByteArray text(kSize, 'x');
+            text.replace(place, word.size(), word);
+            QCOMPARE(offset(finder.find(text)), place);
+            QCOMPARE(offset(finder.find(QByteArrayView(text).sliced(place))), 0);
+            QCOMPARE(offset(finder.find(QByteArrayView(text).sliced(place + 1))), kNowhere);
+            QCOMPARE(offset(finder.find(QByteArrayView(text).first(place + word.size()))), place);
+            QCOMPARE(offset(finder.find(QByteArrayView(text).first(place + word.size() - 1))),
+                     kNowhere);
+        }
+    }
+}
+
+void TestLogSummary::everyLetterInBothCases()
+{
+    const QByteArray alphabet = "abcdefghijklmnopqrstuvwxyzab";
+    for (int i = 0; i < 26; ++i) {
+        const QByteArray word = alphabet.sliced(i, 3);
+        const WordFinder finder { word };
+        for (int capitals = 0; capitals < 8; ++capitals) {
+            QByteArray text = ".." + word;
+            for (int letter = 0; letter < 3; ++letter) {
+                if (capitals & 1 << letter)
+                    text[2 + letter] = char(text[2 + letter] - 32);
+            }
+            QCOMPARE(offset(finder.find(text)), 2);
+        }
+    }
+    // Bytes that differ from letters, and from each other, as a capital does from its small letter.
+    QCOMPARE(offset(WordFinder { "[{[" }.find("{{[[{{[{[")), 6);
+    QCOMPARE(offset(WordFinder { "```" }.find("@@@")), kNowhere);
+    QCOMPARE(offset(WordFinder { "111" }.find("\x11\x11\x11")), kNowhere);
+}
+
+void TestLogSummary::likeNaiveSearch()
+{
+    struct Kind
+    {
+        QByteArray wordAlphabet;
+        QByteArray textAlphabet;
+        int longestWord;
+        int longestText;
+    };
+    const Kind kinds[] {
+        { "ab", "abAB", 9, 60 },
+        { "etqz", "etqzETQZ", 6, 90 }, // of unlike frequency
+        { QByteArray("ab\0\xC3\xA9\xFF", 6), QByteArray("abAB\0\xC3\xA9\xFF", 8), 4, 120 },
+        { "abc", "abcABC", 12, 2000 },
+        { "ab", "abABab" + QByteArray(20, '-'), 4, 3000 },
+    };
+    constexpr int kFinders = 150;
+    constexpr int kTextsEach = 30;
+    QRandomGenerator random(20260101);
+    for (const auto &[wordAlphabet, textAlphabet, longestWord, longestText] : kinds) {
+        int found = 0;
+        for (int i = 0; i < kFinders; ++i) {
+            QByteArrayList words;
+            for (int j = 0; j < 4; ++j)
+                words << randomBytes(random, wordAlphabet, random.bounded(3, longestWord + 1));
+            const WordFinder finder { words[0], words[1], words[2], words[3] };
+            for (int j = 0; j < kTextsEach; ++j) {
+                const QByteArray text =
+                    randomBytes(random, textAlphabet, random.bounded(0, longestText));
+                const qsizetype expected = naiveFind(words, text);
+                const QByteArray example = words.join('|') + " in " + text;
+                // A block of its own, of which an address sanitizer knows the end.
+                const std::vector<char> block(text.begin(), text.end());
+                QVERIFY2(offset(finder.find(block)) == expected, example.constData());
+                found += expected != kNowhere;
+            }
+        }
+        // Neither outcome is rare.
+        QVERIFY(found > kFinders * kTextsEach / 10);
+        QVERIFY(found < kFinders * kTextsEach * 99 / 100);
     }
 }
 

@@ -86,9 +86,6 @@ void TestLogTail::line_data()
     row("first marker of a line counts", "Dest filename: a Dest filename: b\n",
         u"a Dest filename: b"_s);
     row("marker twice, no name", "Dest filename: Dest filename: \n", u"Dest filename:"_s);
-    row("carriage return inside", "Dest filename: a\rb\n", u"a\rb"_s);
-    row("zero byte inside", QByteArray("Dest filename: a\0b\n", 19),
-        QString::fromUtf16(u"a\0b", 3));
 }
 
 void TestLogTail::line()
