@@ -17,28 +17,20 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QStringList inTemp(const Sandbox &sandbox)
-{
-    return QDir(sandbox.tempFolder())
-        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
-}
-
 /// A folder as a killed process leaves it.
 QString abandonedFolder()
 {
     PrivateFolder folder;
-    QFile lock;
-    QFile program;
     if (!folder.create())
         return {};
-    lock.setFileName(folder.filePath(u"lock"_s));
-    program.setFileName(folder.filePath(u"VarnelEngine.exe"_s));
+    QFile lock(folder.filePath(u"lock"_s));
     if (!lock.open(QIODevice::ReadOnly))
         return {};
     QByteArrayList lines = lock.readAll().split('\n');
     lock.close();
     folder.leaveUntilRestart();
     lines[0] = "4194000"; // the process of this number ended long ago
+    QFile program(folder.filePath(u"VarnelEngine.exe"_s));
     return lock.open(QIODevice::WriteOnly) && lock.write(lines.join('\n')) > 0
             && program.open(QIODevice::WriteOnly) && program.write("engine") > 0
         ? folder.path()
@@ -89,14 +81,13 @@ class TestPrivateFolder : public StrictTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void goesWithItsFiles();
-    void nobodyElseMayEnter();
+    void nobodyElseMayEnterAndItGoesWithItsFiles();
     void ownerAndAccess();
     void abandonedOnesAreRemoved();
     void foreignFoldersAreKept();
 };
 
-void TestPrivateFolder::goesWithItsFiles()
+void TestPrivateFolder::nobodyElseMayEnterAndItGoesWithItsFiles()
 {
     const Sandbox sandbox;
     {
@@ -105,27 +96,20 @@ void TestPrivateFolder::goesWithItsFiles()
         QVERIFY2(first.create(), qPrintable(first.errorString()));
         QVERIFY(second.create());
         QVERIFY(first.path() != second.path());
+#ifdef Q_OS_WIN
+        QVERIFY(!QDir().rename(first.path(), first.path() + ".old"_L1));
+#else
+        const auto mine = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser
+            | QFile::WriteUser | QFile::ExeUser;
+        QCOMPARE(QFileInfo(first.path()).permissions(), mine);
+#endif
         QFile file(first.filePath(u"program.exe"_s));
         QVERIFY(file.open(QIODevice::WriteOnly));
         // A folder in use is not removed.
         second.removeAbandoned();
-        QCOMPARE(inTemp(sandbox).size(), 2);
+        QCOMPARE(sandbox.tempFiles().size(), 2);
     }
-    QCOMPARE(inTemp(sandbox), QStringList());
-}
-
-void TestPrivateFolder::nobodyElseMayEnter()
-{
-    const Sandbox sandbox;
-    PrivateFolder folder;
-    QVERIFY(folder.create());
-#ifdef Q_OS_WIN
-    QVERIFY(!QDir().rename(folder.path(), folder.path() + ".old"_L1));
-#else
-    const auto mine = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser
-        | QFile::WriteUser | QFile::ExeUser;
-    QCOMPARE(QFileInfo(folder.path()).permissions(), mine);
-#endif
+    QCOMPARE(sandbox.tempFiles(), QStringList());
 }
 
 void TestPrivateFolder::ownerAndAccess()
@@ -153,9 +137,9 @@ void TestPrivateFolder::abandonedOnesAreRemoved()
     QVERIFY(!abandonedFolder().isEmpty());
     PrivateFolder folder;
     QVERIFY(folder.create());
-    QCOMPARE(inTemp(sandbox).size(), 3);
+    QCOMPARE(sandbox.tempFiles().size(), 3);
     folder.removeAbandoned();
-    QCOMPARE(inTemp(sandbox), QStringList(QFileInfo(folder.path()).fileName()));
+    QCOMPARE(sandbox.tempFiles(), QStringList(QFileInfo(folder.path()).fileName()));
 }
 
 void TestPrivateFolder::foreignFoldersAreKept()
@@ -178,9 +162,9 @@ void TestPrivateFolder::foreignFoldersAreKept()
 #endif
     PrivateFolder folder;
     QVERIFY(folder.create());
-    const QStringList before = inTemp(sandbox);
+    const QStringList before = sandbox.tempFiles();
     folder.removeAbandoned();
-    QCOMPARE(inTemp(sandbox), before);
+    QCOMPARE(sandbox.tempFiles(), before);
 #ifndef Q_OS_WIN
     QVERIFY(QFile::exists(sandbox.path(u"aside/VarnelEngine.exe"_s)));
     QVERIFY(QFile::exists(sandbox.path(u"temp/varnel_private_open/file"_s)));
