@@ -1,13 +1,26 @@
-#include "bundle/bundle.h"
+#include "bundle/carriedengine.h"
+#include "bundlefile.h"
 #include "support/sandbox.h"
 #include "support/stricttest.h"
 
+#include <QDir>
+#include <QScopeGuard>
+#include <QSignalSpy>
 #include <QtEndian>
 #include <QTest>
+
+#ifndef Q_OS_WIN
+#include <csignal>
+
+#include <sys/resource.h>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+// Some pieces and a part of one.
+constexpr qsizetype kSize = 3 * 256 * 1024 + 5;
 
 QByteArray littleEndian(quint64 number, qsizetype bytes)
 {
@@ -35,18 +48,39 @@ QByteArray windowsProgram(quint32 place, quint32 size)
     return head;
 }
 
+/// What the engine says when it cannot be unpacked: a sentence with the system's words in the
+/// middle.
+void verifyFailure(const BundleFile &file, const Sandbox &sandbox, const QString &reason = {})
+{
+    CarriedEngine engine(file.path, file.bundle);
+    engine.start();
+    engine.hurry();
+    QTRY_VERIFY(engine.isFinished());
+    const QString end = u"It needs 1 MB in %1."_s;
+    const QString folder = QDir::toNativeSeparators(sandbox.tempFolder());
+    QVERIFY2(engine.error().startsWith(u"The setup engine cannot be unpacked: "_s + reason)
+                 && engine.error().endsWith(end.arg(folder)),
+             qPrintable(engine.error()));
+}
+
 } // namespace
 
+// The setup engine behind the program that people download.
 class TestBundle : public StrictTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void markerIsRead();
-    void thisProgramCarriesNothing();
     void completeness_data();
     void completeness();
     void completenessOfTheLargest();
+    void unpacks();
+    void endsWhileItUnpacks();
+    void faults_data();
+    void faults();
+    void refusedFolder();
+    void noRoom();
 };
 
 void TestBundle::markerIsRead()
@@ -60,11 +94,7 @@ void TestBundle::markerIsRead()
     // A half-written marker still counts as one: the wizard has to report damage, not simulate.
     QVERIFY(parseBundleMarker(marker(0, 5)));
     QVERIFY(parseBundleMarker(marker(5, 0)));
-}
-
-void TestBundle::thisProgramCarriesNothing()
-{
-    QVERIFY(!carriedBundle());
+    QVERIFY(!carriedBundle()); // as tools/bundle has not filled in that of this program
 }
 
 void TestBundle::completeness_data()
@@ -116,6 +146,99 @@ void TestBundle::completenessOfTheLargest()
     QVERIFY(isComplete(path, *bundle));
     QVERIFY(QFile::resize(path, length - 1));
     QVERIFY(!isComplete(path, *bundle));
+}
+
+void TestBundle::unpacks()
+{
+    const Sandbox sandbox;
+    const BundleFile file(sandbox, kSize);
+    CarriedEngine engine(file.path, file.bundle);
+    QSignalSpy finished(&engine, &CarriedEngine::finished);
+    engine.start();
+    engine.start();
+    QVERIFY(!engine.isFinished());
+    QTRY_VERIFY(engine.isFinished());
+    QCOMPARE(engine.error(), QString());
+    QCOMPARE(finished.size(), 1);
+    QFile copy(engine.path());
+    QVERIFY(copy.open(QIODevice::ReadOnly));
+    QVERIFY(copy.readAll() == file.engine);
+    copy.close();
+    QVERIFY(QFileInfo(engine.path()).isExecutable());
+    QVERIFY(engine.path().startsWith(sandbox.tempFolder()));
+    engine.remove(); // as before the object goes, when the session ends
+    QCOMPARE(sandbox.tempFiles(), QStringList());
+}
+
+void TestBundle::endsWhileItUnpacks()
+{
+    const Sandbox sandbox;
+    // So large that it is not done when the object goes.
+    const BundleFile file(sandbox, 64 * 1024 * 1024);
+    {
+        CarriedEngine engine(file.path, file.bundle);
+        engine.start();
+        QTRY_VERIFY(!sandbox.tempFiles().isEmpty());
+        QVERIFY(!engine.isFinished());
+    }
+    QCOMPARE(sandbox.tempFiles(), QStringList());
+}
+
+void TestBundle::faults_data()
+{
+    QTest::addColumn<qint64>("altered"); // counted from the engine's first byte
+    QTest::addColumn<qint64>("length"); // that the file is cut to
+    QTest::newRow("first byte altered") << qint64(0) << qint64(-1);
+    QTest::newRow("last byte altered") << qint64(kSize - 1) << qint64(-1);
+    QTest::newRow("last byte missing") << qint64(-1) << qint64(kSize - 1);
+}
+
+void TestBundle::faults()
+{
+    QFETCH(qint64, altered);
+    QFETCH(qint64, length);
+    const Sandbox sandbox;
+    const BundleFile file(sandbox, kSize);
+    if (altered >= 0)
+        file.alter(file.bundle.offset + altered);
+    if (length >= 0)
+        QVERIFY(QFile::resize(file.path, file.bundle.offset + length));
+    CarriedEngine engine(file.path, file.bundle);
+    engine.start();
+    engine.hurry();
+    QTRY_VERIFY(engine.isFinished());
+    QCOMPARE(engine.error(), u"This setup file is damaged. Please download it again."_s);
+    QVERIFY(!QFileInfo::exists(engine.path())); // what was written is no use, and takes room
+}
+
+void TestBundle::refusedFolder()
+{
+    const Sandbox sandbox;
+    QVERIFY(QDir().rmdir(sandbox.tempFolder()));
+    sandbox.write(u"temp"_s, "a file in its place");
+    verifyFailure(BundleFile(sandbox, kSize), sandbox);
+}
+
+void TestBundle::noRoom()
+{
+#ifdef Q_OS_WIN
+    QSKIP("A limit for the size of files is what other systems have.");
+#else
+    const Sandbox sandbox;
+    const auto signalBefore = signal(SIGXFSZ, SIG_IGN);
+    rlimit before = {};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto restore = qScopeGuard([&] {
+        setrlimit(RLIMIT_FSIZE, &before);
+        signal(SIGXFSZ, signalBefore);
+    });
+    const BundleFile file(sandbox, kSize); // written before the limit is set
+    rlimit limit = before;
+    limit.rlim_cur = kSize - 1;
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    verifyFailure(file, sandbox, u"There is no room on the disk."_s);
+    QCOMPARE(sandbox.tempFiles(), QStringList());
+#endif
 }
 
 QTEST_GUILESS_MAIN(TestBundle)
