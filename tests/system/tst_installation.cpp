@@ -40,7 +40,6 @@ private Q_SLOTS:
     void rootsInOrder_data();
     void rootsInOrder();
     void newerVersions();
-    void otherProductsDoNotCount();
     void installLocation_data();
     void installLocation();
     void isInstalled();
@@ -125,20 +124,6 @@ void TestInstallation::newerVersions()
         m_sandbox->setRegistry({ { kMachine, QJsonObject { { u"DisplayVersion"_s, version } } } });
         QVERIFY2(isNewerInstalled() == isNewer, qPrintable(version));
     }
-}
-
-void TestInstallation::otherProductsDoNotCount()
-{
-    const QString parent =
-        uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall)"_s;
-    const QJsonObject entry { { u"DisplayVersion"_s, u"1.0"_s },
-                              { u"InstallLocation"_s, m_sandbox->tempFolder() } };
-    m_sandbox->setRegistry({ { parent, entry },
-                             { parent + uR"(\{4F1C2A77-0B3D-4E52-9A61-7C2E8D90B4F3})", entry },
-                             { parent + uR"(\Varnel Schematics)", entry } });
-    QCOMPARE(installedVersion(), QString());
-    QVERIFY(!::isInstalled());
-    QCOMPARE(uninstallerPath(), QString());
 }
 
 void TestInstallation::installLocation_data()
