@@ -25,28 +25,22 @@ void endProcess(qint64 processId);
 /// Makes a FIFO; false if it cannot be made or if the system has none.
 [[nodiscard]] bool makeFifo(const QString &path);
 
-/// As long as it lives, processes that this one kills go on for a while.
+/// As long as it lives, processes that this one kills go on for a while; not on Windows.
 class LateKill
 {
 public:
     explicit LateKill(std::chrono::milliseconds delay);
     ~LateKill();
     Q_DISABLE_COPY_MOVE(LateKill)
-
-    /// False where a kill cannot be delayed.
-    [[nodiscard]] static bool isPossible();
 };
 
-/// As long as it lives, the file cannot be removed.
+/// As long as it lives, the file cannot be removed on Windows.
 class HeldFile
 {
 public:
     explicit HeldFile(const QString &path);
     ~HeldFile();
     Q_DISABLE_COPY_MOVE(HeldFile)
-
-    /// False where an open file can be removed.
-    [[nodiscard]] static bool isPossible();
 
 private:
     [[maybe_unused]] void *m_handle = nullptr;

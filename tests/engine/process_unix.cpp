@@ -93,11 +93,6 @@ extern "C" int kill(pid_t process, int signal) noexcept
     return 0;
 }
 
-bool LateKill::isPossible()
-{
-    return true;
-}
-
 LateKill::LateKill(std::chrono::milliseconds delay)
 {
     lateKill = { int(delay.count()), lateKill.load().number + 1 };
@@ -106,11 +101,6 @@ LateKill::LateKill(std::chrono::milliseconds delay)
 LateKill::~LateKill()
 {
     lateKill = { 0, lateKill.load().number + 1 };
-}
-
-bool HeldFile::isPossible()
-{
-    return false;
 }
 
 HeldFile::HeldFile(const QString &) {}

@@ -47,18 +47,8 @@ bool makeFifo(const QString &)
     return false; // pipes have names here, but those are no names of files
 }
 
-bool LateKill::isPossible()
-{
-    return false;
-}
-
 LateKill::LateKill(std::chrono::milliseconds) {}
 LateKill::~LateKill() = default;
-
-bool HeldFile::isPossible()
-{
-    return true;
-}
 
 HeldFile::HeldFile(const QString &path)
     : m_handle(CreateFileW(reinterpret_cast<const wchar_t *>(path.utf16()), GENERIC_READ,

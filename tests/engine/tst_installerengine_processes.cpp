@@ -212,8 +212,9 @@ void TestInstallerEngineProcesses::stopAndErrorEndAll()
 // The window must not hang with it.
 void TestInstallerEngineProcesses::killThatTakesTooLong()
 {
-    if (!LateKill::isPossible())
-        QSKIP("Here a kill cannot be delayed");
+#ifdef Q_OS_WIN
+    QSKIP("Here a kill cannot be delayed");
+#endif
     for (const QString &end : { u"failure"_s, u"stop"_s, u"destruction"_s }) {
         HangingScene scene;
         const qint64 process = scene.processId;

@@ -99,8 +99,9 @@ void TestInstallerEngineStop::stopBeforeAndAfterTheRun()
 // As by the engine's second process, which is killed too. The window must not hang with it.
 void TestInstallerEngineStop::heldLog()
 {
-    if (!HeldFile::isPossible())
-        QSKIP("Here a file that a process has open can be removed");
+#ifndef Q_OS_WIN
+    QSKIP("Here a file that a process has open can be removed");
+#endif
     for (const int milliseconds : { 300, 10'000 }) {
         const bool isTooLong = milliseconds > 2000;
         HangingScene scene;
