@@ -1,8 +1,11 @@
 """What assistive technology is told, page by page, over the real accessibility bus; and the keyboard."""
 
+import os
+import signal
 import unittest
 
-from testcase import ENGINE, WizardTestCase
+from faults import FaultTestCase
+from testcase import ENGINE
 from wizard import Atspi, GLib, wait_until
 
 DECLINE = "I do not accept the agreement"
@@ -24,7 +27,11 @@ def has(node, state):
     return node.get_state_set().contains(getattr(Atspi.StateType, state.upper()))
 
 
-class Accessibility(WizardTestCase):
+class Accessibility(FaultTestCase):
+    def setUp(self):
+        super().setUp()
+        del self.sandbox.environment["VARNEL_REDUCED_MOTION"]
+
     def controls(self, wizard):
         """(role, name, states) of every control, in reading order."""
         return [(role, name, *[state for state in ("checked", "focused") if has(node, state)],
@@ -64,26 +71,10 @@ class Accessibility(WizardTestCase):
     def wait_focus(self, wizard, name):
         wait_until(lambda: self.focus(wizard) == name, f"the focus on {name!r}")
 
-    def assert_tab_order(self, wizard, *names):
-        """Tab walks over these and the title bar's buttons and starts over; Shift and Tab go back."""
-        around = [*names, "Minimize", "Close"]
-        start = self.focus(wizard)
-        at = around.index(start)
-        for name in [*around[at + 1:], *around[:at + 1]]:
-            wizard.press("Tab")
-            self.wait_focus(wizard, name)
-        wizard.press("shift+Tab")
-        self.wait_focus(wizard, around[at - 1])
-        wizard.press("Tab")
-        self.wait_focus(wizard, start)
-
-    # -- page by page ------------------------------------------------------------------------------
-
     def test_pages_before_an_installation(self):
         wizard = self.start("--install", "--setup-exe", ENGINE)
         on = button("Back"), button("Next", "focused")
         self.assert_page(wizard, "Welcome to the", button("Cancel"), button("Next", "focused"))
-        self.assert_tab_order(wizard, "Cancel", "Next")
         wizard.press("Return")
         self.assert_page(wizard, "License Agreement", ("text", "License Agreement"),
                          ("radio button", DECLINE, "checked", "focused"), ("radio button", ACCEPT),
@@ -91,7 +82,6 @@ class Accessibility(WizardTestCase):
         view = self.node(wizard, "text")
         self.assertTrue(has(view, "read_only") and has(view, "multi_line"))
         self.assertIn("Varnel Schematics", Atspi.Text.get_text(view, 0, -1))
-        self.assert_tab_order(wizard, "License Agreement", DECLINE, "Back")
         wizard.press("Down")
         self.assert_page(wizard, "License Agreement", ("text", "License Agreement"),
                          ("radio button", DECLINE), ("radio button", ACCEPT, "checked", "focused"),
@@ -103,20 +93,41 @@ class Accessibility(WizardTestCase):
         self.assert_page(wizard, "Select Destination Location", button("Change"), *on)
         wizard.press("Return")
         self.assert_page(wizard, "Select Additional Tasks", ("check box", SHORTCUT, "checked"), *on)
-        self.assert_tab_order(wizard, SHORTCUT, "Back", "Next")
         wizard.press("Return")
         self.assert_page(wizard, "Ready to Install", button("Back"), button("Install", "focused"))
-        for page in ("Select Additional Tasks", "Select Destination Location",
-                     "Checking your system", "License Agreement", "Welcome to the"):
-            wizard.press("Escape")
-            wizard.wait_text(page)
         wizard.press("Escape")
-        self.assertEqual(wizard.wait_end(), 0)
+        wizard.wait_text("Select Additional Tasks")
 
     def test_run_and_finish(self):
-        self.sandbox.environment["VARNEL_ENGINE_DELAY_MS"] = "200"
+        self.sandbox.scenario("pause = half")
+        shown, values, notifications = [], [], []
+
+        def hear(event):
+            if event.type.startswith("object:property-change:accessible-value"):
+                values.append(event.source.get_role_name())
+            elif event.detail1:
+                is_told = event.source.get_role_name() == "notification"
+                (notifications if is_told else shown).append(event.source.get_name())
+
+        def listen():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return shown + values
+
+        listener = Atspi.EventListener.new(hear)
+        for kind in "object:state-changed:showing", "object:property-change:accessible-value":
+            listener.register(kind)
+            self.addCleanup(listener.deregister, kind)
         wizard = self.start_installation()
-        wizard.wait_text("Do not turn off your PC")
+        # A step is spoken of once when the page comes, as a part of it, and again when it is reached.
+        wait_until(lambda: listen().count("Installing WebView2 Runtime") >= 2, "the second step's news")
+        wait_until(lambda: "progress bar" in listen(), "news of the bar")
+        # A screen reader speaks of it when it is told: not of rows, but of notifications.
+        wait_until(lambda: listen() and any("Installing WebView2 Runtime." in text
+                                            for text in notifications), "the notification")
+        self.assertEqual(shown.count("Creating shortcuts"), 1)
+
+        engine = self.wait_paused(wizard)
         bar = wait_until(lambda: self.node(wizard, "progress bar", "Installing"), "the bar")
         self.assertEqual((Atspi.Value.get_minimum_value(bar), Atspi.Value.get_maximum_value(bar)),
                          (0.0, 100.0))
@@ -125,65 +136,12 @@ class Accessibility(WizardTestCase):
         self.assertFalse(has(cancel, "enabled") or has(cancel, "sensitive"))
         self.assertIsNone(self.focus(wizard))
         wizard.press("Return", "Escape", "space")  # which do nothing now
+        os.kill(engine, signal.SIGCONT)
         self.assert_page(wizard, "is installed", button("Close"),
                          button("Open Varnel Schematics", "focused"))
         wizard.press("Escape")
         self.assertEqual(wizard.wait_end(), 0)
         self.assertEqual(self.sandbox.launches(), [])
-
-    def test_steps_and_progress_are_announced(self):
-        """Without being asked: what a screen reader speaks of by itself."""
-        self.sandbox.scenario("stall = forever", "stage = half")
-        shown, values, notifications = [], [], []
-
-        def hear(event):
-            if event.type.startswith("object:state-changed:showing") and event.detail1:
-                is_told = event.source.get_role_name() == "notification"
-                (notifications if is_told else shown).append(event.source.get_name())
-            elif event.type.startswith("object:property-change:accessible-value"):
-                values.append(event.source.get_role_name())
-
-        listener = Atspi.EventListener.new(hear)
-        kinds = "object:state-changed:showing", "object:property-change:accessible-value"
-        for kind in kinds:
-            listener.register(kind)
-            self.addCleanup(listener.deregister, kind)
-        wizard = self.start_installation()
-
-        def listen():
-            while GLib.MainContext.default().iteration(False):
-                pass
-            return shown + values + notifications
-
-        # Every step is spoken of once when the page comes, as a part of it, and again when it is
-        # reached.
-        wait_until(lambda: listen().count("Installing WebView2 Runtime") >= 2,
-                   "the second step's news")
-        wait_until(lambda: "progress bar" in listen(), "news of the bar")
-        # A screen reader speaks of it when it is told: not of rows, but of notifications.
-        wait_until(lambda: listen() and any("Installing WebView2 Runtime." in text
-                                            for text in notifications), "the notification")
-        self.assertFalse(any("Creating shortcuts" in text for text in notifications))
-        self.assertGreaterEqual(shown.count("Extracting application files"), 2)
-        self.assertEqual(shown.count("Creating shortcuts"), 1)
-        self.assertNotIn("Creating shortcuts", wizard.rows())
-
-    def test_failure(self):
-        self.sandbox.scenario("exit-code = 5", "stage = half")
-        wizard = self.start_installation()
-        self.assert_page(wizard, "Installation was cancelled during setup.",
-                         button("Close", "focused"))
-        wizard.press("Tab")
-        self.wait_focus(wizard, "Minimize")
-        wizard.press("Tab", "Tab")
-        self.wait_focus(wizard, "Close")
-
-        def close():
-            wizard.press("Return")  # which does nothing while the failure is news
-            return wizard.process.poll() is not None
-
-        wait_until(close, "the end")
-        self.assertEqual(wizard.wait_end(), 0)
 
     def test_removal(self):
         wizard = self.start("--uninstall", "--uninstaller", self.uninstaller())
@@ -207,8 +165,6 @@ class Accessibility(WizardTestCase):
         wizard.press("Return")
         self.assert_page(wizard, "See You Later!", button("Close", "focused"))
 
-    # -- by other means than keys and mouse --------------------------------------------------------
-
     def test_controls_work_by_assistive_technology(self):
         wizard = self.start("--install", "--setup-exe", ENGINE)
 
@@ -222,17 +178,7 @@ class Accessibility(WizardTestCase):
         act("radio button", ACCEPT)
         wait_until(lambda: has(accept, "checked"), "the licence to be accepted")
         self.assertFalse(has(self.node(wizard, "radio button", DECLINE), "checked"))
-        for page in ("Checking your system", "Select Destination Location",
-                     "Select Additional Tasks"):
-            wizard.wait_button("Next")
-            act("push button", "Next")
-            wizard.wait_text(page)
-            wizard.wait_settled()
-        shortcut = self.node(wizard, "check box", SHORTCUT)
-        act("check box", SHORTCUT)
-        wait_until(lambda: not has(shortcut, "checked"), "the box to be cleared")
-        wizard.click(SHORTCUT)
-        wait_until(lambda: has(shortcut, "checked"), "the box to be checked")
+        wizard.wait_button("Next")
         act("push button", "Close")
         self.assertEqual(wizard.wait_end(), 0)
 

@@ -1,45 +1,38 @@
-"""The engine dies or hangs: for each stage, what the user sees and what is left on disk."""
+"""The engine fails, dies or hangs, or the wizard does: what the user sees and what is left on disk."""
 
 import os
 import signal
-import time
 import unittest
 from pathlib import Path
 
-from faults import POLLS, FaultTestCase
+from faults import FATAL, FaultTestCase
 from wizard import UNINSTALL_KEY, wait_until
 
 
 class Engine(FaultTestCase):
-    def test_killed_at_every_stage(self):
-        for stage, has_files in (("start", False), ("before-status", False), ("half", True),
-                                 ("end", True)):
-            with self.subTest(stage=stage):
-                self.sandbox.scenario("crash = KILL", f"stage = {stage}")
-                wizard = self.start_update()
-                self.assert_failure(wizard, "Process crashed")
-                self.assertEqual(self.sandbox.temp_files(), [])
-                self.assertEqual(bool(self.files_below(self.folder)), has_files)
-                # The update can be had again: nothing has been noted down as done.
-                self.assertEqual(self.version(), "1.6.8")
+    def test_exit_code_ends_in_its_sentence_and_what_the_log_says(self):
+        self.sandbox.scenario("exit-code = 7", "stage = half", "message-box = Too old.")
+        self.assert_failure(self.start_update(), "Setup cannot install on this system.  Too old.  "
+                            f"(log: {self.sandbox.kept_log()})")
+        self.assertEqual(self.sandbox.temp_files(), ["varnel_setup_last.log"])
+        self.assertIn("Too old.", self.sandbox.kept_log().read_text(encoding="utf-8-sig"))
+
+    def test_killed_and_tried_again(self):
+        self.sandbox.scenario("crash = KILL", "stage = half")
+        self.assert_failure(self.start_update(), "Process crashed")
+        self.assertEqual(self.sandbox.temp_files(), [])
+        # Nothing has been noted down as done.
+        self.assertEqual(self.version(), "1.6.8")
         self.sandbox.scenario("")
         self.assert_updated(self.start_update())
 
-    def test_uninstaller_killed_at_every_stage(self):
-        for stage, has_files in (("start", True), ("before-status", True), ("half", True),
-                                 ("end", False)):
-            with self.subTest(stage=stage):
-                uninstaller = self.uninstaller()
-                self.sandbox.scenario("crash = KILL", f"stage = {stage}")
-                wizard = self.start("--uninstall")
-                wizard.click("Uninstall")
-                self.assert_failure(wizard, "Process crashed")
-                self.assertEqual(self.sandbox.temp_files(), [])
-                left = set(self.files_below(uninstaller.parent))
-                self.assertEqual(left > {"unins000.exe", "unins000.dat"}, has_files)
-                # It can be had again, and takes the rest away.
-                self.assertTrue(uninstaller.exists())
-                self.assertIn(UNINSTALL_KEY, self.sandbox.registry())
+    def test_uninstaller_killed_and_tried_again(self):
+        uninstaller = self.uninstaller()
+        self.sandbox.scenario("crash = KILL", "stage = half")
+        wizard = self.start("--uninstall")
+        wizard.click("Uninstall")
+        self.assert_failure(wizard, "Process crashed")
+        self.assertEqual(self.sandbox.temp_files(), [])
         self.sandbox.scenario("")
         wizard = self.start("--uninstall")
         wizard.click("Uninstall")
@@ -48,50 +41,54 @@ class Engine(FaultTestCase):
         self.assertFalse(uninstaller.parent.exists())
         self.assertNotIn(UNINSTALL_KEY, self.sandbox.registry())
 
-    def test_hangs_at_every_stage(self):
-        for stage, least in (("start", 0), ("before-status", 0), ("end", 90)):
-            with self.subTest(stage=stage):
-                self.sandbox.scenario("stall = forever", f"stage = {stage}", "delay-ms = 0")
-                wizard = self.start_update()
-                engine = self.engine_of(wizard)
-                wait_until(lambda: (wizard.bar_value() or 0) >= least, f"{least} %")
-                time.sleep(POLLS)
-                # The window answers, and its cross ends both.
-                wizard.click("Close")
-                self.assertEqual(wizard.wait_end(), 0)
-                self.assertFalse(Path("/proc", str(engine)).exists())
-                self.assertEqual(self.sandbox.temp_files(), [])
-                self.assertEqual(self.version(), "1.6.8")
-
-    def test_dies_while_it_writes_as_fast_as_it_can(self):
-        self.sandbox.scenario("files = 300000", "delay-ms = 0", "ignore-termination = yes")
+    def test_hanging_engine_goes_with_the_window(self):
+        self.sandbox.scenario("stall = forever", "stage = end", "ignore-termination = yes")
         wizard = self.start_update()
         engine = self.engine_of(wizard)
-        values = []
-        end = time.monotonic() + 2
-        while time.monotonic() < end:
-            values.append(wizard.bar_value() or 0)
-        wait_until(lambda: wizard.bar_value() > values[0], "the bar to move")
-        os.kill(engine, signal.SIGTERM)  # to which it is deaf
-        before = wizard.bar_value()
-        wait_until(lambda: wizard.bar_value() > before, "the bar to move on")
-        os.kill(engine, signal.SIGKILL)
-        self.assertEqual(values, sorted(values))
-        self.assert_small(wizard)
-        self.assert_failure(wizard, "Process crashed")
-        self.assertEqual(self.sandbox.temp_files(), [])
-
-    def test_second_process_of_a_removal_finishes_when_the_window_closes(self):
-        uninstaller = self.uninstaller()
-        self.sandbox.scenario("second-process = 1.5")
-        wizard = self.start("--uninstall")
-        wizard.click("Uninstall")
-        wait_until(lambda: not uninstaller.exists(), "the end of the first process")
+        wait_until(lambda: (wizard.bar_value() or 0) >= 90, "90 %")
+        self.assertEqual(len(self.sandbox.temp_files()), 2)
+        wizard.press("Escape")  # does nothing now
         wizard.click("Close")
         self.assertEqual(wizard.wait_end(), 0)
-        self.assertFalse(self.is_running(self.second_process()))
-        self.assertEqual(self.sandbox.engine_runs()[-1], ["second process is done"])
+        self.assertFalse(Path("/proc", str(engine)).exists())
         self.assertEqual(self.sandbox.temp_files(), [])
+        self.assertEqual(self.version(), "1.6.8")
+
+
+class Wizards(FaultTestCase):
+    def test_engine_of_a_killed_one_finishes_its_work(self):
+        wizard, engine = self.start_paused_update()
+        wizard.kill()
+        left = [self.status_file().name, self.log().name]
+        os.kill(engine, signal.SIGCONT)
+        wait_until(lambda: not Path("/proc", str(engine)).exists(), "the engine's end")
+        self.assertEqual(self.version(), "1.6.9")
+        self.assertEqual(self.sandbox.temp_files(), left)
+
+        # The next one neither minds nor touches what is left.
+        self.sandbox.scenario("")
+        self.assert_updated(self.start_update())
+        self.assertEqual(self.sandbox.temp_files(), left)
+
+    def test_two_at_once_show_their_own_errors(self):
+        """The kept log has one name for all, and the last one to fail has it."""
+        wizards = []
+        for number in range(2):
+            scenario = self.sandbox.root / f"scenario {number}"
+            scenario.write_text("exit-code = 4\nstall = 3\nstage = end\nlog-size = 2M\n"
+                                f"message-box = I am number {number}.\n")
+            self.sandbox.environment["VARNEL_ENGINE_SCENARIO"] = str(scenario)
+            wizards.append(self.start_update())
+        kept = self.sandbox.kept_log()
+        for number, wizard in enumerate(wizards):
+            self.assertEqual(wizard.wait_text(FATAL),
+                             f"{FATAL}  I am number {number}.  (log: {kept})")
+        logs = [path.read_bytes() for path in (self.sandbox.root / "temp").glob("*.ini.log")]
+        self.assertEqual(len(logs), 2)
+        self.assertIn(kept.read_bytes(), logs)
+        for wizard in wizards:
+            self.end(wizard, "Close")
+        self.assertEqual(self.sandbox.temp_files(), [kept.name])
 
 
 if __name__ == "__main__":

@@ -15,7 +15,7 @@ from wizard import wait_until
 
 IS_ROOT = os.geteuid() == 0
 
-LONG = 300  # seconds for a log of up to a gigabyte, which takes some on an idle machine
+LONG = 300  # seconds for a log of a gigabyte, which takes some on an idle machine
 
 
 def remove(path):
@@ -85,32 +85,6 @@ class StatusFile(FaultTestCase):
         self.assert_updated(wizard)
         self.assertEqual(self.sandbox.temp_files(), [])
 
-    def test_rewritten_without_a_pause(self):
-        turns = 200_000  # as fast as it goes: 100,000 a second where little else happens
-        wizard, engine = self.start_paused_update()
-        status = self.status_file()
-        writer = subprocess.Popen(
-            ["/usr/bin/python3", "-c",
-             "import os, sys\n"
-             "file = os.open(sys.argv[1], os.O_WRONLY)\n"
-             "for turn in range(int(sys.argv[2])):\n"
-             "    os.ftruncate(file, 0)\n"
-             "    text = f'progress={turn * 7 % 60}\\nstatus=Turn {turn} of many\\n'\n"
-             "    os.pwrite(file, text.encode(), 0)\n",
-             str(status), str(turns)])
-        self.addCleanup(writer.wait)
-        self.addCleanup(writer.kill)
-        values = []
-        while writer.poll() is None:
-            values.append(wizard.bar_value())
-        self.assertEqual(writer.returncode, 0)
-        wizard.wait_text(f"Turn {turns - 1} of many")
-        self.assertGreater(len(values), 3)
-        self.assertEqual(values, sorted(values))
-        os.kill(engine, signal.SIGCONT)
-        self.assert_updated(wizard)
-        self.assertEqual(self.sandbox.temp_files(), [])
-
 
 class Log(FaultTestCase):
     BOX = ("exit-code = 4", "message-box = The disk is full.")
@@ -121,31 +95,18 @@ class Log(FaultTestCase):
     def test_while_it_is_read(self):
         secret = self.sandbox.root / "secret.txt"
         secret.write_text("Message box (OK):\nA secret.\nUser chose OK.\nA secret error.\n")
-        for name, change, message, kept in (
-                ("cut off", lambda path: os.truncate(path, 0), self.explained(), True),
-                ("removed", remove, FATAL, False),
-                ("folder", lambda path: (remove(path), path.mkdir()), FATAL, False),
-                ("FIFO", put(os.mkfifo), FATAL, False),
-                ("device", put(lambda path: path.symlink_to("/dev/zero")), FATAL, False),
-                ("link", put(lambda path: path.symlink_to(secret)), FATAL, False),
-                ("binary", put(lambda path: path.write_bytes(b"\0\xff\n" * MEGABYTE)), None, True)):
-            with self.subTest(log=name):
+        kept_log = self.sandbox.kept_log()
+        for change, message, left in (
+                (lambda path: os.truncate(path, 0), self.explained(), [kept_log.name]),
+                (put(lambda path: path.symlink_to(secret)), FATAL, [])):
+            with self.subTest(message=message):
                 wizard, engine = self.start_paused_update(*self.BOX)
                 change(self.log())
                 time.sleep(POLLS)
                 os.kill(engine, signal.SIGCONT)
-                if message:
-                    self.assert_failure(wizard, message)
-                else:
-                    shown = wizard.wait_text(FATAL)
-                    self.assertTrue(shown.endswith(f"  (log: {self.sandbox.kept_log()})"), shown)
-                    self.end(wizard, "Close")
-                kept_log = self.sandbox.kept_log()
-                # Somebody else's folder stays where it is.
-                left = [path for path in self.sandbox.temp_files()
-                        if not (name == "folder" and path.endswith(".ini.log"))]
-                self.assertEqual(left, [kept_log.name] if kept else [])
-                self.empty_temp()
+                self.assert_failure(wizard, message)
+                self.assertEqual(self.sandbox.temp_files(), left)
+                kept_log.unlink(missing_ok=True)
 
     def test_hole_of_a_gigabyte(self):
         wizard, engine = self.start_paused_update(*self.BOX)
@@ -179,8 +140,7 @@ class TempFolder(FaultTestCase):
     def seen_by(self, wizard):
         return Path(f"/proc/{wizard.process.pid}/root{self.sandbox.root}/temp")
 
-    def runs_well_and_fails_well(self, detail):
-        self.assert_updated(self.start_update())
+    def assert_told(self, detail):
         self.sandbox.scenario("exit-code = 4", "message-box = The disk is full.")
         self.assert_failure(self.start_update(), FATAL + detail)
 
@@ -188,28 +148,23 @@ class TempFolder(FaultTestCase):
         (self.sandbox.root / "temp").rmdir()
         # Qt then takes the working folder for it.
         kept = self.sandbox.root / "varnel_setup_last.log"
-        self.runs_well_and_fails_well(f"  The disk is full.  (log: {kept})")
+        self.assert_told(f"  The disk is full.  (log: {kept})")
         self.assertTrue(kept.exists())
         self.assertEqual(list(self.sandbox.root.glob("varnel_setup_*.ini*")), [])
         self.assertFalse((self.sandbox.root / "temp").exists())
-
-    def test_is_a_file(self):
-        (self.sandbox.root / "temp").rmdir()
-        (self.sandbox.root / "temp").write_text("mine")
-        self.runs_well_and_fails_well("")
-        self.assertEqual((self.sandbox.root / "temp").read_text(), "mine")
 
     def test_cannot_be_written(self):
         if IS_ROOT:
             self.behind_mount("ro")  # root does not mind modes
         else:
             (self.sandbox.root / "temp").chmod(0o500)
-        self.runs_well_and_fails_well("")
+        self.assert_updated(self.start_update())
+        self.assert_told("")
 
     def test_is_full_from_the_start(self):
         self.behind_mount("size=4k", 'head -c 4096 /dev/zero > "$TMPDIR/filler"')
         # Names are still to be had, but not a byte to go with them.
-        self.runs_well_and_fails_well(f"  Log: {self.sandbox.kept_log()}")
+        self.assert_told(f"  Log: {self.sandbox.kept_log()}")
 
     def fill(self, folder):
         """Leaves no room for a single byte."""
@@ -237,18 +192,12 @@ class TempFolder(FaultTestCase):
         self.end(wizard, "Close")
 
     def test_goes_during_a_run(self):
-        for scenario, outcome in ((), None), (("exit-code = 4",), FATAL):
-            with self.subTest(scenario=scenario):
-                (self.sandbox.root / "temp").mkdir(exist_ok=True)
-                wizard, engine = self.start_paused_update(*scenario)
-                shutil.rmtree(self.sandbox.root / "temp")
-                time.sleep(POLLS)
-                os.kill(engine, signal.SIGCONT)
-                if outcome:
-                    self.assert_failure(wizard, outcome)
-                else:
-                    self.assert_updated(wizard)
-                self.assertFalse((self.sandbox.root / "temp").exists())
+        wizard, engine = self.start_paused_update("exit-code = 4")
+        shutil.rmtree(self.sandbox.root / "temp")
+        time.sleep(POLLS)
+        os.kill(engine, signal.SIGCONT)
+        self.assert_failure(wizard, FATAL)
+        self.assertFalse((self.sandbox.root / "temp").exists())
 
 
 if __name__ == "__main__":

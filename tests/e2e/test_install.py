@@ -59,24 +59,6 @@ class Install(WizardTestCase):
                            str(self.sandbox.destination))])
         self.assertEqual(self.sandbox.temp_files(), [])
 
-    def test_no_shortcut_unless_wanted(self):
-        wizard = self.start("--setup-exe", ENGINE)
-        wizard.walk_to_ready(desktop_shortcut=False)
-        self.assertIn("(none)", wizard.wait_text("Additional tasks:"))
-        wizard.click("Install")
-        self.assertEqual(wizard.wait_text("Installed to"),
-                         f"Installed to {self.sandbox.destination}.")
-        self.assertEqual(self.sandbox.engine_runs()[0][5], "/TASKS=")
-        self.assertEqual(list((self.sandbox.root / "desktop").iterdir()), [])
-        self.end(wizard, "Close")
-
-    def test_without_an_engine_the_same_screens_are_a_simulation(self):
-        wizard = self.start_installation(self.start())
-        wizard.wait_text("Do not turn off your PC")
-        wizard.wait_text("is installed")
-        self.assertFalse(self.sandbox.destination.exists())
-        self.end(wizard, "Close")
-
 
 if __name__ == "__main__":
     unittest.main()

@@ -7,11 +7,8 @@ from wizard import wait_until
 
 
 class Scale(WizardTestCase):
-    def setUp(self):
-        super().setUp()
-        self.sandbox.environment["QT_SCALE_FACTOR"] = "1.5"
-
     def test_screen_is_told_in_its_own_pixels(self):
+        self.sandbox.environment["QT_SCALE_FACTOR"] = "1.5"
         wizard = self.start("--install")
         # By keyboard: the places that the accessibility bus tells are not scaled.
         wizard.press("Return")

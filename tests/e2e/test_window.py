@@ -1,13 +1,16 @@
-"""The wizard's window on the desktop: it can be moved, minimised and brought back."""
+"""The wizard's window on the desktop: it can be moved, minimised and brought back, and opens a dialog."""
 
 import subprocess
 import unittest
 
 from testcase import ENGINE, WizardTestCase
-from wizard import wait_until
+from wizard import APPLICATION, Atspi, wait_until
 
 # A system that moves a window may leave it behind by how far the pointer went before it took over.
 TOLERANCE = 3
+
+# The ground of stock windows, as long as no style sheet or palette of ours covers them.
+STOCK_GROUND = "efefef"
 
 
 def xdotool(*words):
@@ -97,24 +100,39 @@ class Window(WizardTestCase):
         self.drag(80, 30)
         self.end(self.wizard, "Cancel")
 
-    def test_sliding_off_a_button_moves_nothing(self):
-        before = place(self.window)
-        for button in ("Minimize", "Close"):
-            x, y = self.wizard.centre_of(button)
-            self.press(x, y)
-            for step in range(1, 9):
-                xdotool("mousemove", x - 40 * step, y + 25 * step)
-            xdotool("mouseup", 1)
-            self.wizard.wait_settled()
-            self.assertEqual(place(self.window), before)
-        self.end(self.wizard, "Close")
-
     def test_minimised_and_back(self):
         self.wizard.click("Minimize")
         wait_until(lambda: not self.wizard.window_id(), "the window to go")
         xdotool("windowactivate", self.window)
         wait_until(self.wizard.window_id, "the window to come back")
         self.end(self.wizard, "Cancel")
+
+    def test_folder_dialog_looks_stock_and_goes_alone(self):
+        def colour_on_screen(x, y):
+            return subprocess.run(
+                ["import", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8", "rgb:-"],
+                check=True, capture_output=True).stdout.hex()
+
+        wizard = self.wizard
+        self.assertEqual(wizard.application.get_name(), APPLICATION)
+        wizard.go("Next", "License Agreement")
+        wizard.click("I accept the license agreement")
+        wizard.go("Next", "Checking your system")
+        wizard.go("Next", "Select Destination Location")
+        self.sandbox.destination.mkdir()  # it is where the dialog starts
+        at_home = self.files_below(self.sandbox.root / "home")
+        for leave in (lambda: wizard.press("Escape"), lambda: wizard.click("Choose")):
+            wizard.go("Change", "Files of type:")
+            label = next(node for node, role, name in wizard.widgets()
+                         if role == "label" and name == "Files of type:")
+            area = Atspi.Component.get_extents(label, Atspi.CoordType.SCREEN)
+            wait_until(lambda: colour_on_screen(area.x - 3, area.y + area.height // 2) == STOCK_GROUND,
+                       "the stock ground", 10)
+            leave()
+            wait_until(lambda: not wizard.has_text("Files of type:"), "the dialog to go")
+        wizard.go("Next", "Select Additional Tasks")
+        self.end(wizard, "Close")
+        self.assertEqual(self.files_below(self.sandbox.root / "home"), at_home)
 
 
 if __name__ == "__main__":

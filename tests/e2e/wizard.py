@@ -173,13 +173,6 @@ class Wizard:
         return {name: node.get_state_set().contains(Atspi.StateType.ENABLED)
                 for node, role, name in self.widgets() if role in ("push button", "button")}
 
-    def document(self):
-        """The text of the licence view."""
-        for node, role, _ in self.widgets():
-            if role == "text":
-                return Atspi.Text.get_text(node, 0, -1)
-        return None
-
     def bar_value(self):
         for node, role, _ in self.widgets():
             if role == "progress bar":
