@@ -31,12 +31,12 @@ int recordLaunch()
     return 0;
 }
 
-void record(const Scenario &scenario, const QStringList &texts)
+void record(const QStringList &texts)
 {
-    const QByteArray line =
-        QJsonDocument(QJsonArray::fromStringList(texts)).toJson(QJsonDocument::Compact);
-    for (const QString &file : scenario.records)
-        appendLine(file, line);
+    const QString file = qEnvironmentVariable("VARNEL_ENGINE_RECORD");
+    if (!file.isEmpty())
+        appendLine(file,
+                   QJsonDocument(QJsonArray::fromStringList(texts)).toJson(QJsonDocument::Compact));
 }
 
 /// Reports as a setup does that works in a process of its own: it keeps the log open and rewrites
@@ -60,7 +60,7 @@ int runSecondProcess(const Options &options, const Scenario &scenario)
             status.resize(report.size());
         }
     }
-    record(scenario, { u"second process is done"_s });
+    record({ u"second process is done"_s });
     return 0;
 }
 
@@ -68,7 +68,7 @@ int runEngine(bool isUninstaller)
 {
     const QStringList arguments = QCoreApplication::arguments();
     const Options options(arguments.sliced(1));
-    const Scenario scenario = findScenario(options.values[u"scenario"_s]);
+    const Scenario scenario = findScenario();
     if (scenario.holdPipes && platform::splitOff("hold-pipes") == 0) {
         std::this_thread::sleep_for(*scenario.holdPipes);
         return 0;
@@ -77,9 +77,9 @@ int runEngine(bool isUninstaller)
         const qint64 process = platform::splitOff("second-process");
         if (process == 0)
             return runSecondProcess(options, scenario);
-        record(scenario, { u"second process"_s, QString::number(process) });
+        record({ u"second process"_s, QString::number(process) });
     }
-    record(scenario, arguments);
+    record(arguments);
     if (scenario.ignoreTermination)
         platform::ignoreTermination();
     if (scenario.finishAtOnce)

@@ -13,14 +13,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QStringView kMachine = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\)";
-constexpr QStringView kMachine32 = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\)";
-constexpr QStringView kUser = uR"(HKEY_CURRENT_USER\SOFTWARE\)";
-
-QString keyBelow(QStringView software)
-{
-    return software + uR"(Microsoft\Windows\CurrentVersion\Uninstall\)"_s + Product::kUninstallKey;
-}
+const QString kEntry = uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)"
+    + Product::kUninstallKey;
 
 QString registryFile()
 {
@@ -47,36 +41,24 @@ void writeRegistry(const QJsonObject &registry)
 
 } // namespace
 
-QString registeredFolder()
-{
-    const QJsonObject registry = readRegistry();
-    for (const QStringView software : { kMachine, kMachine32, kUser }) {
-        const QJsonObject entry = registry[keyBelow(software)].toObject();
-        const QString folder = entry[u"InstallLocation"_s].toString().trimmed();
-        if (QDir::isAbsolutePath(folder))
-            return folder;
-    }
-    return {};
-}
-
 void registerProduct(const QString &folder)
 {
     if (registryFile().isEmpty())
         return;
     QJsonObject registry = readRegistry();
-    QJsonObject entry = registry[keyBelow(kMachine)].toObject();
+    QJsonObject entry = registry[kEntry].toObject();
     entry[u"DisplayName"_s] = QString(Product::kName + u" version "_s + Product::kVersion);
     entry[u"DisplayVersion"_s] = Product::kVersion.toString();
     entry[u"Publisher"_s] = Product::kPublisher.toString();
     entry[u"InstallLocation"_s] = QDir::toNativeSeparators(folder + u'/');
     entry[u"UninstallString"_s] = u"\"%1\""_s.arg(QDir::toNativeSeparators(folder + kUninstaller));
-    registry[keyBelow(kMachine)] = entry;
+    registry[kEntry] = entry;
     writeRegistry(registry);
 }
 
 void unregisterProduct()
 {
     QJsonObject registry = readRegistry();
-    if (!registry.take(keyBelow(kMachine)).isUndefined())
+    if (!registry.take(kEntry).isUndefined())
         writeRegistry(registry);
 }

@@ -8,9 +8,6 @@ inline constexpr QStringView kUninstaller = u"/unins000.exe"; ///< below the ins
 // variable VARNEL_REGISTRY_JSON names stands for the registry; without it there is none, and all of
 // this does nothing.
 
-/// Where an earlier run installed the product, empty when unknown.
-[[nodiscard]] QString registeredFolder();
-
 /// Adds or renews the machine-wide entry; everything else in the file stays. Throws FileError, also
 /// when the file holds no JSON object: text of another kind is not overwritten.
 void registerProduct(const QString &folder);

@@ -73,7 +73,6 @@ StatusWriter::StatusWriter(const QString &file, const Scenario &scenario)
 
 void StatusWriter::write(double percent, const QString &file, const QString &text)
 {
-    const bool isHalfDone = percent >= 50;
     if (m_file.isEmpty() || m_scenario.statusPlace == StatusPlace::Never)
         return;
     if (m_scenario.statusPlace == StatusPlace::Directory) {
@@ -85,19 +84,13 @@ void StatusWriter::write(double percent, const QString &file, const QString &tex
         platform::makeFifo(m_file);
         return;
     }
-    if (m_scenario.statusPlace == StatusPlace::Deleted && isHalfDone) {
+    if (m_scenario.statusPlace == StatusPlace::Deleted && percent >= 50) {
         QFile::remove(m_file);
         return;
     }
-    const QByteArray whole = content(percent, file, text);
     QFile output(m_file);
-    const bool isOpen = output.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    if (isHalfDone && m_scenario.statusStyles.contains(u"torn"_s)) {
-        output.write(whole.first(whole.size() / 2));
-        platform::crash(u"KILL"_s);
-    }
-    if (isOpen)
-        output.write(whole);
+    if (output.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        output.write(content(percent, file, text));
     ++m_writes;
 }
 
@@ -105,9 +98,7 @@ QByteArray StatusWriter::content(double percent, const QString &file, const QStr
 {
     const auto has = [this](QStringView style) { return m_scenario.statusStyles.contains(style); };
     const QByteArray equals = has(u"blanks") ? " = " : "=";
-    QByteArray whole;
-    if (!has(u"no-section"))
-        whole += has(u"upper-section") ? "[STATUS]\n" : "[status]\n";
+    QByteArray whole = has(u"upper-section") ? "[STATUS]\n" : "[status]\n";
     const QString honest = QString::number(percent, 'f', 1);
     whole += "progress" + equals + playedOr(m_scenario.progress, m_writes, honest) + '\n';
     whole += "file" + equals + playedOr(m_scenario.files, m_writes, file) + '\n';

@@ -89,8 +89,6 @@ private:
     static QString chosenFolder(QString folder)
     {
         if (folder.isEmpty())
-            folder = registeredFolder();
-        if (folder.isEmpty())
             folder = QDir::homePath() + u'/' + Product::kName;
         return QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
     }

@@ -3,8 +3,6 @@
 #include "files.h"
 #include "platform.h"
 
-#include <QCoreApplication>
-#include <QFile>
 #include <QMap>
 
 #include <cmath>
@@ -84,9 +82,8 @@ StatusPlace statusPlace(const QString &text)
 
 QStringList statusStyles(const QString &text)
 {
-    static const QStringList known { u"plain"_s,  u"bom"_s,        u"crlf"_s,
-                                     u"half"_s,   u"torn"_s,       u"no-final-newline"_s,
-                                     u"blanks"_s, u"no-section"_s, u"upper-section"_s };
+    static const QStringList known { u"bom"_s,    u"crlf"_s,          u"half"_s,
+                                     u"blanks"_s, u"upper-section"_s, u"no-final-newline"_s };
     QStringList styles;
     for (const QString &part : text.split(u','))
         styles << known[indexIn(known, part.trimmed())];
@@ -146,7 +143,6 @@ const QMap<QString, void (*)(Scenario &, const QString &)> kKeys {
     { u"status"_s, add<&Scenario::statusTexts> },
     { u"delay-ms"_s, set<&Scenario::delay, delay> },
     { u"files"_s, set<&Scenario::fileCount, fileCount> },
-    { u"record"_s, add<&Scenario::records> },
 };
 
 void applyLine(Scenario &scenario, const QString &line)
@@ -200,21 +196,12 @@ bool Scenario::showsMessagesAt(Stage at) const
     return exitCode ? exitsAt(at) : at == Stage::End;
 }
 
-Scenario findScenario(const QString &fileFromOptions)
+Scenario findScenario()
 {
-    const QString beside = QCoreApplication::applicationDirPath() + u"/standin-setup.scenario"_s;
-    QString file = fileFromOptions;
-    if (file.isEmpty())
-        file = qEnvironmentVariable("VARNEL_ENGINE_SCENARIO");
-    if (file.isEmpty() && QFile::exists(beside))
-        file = beside;
+    const QString file = qEnvironmentVariable("VARNEL_ENGINE_SCENARIO");
     Scenario scenario = file.isEmpty() ? Scenario() : readScenario(file);
-
     const QString pace = qEnvironmentVariable("VARNEL_ENGINE_DELAY_MS");
     if (!pace.isEmpty() && !scenario.delay)
         scenario.delay = delay(pace);
-    const QString record = qEnvironmentVariable("VARNEL_ENGINE_RECORD");
-    if (!record.isEmpty())
-        scenario.records << record;
     return scenario;
 }

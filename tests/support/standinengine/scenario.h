@@ -59,7 +59,6 @@ struct Scenario
 
     std::optional<Duration> delay; ///< Per step.
     std::optional<int> fileCount;
-    QStringList records;
 
     [[nodiscard]] bool exitsAt(Stage at) const;
     [[nodiscard]] bool crashesAt(Stage at) const;
@@ -69,7 +68,6 @@ struct Scenario
     [[nodiscard]] bool showsMessagesAt(Stage at) const;
 };
 
-/// The scenario of this run: the file named on the command line, else by VARNEL_ENGINE_SCENARIO,
-/// else the one beside the executable, else none; the environment's settings added. Throws
-/// ScenarioError.
-[[nodiscard]] Scenario findScenario(const QString &fileFromOptions);
+/// The scenario of the file that VARNEL_ENGINE_SCENARIO names, and the environment's settings.
+/// Throws ScenarioError.
+[[nodiscard]] Scenario findScenario();

@@ -30,19 +30,15 @@ void floodOutput(qint64 bytes)
 
 Options::Options(const QStringList &arguments)
 {
-    // The first three change nothing: this engine has no window, box or restart.
-    static const QRegularExpression known(
-        u"^/(verysilent|suppressmsgboxes|norestart|(dir|tasks|statusfile|log|scenario)=(.*))$"_s,
-        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression known(u"^/(dir|tasks|statusfile|log)=(.*)$"_s,
+                                          QRegularExpression::CaseInsensitiveOption
+                                              | QRegularExpression::DotMatchesEverythingOption);
     for (const QString &argument : arguments) {
         const QRegularExpressionMatch match = known.match(argument);
-        QString value = match.captured(3);
+        QString value = match.captured(2);
         if (value.size() >= 2 && value.startsWith(u'"') && value.endsWith(u'"'))
             value = value.sliced(1, value.size() - 2);
-        if (match.hasMatch())
-            values[match.captured(2).toLower()] = value;
-        else
-            unknown << argument;
+        values[match.captured(1).toLower()] = value;
     }
 }
 
@@ -57,8 +53,6 @@ void Session::start()
         m_log.open(logFile);
     m_log.line(u"Setup version: stand-in engine for version "_s + Product::kVersion);
     m_log.line(u"Setup command line: "_s + QCoreApplication::arguments().sliced(1).join(u' '));
-    for (const QString &argument : m_options.unknown)
-        m_log.line(u"Unknown switch, ignored: "_s + argument);
     for (const QString &line : m_scenario.logLines)
         m_log.line(line);
     reach(Stage::Start);

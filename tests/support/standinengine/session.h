@@ -12,7 +12,6 @@ struct Options
     explicit Options(const QStringList &arguments);
 
     QMap<QString, QString> values; ///< By the switch's name in lower case.
-    QStringList unknown; ///< Whole arguments, for the log.
 };
 
 /// Thrown where the scenario wants the run to end.

@@ -26,7 +26,6 @@ LIMIT = 15  # seconds for anything that should be over at once
 
 KEY = r"SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall" + "\\" + UNINSTALL_KEY_NAME
 MACHINE_KEY = "HKEY_LOCAL_MACHINE\\" + KEY
-USER_KEY = "HKEY_CURRENT_USER\\" + KEY
 
 BOM = b"\xef\xbb\xbf"
 STAMPED = re.compile(r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}   (\S.*)$")
@@ -61,21 +60,16 @@ class StandinEngine(unittest.TestCase):
             **{name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")},
         }
 
-    def arguments(self, *more, folder=True, tasks=""):
-        result = ["/VERYSILENT", "/SUPPRESSMSGBOXES", "/NORESTART"]
-        if folder:
-            result.append(f"/DIR={self.folder}")
-        return result + [f"/TASKS={tasks}", f"/STATUSFILE={self.status}", f"/LOG={self.log}", *more]
+    def arguments(self, tasks=""):
+        return ["/VERYSILENT", "/SUPPRESSMSGBOXES", "/NORESTART", f"/DIR={self.folder}", f"/TASKS={tasks}",
+                f"/STATUSFILE={self.status}", f"/LOG={self.log}"]
 
     def start(self, scenario="", program=ENGINE, arguments=None, **options):
-        environment = dict(self.environment)
-        if scenario:
-            path = self.root / "scenario.txt"
-            path.write_text(scenario, encoding="utf-8")
-            environment["VARNEL_ENGINE_SCENARIO"] = str(path)
+        path = self.root / "scenario.txt"
+        path.write_text(scenario, encoding="utf-8")
         process = subprocess.Popen(
             [str(program)] + (self.arguments() if arguments is None else arguments),
-            env=environment, **options)
+            env={**self.environment, "VARNEL_ENGINE_SCENARIO": str(path)}, **options)
         self.addCleanup(process.communicate)
         self.addCleanup(process.kill)
         return process
@@ -83,13 +77,6 @@ class StandinEngine(unittest.TestCase):
     def run_engine(self, scenario="", **options):
         """Runs to the end; the exit code, negative for a signal."""
         return self.start(scenario, **options).wait(LIMIT)
-
-    def install(self, scenario="", **arguments):
-        self.assertEqual(self.run_engine(scenario, arguments=self.arguments(**arguments)), 0)
-
-    def uninstall(self, scenario=""):
-        return self.run_engine(scenario, program=self.folder / "unins000.exe",
-                               arguments=["/VERYSILENT", f"/STATUSFILE={self.status}"])
 
     def read_status(self):
         """The keys of the status file as the wizard reads them; empty when there is none."""
@@ -99,22 +86,6 @@ class StandinEngine(unittest.TestCase):
             return {}
         pairs = (line.partition("=") for line in text.splitlines() if "=" in line)
         return {key.strip(): value.strip() for key, _, value in pairs}
-
-    def watch(self, process):
-        """Every status seen until the process ends, repetitions left out."""
-        seen = []
-        running = True
-        while running:
-            running = process.poll() is None
-            status = self.read_status()
-            if len(status) == 3 and (not seen or seen[-1] != status):
-                seen.append(status)
-            time.sleep(0.001)
-        percents = [float(status["progress"]) for status in seen]
-        self.assertEqual(percents, sorted(percents))
-        self.assertGreater(len(percents), 8)
-        self.assertEqual(percents[-1], 100)
-        return seen
 
     def wait_for(self, condition, what):
         deadline = time.monotonic() + LIMIT
@@ -133,39 +104,31 @@ class StandinEngine(unittest.TestCase):
             texts.append(stamped[1] if stamped else "\t" + indented[1])
         return texts
 
-    def boxes(self):
-        texts = self.log_texts()
-        return [texts[i + 1].lstrip("\t") for i, text in enumerate(texts) if text == BOX_MARK]
-
     def registry_content(self):
         return json.loads(self.registry.read_text())
 
-    def test_install(self):
+    def test_install_update_and_removal(self):
+        others = {r"HKEY_CURRENT_USER\Key": {"Text": "\"quoted\" \\ ü 回", "Number": 4890}}
+        self.registry.write_text(json.dumps(others))
         self.folder = self.root / "Schaltpläne 回路 %1"
-        process = self.start(arguments=self.arguments(tasks="first,DesktopIcon"),
-                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-        self.assertEqual(process.communicate(timeout=LIMIT)[0], b"")
-        self.assertEqual(process.returncode, 0)
+        with_shortcut = self.arguments(tasks="first,DesktopIcon")
+        self.assertEqual(self.run_engine(arguments=with_shortcut), 0)
         files = files_below(self.folder)
         self.assertEqual(len(files), PAYLOAD_COUNT + 2)
         self.assertIn(PRODUCT["executable"], files)
-        for name in files:
-            self.assertGreater((self.folder / name).stat().st_size, 0, name)
         self.assertEqual(self.status.read_text(encoding="utf-8"),
                          "[status]\nprogress=100.0\nfile=\nstatus=Creating shortcuts…\n")
         self.assertIn(f'Exec="{self.folder}/{PRODUCT["executable"]}"', self.shortcut.read_text())
-        self.assertEqual(self.registry_content(), {MACHINE_KEY: {
+        self.assertEqual(self.registry_content(), others | {MACHINE_KEY: {
             "DisplayName": f"{PRODUCT['name']} version {PRODUCT['version']}",
             "DisplayVersion": PRODUCT["version"],
             "Publisher": PRODUCT["publisher"],
             "InstallLocation": f"{self.folder}/",
             "UninstallString": f'"{self.folder}/unins000.exe"',
         }})
-
         texts = self.log_texts()
         self.assertEqual(texts[0], "Log opened. (Time zone: UTC+00:00)")
         self.assertEqual(texts[-1], "Log closed.")
-        self.assertIn("Installation process succeeded.", texts)
         named = [text.removeprefix("Dest filename: ") for text in texts
                  if text.startswith("Dest filename: ")]
         installed = [str(self.folder / name) for name in files if not name.startswith("unins000")]
@@ -173,98 +136,19 @@ class StandinEngine(unittest.TestCase):
         suspicious = re.compile("exception|error|failed|unknown|suppressed message box", re.IGNORECASE)
         self.assertEqual([text for text in texts if suspicious.search(text)], [])
 
-    def test_status_file_along_the_runs(self):
-        self.status.write_text("x" * 10_000)
-        number = self.status.stat().st_ino
-        at_leisure = "files = 12\ndelay-ms = 100"  # to be seen on a busy machine too
-        seen = self.watch(self.start(at_leisure))
-        self.assertEqual(self.status.stat().st_ino, number, "rewritten in place")
-        self.assertEqual(list(dict.fromkeys(status["status"] for status in seen)),
-                         ["Extracting application files…", "Installing WebView2 Runtime…",
-                          "Registering .sch and .pcb file types…", "Creating shortcuts…"])
-        self.assertTrue(any(float(status["progress"]) % 1 for status in seen), "no decimals")
-        files = {status["file"] for status in seen if status["file"]}
-        self.assertGreater(len(files), 8)
-        self.assertEqual([name for name in files if not Path(name).is_file()], [])
-
-        self.status.unlink()
-        seen = self.watch(self.start(at_leisure, program=self.folder / "unins000.exe",
-                                     arguments=[f"/STATUSFILE={self.status}"]))
-        self.assertEqual(list(dict.fromkeys(status["status"] for status in seen)),
-                         ["Removing application files…", "Removing shortcuts…",
-                          "Unregistering file types…"])
-
-    def test_update(self):
-        self.install("files = 30", tasks="desktopicon")
-        self.install()
         ours, theirs = self.folder / "LICENSE.txt", self.folder / "symbols" / "mine.lib"
         original = ours.read_bytes()
         ours.write_text("old")
         theirs.write_text("precious")
-        self.install()
+        self.assertEqual(self.run_engine(), 0)
         self.assertEqual(ours.read_bytes(), original)
-        self.assertEqual(self.log_texts().count("Dest file exists."), PAYLOAD_COUNT)
-        # It removes what all three have made, and nothing else.
-        self.assertEqual(self.uninstall(), 0)
+
+        # It removes what both have made, and nothing else.
+        self.assertEqual(self.run_engine(program=self.folder / "unins000.exe",
+                                         arguments=[f"/STATUSFILE={self.status}"]), 0)
         self.assertEqual(files_below(self.folder), ["symbols/mine.lib"])
-        self.assertFalse(self.shortcut.exists())
-
-    def test_uninstall_leaves_nothing_of_its_own(self):
-        before = sorted(self.root.iterdir())
-        self.install(tasks="desktopicon")
-        (self.folder / "LICENSE.txt").unlink()
-        shutil.rmtree(self.folder / "symbols")
-        self.assertEqual(self.uninstall(), 0)
-        self.assertEqual(set(self.root.iterdir()) - set(before),
-                         {self.status, self.log, self.registry})
         self.assertEqual(list(self.home.iterdir()), [])
-        self.assertEqual(self.registry_content(), {})
-
-    def test_switches(self):
-        unknown = ["/SP-", "/GROUP=x", "stray", "/VERYSILENT=1", "/DIR", ""]
-        self.assertEqual(self.run_engine(arguments=[
-            "/verysilent", "/SuppressMsgBoxes", "/norestart", "/dir=elsewhere", *unknown,
-            f'/Dir="{self.folder}"', f'/StatusFile="{self.status}"', f'/log="{self.log}"']), 0)
-        self.assertTrue((self.folder / "LICENSE.txt").is_file())
-        self.assertTrue(self.status.is_file())
-        logged = [text.removeprefix("Unknown switch, ignored: ")
-                  for text in self.log_texts() if text.startswith("Unknown switch")]
-        self.assertEqual(logged, unknown)
-
-    def test_no_folder_means_the_registered_one_or_the_home(self):
-        registered = self.root / "registered"
-        for registry, folder in (({}, self.home / PRODUCT["name"]),
-                                 ({MACHINE_KEY: {"InstallLocation": f"{registered}/"}}, registered),
-                                 ({USER_KEY: {"InstallLocation": f"{registered}/"}}, registered)):
-            with self.subTest(registry):
-                self.registry.write_text(json.dumps(registry))
-                self.assertEqual(self.run_engine(arguments=self.arguments(folder=False)), 0)
-                self.assertEqual(len(files_below(folder)), PAYLOAD_COUNT + 2)
-                shutil.rmtree(folder)
-
-    def test_everything_else_stays(self):
-        others = {r"HKEY_CURRENT_USER\Key": {"Text": "\"quoted\" \\ \t ü 回 😀 \u0001", "Number": 4890},
-                  "nested": {"list": [1, -2.5, True, None, {}, []]}}
-        self.registry.write_bytes(BOM + json.dumps(others).encode())
-        self.install()
-        content = self.registry_content()
-        self.assertEqual(content.pop(MACHINE_KEY)["DisplayVersion"], PRODUCT["version"])
-        self.assertEqual(content, others)
-        self.assertEqual(self.uninstall(), 0)
         self.assertEqual(self.registry_content(), others)
-
-    def test_a_broken_file_is_left_alone(self):
-        for content in ("{", "[]", "{} {}"):
-            self.registry.write_text(content)
-            self.assertEqual(self.run_engine(), 5)
-            self.assertEqual(self.registry.read_text(), content)
-            self.assertIn("it holds no JSON object", self.boxes()[0])
-
-    def test_status_file_and_log_that_cannot_be_written(self):
-        self.status = self.log = self.root / "missing" / "file"
-        process = self.start(stderr=subprocess.PIPE)
-        self.assertEqual(process.communicate(timeout=LIMIT)[1], b"")
-        self.assertEqual(process.returncode, 0)
 
     # stage: is there a folder, a status, how many files of the payload
     STAGES = {"start": (False, None, 0), "before-status": (True, None, 0),
@@ -285,39 +169,23 @@ class StandinEngine(unittest.TestCase):
                     shutil.rmtree(self.folder, ignore_errors=True)
                     self.status.unlink(missing_ok=True)
 
-    def test_boxes_and_lines(self):
-        for end, code in (("exit-code = 3\nstage = start", 3), ("", 0),
-                          ("crash = KILL\nstage = half", -signal.SIGKILL)):
-            with self.subTest(end):
-                self.assertEqual(self.run_engine(
-                    f"{end}\nmessage-box = ä <b>100 %</b> = 0\\nmore\nmessage-box = two\n"
-                    "log-line = Something failed early.\nlog-line = And more."), code)
-                self.assertEqual(self.boxes(), ["ä <b>100 %</b> = 0", "two"])
-                texts = self.log_texts()
-                self.assertIn("\tmore", texts)
-                self.assertEqual(texts[texts.index("Something failed early.") + 1], "And more.")
-
     def test_log_size(self):
         self.assertEqual(self.run_engine("log-size = 5M\nexit-code = 4\nmessage-box = big"), 4)
-        self.assertGreaterEqual(self.log.stat().st_size, 5 << 20)
-        self.assertLess(self.log.stat().st_size, (5 << 20) + 50_000)
-        self.assertEqual(self.boxes(), ["big"])
+        self.assertAlmostEqual(self.log.stat().st_size, 5 << 20, delta=50_000)
+        texts = self.log_texts()
+        self.assertEqual(texts[texts.index(BOX_MARK) + 1], "\tbig")
 
     def test_status_styles(self):
         plain = "[status]\nprogress=100.0\nfile=\nstatus=Creating shortcuts…\n".encode()
         for style, content in {
-            "plain": plain,
             "no-final-newline": plain[:-1],
             "half": plain[:len(plain) // 2],
             "upper-section": plain.replace(b"[status]", b"[STATUS]"),
-            "no-section": plain.replace(b"[status]\n", b""),
             "bom, crlf, blanks": BOM + plain.replace(b"=", b" = ").replace(b"\n", b"\r\n"),
         }.items():
             with self.subTest(style):
                 self.assertEqual(self.run_engine(f"status-style = {style}"), 0)
                 self.assertEqual(self.status.read_bytes(), content)
-        self.assertEqual(self.run_engine("status-style = torn"), -signal.SIGKILL)
-        self.assertTrue(self.status.read_bytes().startswith(b"[status]\nprogress=5"))
 
     def test_status_places(self):
         self.assertEqual(self.run_engine("status-path = directory"), 0)
@@ -358,29 +226,19 @@ class StandinEngine(unittest.TestCase):
         self.assertEqual((process.stdout.read(), process.stderr.read()), (b"", b""))
         self.assertGreaterEqual(time.monotonic() - began, 0.5)
 
-    def test_where_the_scenario_comes_from(self):
-        program = self.root / "bin" / "standin-setup"
-        program.parent.mkdir()
-        shutil.copy2(ENGINE, program)
-        (program.parent / "standin-setup.scenario").write_text("exit-code = 2")
-        self.assertEqual(self.run_engine(program=program), 2)
-        self.assertEqual(self.run_engine("exit-code = 3", program=program), 3)
-        other = self.root / "other.txt"
-        other.write_text("# comment = 1\r\n\r\n   \n  #exit-code = 9\n  exit-code   =   6  \r\n")
-        self.assertEqual(self.run_engine("exit-code = 3", program=program,
-                                         arguments=self.arguments(f"/SCENARIO={other}")), 6)
+    def test_ignore_termination(self):
+        process = self.start("ignore-termination = yes\nstall = 0.3\nstage = start")
+        self.wait_for(self.log.exists, "no log")
+        process.terminate()
+        self.assertEqual(process.wait(LIMIT), 0)
 
     def test_what_cannot_be_understood_ends_the_run(self):
-        for text in ("exit-kode = 3", "exit-code", "exit-code = 3x", "stage = middle", "crash = NOPE",
-                     "stall = -1", "stall = nan", "flood-stdout = 3T", "log-size = ", "log-none = maybe",
-                     "files = 0", "status-style = bold", "status-path = roof", "delay-ms = -1"):
+        for text in "exit-kode = 3", "exit-code", "exit-code = 3x", "stage = middle", "status-style = bold":
             with self.subTest(text):
                 process = self.start(text, stderr=subprocess.PIPE)
-                self.assertIn(text.strip().encode(), process.communicate(timeout=LIMIT)[1])
+                self.assertIn(text.encode(), process.communicate(timeout=LIMIT)[1])
                 self.assertEqual(process.returncode, 64)
                 self.assertFalse(self.log.exists())
-        self.environment["VARNEL_ENGINE_SCENARIO"] = str(self.root / "nowhere")
-        self.assertEqual(self.run_engine(stderr=subprocess.DEVNULL), 64)
 
 
 unittest.main()
