@@ -4,7 +4,6 @@ the user sees and what is left on disk."""
 import os
 import shutil
 import signal
-import stat
 import subprocess
 import time
 import unittest
@@ -18,30 +17,20 @@ IS_ROOT = os.geteuid() == 0
 LONG = 300  # seconds for a log of a gigabyte, which takes some on an idle machine
 
 
-def remove(path):
-    path.rmdir() if path.is_dir() and not path.is_symlink() else path.unlink()
-
-
 def put(make):
     """Puts what `make` makes in a file's place at one stroke, as a rename does."""
     def change(path):
         beside = path.with_name("beside")
         make(beside)
-        if path.is_dir() or beside.is_dir():
-            remove(path)
+        if path.is_dir():
+            path.rmdir()
         beside.rename(path)
     return change
 
 
-def sparse(size):
-    def make(path):
-        path.write_text("progress=60\nstatus=One gigabyte\n")
-        os.truncate(path, size)
-    return make
-
-
-def zero_device(path):
-    os.mknod(path, 0o666 | stat.S_IFCHR, os.makedev(1, 5))
+def sparse(path):
+    path.write_text("progress=60\nstatus=One gigabyte\n")
+    os.truncate(path, 1024 * MEGABYTE)
 
 
 class StatusFile(FaultTestCase):
@@ -50,21 +39,13 @@ class StatusFile(FaultTestCase):
         secret.write_text("progress=80\nstatus=A secret\n")
         wizard, engine = self.start_paused_update()
         status = self.status_file()
-        text = put(lambda path: path.write_text("progress=55\nstatus=Another file\n"))
-        changes = [("another file", text),
-                   ("an older one", put(lambda path: path.write_text("progress=3\n"))),
-                   ("nothing", remove),
-                   ("a folder", lambda path: path.mkdir()),
+        changes = [("another file", put(lambda path: path.write_text("progress=55\nstatus=Another file\n"))),
+                   ("nothing", Path.unlink),
+                   ("a folder", Path.mkdir),
                    ("a FIFO", put(os.mkfifo)),
                    ("a link to a device", put(lambda path: path.symlink_to("/dev/zero"))),
                    ("a link to a file", put(lambda path: path.symlink_to(secret))),
-                   ("a link to itself", put(lambda path: path.symlink_to(path))),
-                   ("a dangling link", put(lambda path: path.symlink_to("gone"))),
-                   ("one gigabyte", put(sparse(1024 * MEGABYTE))),
-                   ("binary", put(lambda path: path.write_bytes(os.urandom(100_000)))),
-                   ("no more than its name", put(lambda path: path.write_text("")))]
-        if IS_ROOT:
-            changes.insert(0, ("a device", put(zero_device)))
+                   ("one gigabyte", put(sparse))]
         before = wizard.bar_value()
         for name, change in changes:
             with self.subTest(place=name):
