@@ -7,7 +7,7 @@ import subprocess
 from pathlib import Path
 
 from testcase import ENGINE, WizardTestCase
-from wizard import UNINSTALL_KEY, Wizard, wait_until
+from wizard import UNINSTALL_KEY, wait_until
 
 MEGABYTE = 1024 * 1024
 POLLS = 0.2  # seconds in which the wizard looks at the engine's files a few times
@@ -26,9 +26,7 @@ class FaultTestCase(WizardTestCase):
         """A wizard that has just been told to update, which takes the fewest steps."""
         self.folder.mkdir(exist_ok=True)
         self.sandbox.record_installation(DisplayVersion="1.6.8", InstallLocation=str(self.folder))
-        wizard = Wizard("--setup-exe", ENGINE, sandbox=self.sandbox, program=self.program)
-        self.addCleanup(lambda: self.assertEqual(wizard.warnings(), ""))
-        self.addCleanup(wizard.kill)
+        wizard = self.start("--setup-exe", ENGINE, program=self.program)
         wizard.go("Update Now", "Ready to Update")
         wizard.click("Update")
         return wizard

@@ -15,16 +15,16 @@ class WizardTestCase(unittest.TestCase):
         self.sandbox = Sandbox()
         self.addCleanup(self.sandbox.remove)
 
-    def start(self, *arguments):
+    def start(self, *arguments, program=None):
         """Starts a wizard; whatever becomes of the test, it ends with it and without a warning."""
-        wizard = Wizard(*arguments, sandbox=self.sandbox)
+        wizard = Wizard(*arguments, sandbox=self.sandbox, program=program)
         self.addCleanup(lambda: self.assertEqual(wizard.warnings(), ""))
         self.addCleanup(wizard.kill)
         return wizard
 
-    def start_installation(self, wizard=None):
+    def start_installation(self):
         """A wizard that has just been told to install."""
-        wizard = wizard or self.start("--install", "--setup-exe", ENGINE)
+        wizard = self.start("--install", "--setup-exe", ENGINE)
         wizard.walk_to_ready()
         wizard.click("Install")
         return wizard
