@@ -7,7 +7,7 @@ import unittest
 from pathlib import Path
 
 from testcase import ENGINE, WizardTestCase
-from wizard import UNINSTALL_KEY, Wizard, wait_until
+from wizard import UNINSTALL_KEY, wait_until
 
 BUNDLER = Path(__file__).resolve().parents[2] / "tools" / "bundle"
 DAMAGED = "This setup file is damaged. Please download it again."
@@ -25,10 +25,7 @@ class BundleTestCase(WizardTestCase):
         self.engine_size = os.path.getsize(engine)
 
     def start(self, *arguments):
-        wizard = Wizard(*arguments, sandbox=self.sandbox, program=str(self.program))
-        self.addCleanup(lambda: self.assertEqual(wizard.warnings(), ""))
-        self.addCleanup(wizard.kill)
-        return wizard
+        return super().start(*arguments, program=str(self.program))
 
     def engine_place(self):
         return self.program.read_bytes().index(Path(ENGINE).read_bytes())

@@ -22,9 +22,9 @@ class WizardTestCase(unittest.TestCase):
         self.addCleanup(wizard.kill)
         return wizard
 
-    def start_installation(self):
+    def start_installation(self, wizard=None):
         """A wizard that has just been told to install."""
-        wizard = self.start("--install", "--setup-exe", ENGINE)
+        wizard = wizard or self.start("--install", "--setup-exe", ENGINE)
         wizard.walk_to_ready()
         wizard.click("Install")
         return wizard

@@ -5,6 +5,7 @@ import hashlib
 import os
 import re
 import shutil
+import struct
 import subprocess
 import sys
 import unittest
@@ -68,6 +69,12 @@ class Release(unittest.TestCase):
         built = COPY / "build/windows-release/bin/VarnelSetup.exe"
         self.assertEqual(hashlib.sha256(built.read_bytes()).hexdigest(),
                          hashlib.sha256(PROGRAM.read_bytes()).hexdigest())
+
+    def test_the_download_carries_the_engine(self):
+        data = SETUP.read_bytes()
+        marker = data.index(b"VARNEL-ENGINE-1:") + 16
+        offset, size = struct.unpack_from("<qq", data, marker)
+        self.assertEqual(data[offset:offset + size], ENGINE.read_bytes())
 
     def test_the_download_is_checked_like_the_wizard(self):
         # Apart from its size.

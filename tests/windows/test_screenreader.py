@@ -6,7 +6,7 @@ from pathlib import Path
 
 from screen import PRIMARY
 from testcase import WindowsTestCase
-from world import HELPERS, wait_until
+from world import HELPERS, dos, wait_until
 
 TITLE = "Varnel Schematics uninstall"
 
@@ -57,6 +57,14 @@ class ScreenReader(WindowsTestCase):
         (self.world.temp / status).write_text("[setup]\nprogress=0.1\nfile=\nstatus=Looking around\n")
         self.await_notification(wizard, "Looking around")
         wizard.kill()
+
+    def test_a_failure_is_told(self):
+        self.world.environment["VARNEL_RECORD_CODE"] = "4"
+        wizard = self.removal("--uninstaller", dos(HELPERS / "recordcommandline.exe"))
+        wizard.click_at(PRIMARY)
+        wizard.wait_page("Setup could not finish")
+        self.assertIn("A fatal error occurred during installation.", self.heard()["Close"])
+        self.assertEqual(wizard.close(), 0)
 
 
 if __name__ == "__main__":
