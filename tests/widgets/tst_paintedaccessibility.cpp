@@ -142,8 +142,9 @@ void TestPaintedAccessibility::progressBar()
 
 void TestPaintedAccessibility::choices()
 {
-    RadioOption option(u"Accept"_s);
-    ToggleCheckbox box(u"Accept"_s);
+    QWidget window;
+    RadioOption option(u"Accept"_s, &window);
+    ToggleCheckbox box(u"Accept"_s, &window);
     QCOMPARE(interfaceOf(option).role(), QAccessible::RadioButton);
     QCOMPARE(interfaceOf(box).role(), QAccessible::CheckBox);
     QCOMPARE(nameOf(option) + nameOf(box), u"AcceptAccept"_s);
