@@ -59,11 +59,14 @@ class Life(WizardTestCase):
         self.assertEqual(self.sandbox.temp_files(), [])
         self.assertEqual(len(self.sandbox.launches()), 1)
 
-    def test_given_uninstaller_is_used(self):
+    def test_given_uninstaller_goes_before_the_recorded_one(self):
+        recorded = self.uninstaller()
+        runs = self.sandbox.engine_runs()
         wizard = self.start("--uninstall", "--uninstaller", self.sandbox.root / "gone.exe")
         wizard.click("Uninstall")
         self.assert_failure(wizard, "The uninstaller could not be found.")
-        self.assertEqual(self.sandbox.engine_runs(), [])
+        self.assertEqual(self.sandbox.engine_runs(), runs)
+        self.assertTrue(recorded.exists())
 
 
 if __name__ == "__main__":
